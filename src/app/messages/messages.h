@@ -1,0 +1,43 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "ports/dialogs.h"
+
+namespace morvelle {
+
+/// The application's title, shown by every box that has no title of its own.
+inline constexpr std::string_view kAppTitle = "Morvelle";
+
+/// The message helpers that every procedure shares.
+class Messages {
+ public:
+  explicit Messages(Dialogs& dialogs) : dialogs_(dialogs) {}
+
+  /// Shows a box; an empty title becomes the application's title.
+  // NOLINTNEXTLINE(google-runtime-references): callers see the title that was shown.
+  Button Msg(std::string_view prompt, int buttons, std::string& title) const;
+  Button Msg(std::string_view prompt, int buttons = kBoxOk) const;
+
+  /// A question with Oui and Non, Non being the default; true only for Oui.
+  [[nodiscard]] bool TestOui(std::string_view prompt) const;
+
+  /// Says that a file is missing or damaged; the path is shown as the code page can hold it.
+  void FileDoesNotExist(const std::filesystem::path& path) const;
+
+  /// False when the file is not there. An empty file counts as there but, with `report`, is
+  /// reported as damaged.
+  [[nodiscard]] bool FileExists(const std::filesystem::path& path, bool report = false) const;
+
+  /// True when the path names a folder, hidden ones included.
+  [[nodiscard]] static bool FolderExists(const std::filesystem::path& path);
+
+  [[nodiscard]] Dialogs& Boxes() const { return dialogs_; }
+
+ private:
+  Dialogs& dialogs_;
+};
+
+}  // namespace morvelle

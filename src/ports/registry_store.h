@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace morvelle {
+
+/// An open key. Opaque, given by RegistryStore::OpenKey and CreateKey, closed by CloseKey; 0 is
+/// never a valid one.
+using KeyHandle = std::uint32_t;
+
+/// A Windows registry status (winerror.h): 0 is success.
+using RegistryStatus = std::int32_t;
+
+inline constexpr RegistryStatus kStatusSuccess = 0;
+inline constexpr RegistryStatus kStatusNotFound = 2;
+inline constexpr RegistryStatus kStatusAccessDenied = 5;
+inline constexpr RegistryStatus kStatusInvalidHandle = 6;
+inline constexpr RegistryStatus kStatusNoMoreItems = 259;
+
+/// Registry type codes (winnt.h). A store keeps any other code as it is.
+enum class ValueKind : std::uint32_t {
+  None = 0,
+  String = 1,
+  ExpandString = 2,
+  Binary = 3,
+  Dword = 4,
+  MultiString = 7,
+};
+
+/// Access rights asked for at opening (winnt.h).
+enum class KeyAccess : std::uint32_t {
+  EnumerateSubkeys = 0x08,
+  ReadWrite = 0x3F,
+};
+
+/// How the writes of a command ended.
+enum class CommitOutcome {
+  Done,
+  ChangedMeanwhile,  ///< Another program changed the file; nothing was written, the batch stays open.
+  Failed,            ///< Nothing was written and the batch is undone; LastError says why.
+};
+
+/// The registry under HKEY_CURRENT_USER as the program sees it: keys that hold named values and
+/// subkeys. Paths, names and string data are text of the system code page, one byte a character;
+/// paths are relative to HKEY_CURRENT_USER with "\" between components, a "\" at the end is
+/// harmless, letter case does not count.
+///
+/// The first eight operations answer as RegOpenKeyExA, RegCreateKeyExA, RegCloseKey,
+/// RegQueryValueExA, RegSetValueExA, RegEnumKeyExA, RegDeleteKeyA and RegDeleteValueA do.
+///
+/// Writes between BeginBatch and CommitBatch reach the user's file together or not at all; reads
+/// see them at once. A write outside a batch is a batch of its own. On the Windows registry, which
+/// has no such thing, every write is final.
+class RegistryStore {
+ public:
+  RegistryStore() = default;
+  RegistryStore(const RegistryStore&) = delete;
+  RegistryStore& operator=(const RegistryStore&) = delete;
+  virtual ~RegistryStore() = default;
+
+  virtual RegistryStatus OpenKey(std::string_view path, KeyAccess access, KeyHandle& handle) = 0;
+  /// Opens the key, making it and its missing parents first.
+  virtual RegistryStatus CreateKey(std::string_view path, KeyHandle& handle) = 0;
+  virtual RegistryStatus CloseKey(KeyHandle handle) = 0;
+
+  /// Type code and size in bytes of a value, as its single-byte view counts them.
+  virtual RegistryStatus DescribeValue(KeyHandle key, std::string_view name, ValueKind& kind,
+                                       std::uint32_t& size) = 0;
+  /// The bytes of a value. Strings come in the single-byte view, their final zero included when
+  /// the stored string has one; a character that the code page lacks reads as "?".
+  virtual RegistryStatus ReadValue(KeyHandle key, std::string_view name, std::string& data) = 0;
+  /// Writes a value. When the type and the single-byte view are those already stored, the stored
+  /// bytes are left alone.
+  virtual RegistryStatus SetValue(KeyHandle key, std::string_view name, ValueKind kind,
+                                  std::string_view data) = 0;
+  virtual RegistryStatus DeleteValue(KeyHandle key, std::string_view name) = 0;
+  /// Name of the subkey at `index`; subkeys are listed by name without regard to case.
+  virtual RegistryStatus EnumKey(KeyHandle key, std::uint32_t index, std::string& name) = 0;
+  /// Deletes a key that has no subkeys; one that has is refused with kStatusAccessDenied.
+  virtual RegistryStatus DeleteKey(std::string_view path) = 0;
+
+  /// Gives `to` the value of `from` with its type and its stored bytes, whatever they are. A store
+  /// that knows more than the single-byte view loses none of it.
+  virtual RegistryStatus CopyValue(KeyHandle from, KeyHandle to, std::string_view name);
+
+  virtual void BeginBatch() {}
+  /// Ends the batch. With `overwriteChanged` a file that another program changed meanwhile is
+  /// replaced all the same.
+  virtual CommitOutcome CommitBatch([[maybe_unused]] bool overwriteChanged) {
+    return CommitOutcome::Done;
+  }
+  /// Undoes the writes of the batch, where the store can.
+  virtual void AbandonBatch() {}
+
+  /// Why the last CommitBatch, or the last status other than 0, came about, in French; empty when
+  /// there is nothing to add to the status.
+  [[nodiscard]] virtual std::string LastError() const { return {}; }
+
+  /// Tells a store that is an exchange file that the key is given there whole: who imports the file
+  /// must lose what the key held before.
+  virtual void GiveKeyWhole([[maybe_unused]] std::string_view path) {}
+};
+
+inline RegistryStatus RegistryStore::CopyValue(KeyHandle from, KeyHandle to,
+                                               std::string_view name) {
+  ValueKind kind{};
+  std::uint32_t size = 0;
+  std::string data;
+  if (const auto status = DescribeValue(from, name, kind, size); status != kStatusSuccess) {
+    return status;
+  }
+  if (const auto status = ReadValue(from, name, data); status != kStatusSuccess) return status;
+  return SetValue(to, name, kind, data);
+}
+
+}  // namespace morvelle
