@@ -1,0 +1,107 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace morvelle {
+
+/// Actions and criteria that one rule can hold in the tables.
+inline constexpr int kMaxEntries = 12;
+/// Rules that one identity can hold: their ids are three hexadecimal digits.
+inline constexpr int kMaxRules = 4096;
+/// Word lists of a rule: sender, subject, body, recipients.
+inline constexpr int kSlotCount = 4;
+/// "Version" of a rules key as the mail client writes it (0x50000).
+inline constexpr std::int32_t kRuleStoreVersion = 327680;
+
+/// "ValueType" codes, which are variant types (wtypes.h).
+inline constexpr std::string_view kValueTypeNumber = "19";
+inline constexpr std::string_view kValueTypeText = "30";
+inline constexpr std::string_view kValueTypeBytes = "65";
+
+/// A rule's action, every field as the text that the registry gives; a number as its digits.
+struct ActionRecord {
+  std::string Id;
+  std::string Flags;
+  std::string Type;
+  std::string Value;
+  std::string ValueType;
+};
+
+/// A rule's criterion, in the same form.
+struct CriterionRecord {
+  std::string Id;
+  std::string Flags;
+  std::string Logic;
+  std::string Type;
+  std::string Value;
+  std::string ValueType;
+};
+
+struct RuleRecord {
+  std::string Enabled;
+  std::string Name;
+  std::string Version;
+  std::string ActionsOrder;
+  std::string Id;
+  std::array<ActionRecord, kMaxEntries> ActionsParam;
+  std::string CriteriaOrder;
+  std::array<CriterionRecord, kMaxEntries> CriteriaParam;
+  /// The store holds more actions or criteria than the tables can: the rule is listed, renamed,
+  /// ordered and deleted, but never opened or rewritten.
+  bool overfull = false;
+};
+
+struct MailRecord {
+  std::string Order;
+  std::string Version;
+};
+
+/// The rule set of the identity in use, named after the registry keys that it mirrors, and the word
+/// lists of the rule being edited.
+struct RuleTables {
+  MailRecord Mail;
+  std::int16_t RuleCount = 0;
+  /// Id, then id and name, of the rule being loaded, for the damaged-rule message.
+  std::string RuleLabel;
+  std::vector<RuleRecord> Rule = std::vector<RuleRecord>(1);
+  /// Number of actions and of criteria of each rule.
+  std::vector<std::uint8_t> Actions = std::vector<std::uint8_t>(1);
+  std::vector<std::uint8_t> Criteria = std::vector<std::uint8_t>(1);
+  /// For each rule, its criterion of each word-list slot; blank when it has none.
+  std::vector<std::array<CriterionRecord, kSlotCount>> FirstCriteria =
+      std::vector<std::array<CriterionRecord, kSlotCount>>(1);
+
+  /// Criteria type code of each slot.
+  std::array<std::string, kSlotCount> SlotType;
+
+  std::vector<std::string> Words0;
+  std::vector<std::string> Words1;
+  std::vector<std::string> Words2;
+  std::vector<std::string> Words3;
+  std::array<std::int16_t, kSlotCount> WordCount{};
+
+  [[nodiscard]] std::vector<std::string>& Words(int slot);
+
+  /// The row of a rule by number; error 9 beyond the tables.
+  [[nodiscard]] RuleRecord& RuleAt(int row);
+  [[nodiscard]] const RuleRecord& RuleAt(int row) const;
+  /// The row of the rule with that id, letter case ignored; -1 when there is none.
+  [[nodiscard]] int RowOfId(std::string_view id) const;
+  /// The slot whose type code this is; -1 for a criterion of another kind.
+  [[nodiscard]] int SlotOfType(std::string_view type) const;
+
+  /// Gives the per-rule tables RuleCount rows (one at the least), keeping what they hold.
+  void ReDimTables();
+  /// Empties order, version, rows and slots before a load.
+  void Blank();
+};
+
+/// The ids of an "Order" value: three characters at every fourth, whatever stands between them.
+std::vector<std::string> IdsOfOrder(std::string_view order);
+std::string JoinIds(const std::vector<std::string>& ids);
+
+}  // namespace morvelle

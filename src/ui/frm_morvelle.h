@@ -1,0 +1,225 @@
+#pragma once
+
+#include <array>
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/program.h"
+#include "app/start_up.h"
+#include "core/displays.h"
+#include "core/rule_loader.h"
+#include "core/rule_writer.h"
+#include "core/word_lists.h"
+#include "ui/controls.h"
+
+namespace morvelle {
+
+/// The main window as state and commands. The controls are its own, under their own names; every
+/// handler is a method. A view shows it; without one it works all the same.
+class frmMorvelle final : public RuleDisplay, public WordListDisplay, public StartUpWindow {
+ public:
+  frmMorvelle(Ports& ports, ProgramState& state);
+
+  // --- The window itself -------------------------------------------------------------------------
+  Frame form;
+  /// Load event: starts the program.
+  void Form_Load();
+  /// The user wants to leave: true when the window may close.
+  bool Form_QueryUnload();
+  /// Told by the view: closes the window without a question.
+  Handler onClose;
+
+  // --- Rule order --------------------------------------------------------------------------------
+  Frame fraOrderRules;
+  ListBox lstRules;
+  PushButton picUp;
+  PushButton picDown;
+  PushButton cmdCancelOrder;
+
+  // --- Actions -----------------------------------------------------------------------------------
+  Frame fraAct;
+  CheckBox chkEnabled;
+  ListBox lstAct;
+  Label lblActNote;
+
+  // --- Word lists --------------------------------------------------------------------------------
+  Frame fraOptions;
+  std::deque<OptionButton> optCriteria;
+  std::deque<Frame> fraEdit;
+  std::deque<Label> lblAbr;
+  std::deque<TextBox> txtBox;
+  /// Captions of the copy boxes of slots 0 to 2.
+  std::deque<Label> lblCop;
+  std::deque<TextBox> txtCop;
+  std::deque<Frame> fraWord;
+  std::deque<ListBox> lstBox;
+  std::deque<Label> lblNb;
+  std::deque<PushButton> cmdAdd;
+  std::deque<PushButton> cmdDel;
+  std::deque<PushButton> cmdChange;
+  std::deque<PushButton> cmdRestore;
+  std::deque<Frame> fraRule;
+  std::deque<PushButton> cmdRecord;
+  std::deque<PushButton> cmdCancelRule;
+
+  // --- Prefilters and merge ----------------------------------------------------------------------
+  Frame fraPreFilters;
+  Label lblFiltersNote;
+  std::deque<CheckBox> chkFilter;
+  PushButton cmdFiltres;
+  Frame fraMerge;
+  Label lblCrit;
+  ListBox lstCrit;
+  TextBox txtMerge;
+  PushButton cmdFileToMerge;
+
+  StatusBar statBar;
+
+  // --- Menus -------------------------------------------------------------------------------------
+  /// An entry of the menu table by name; a per-rule array is in MenuArrays instead.
+  [[nodiscard]] MenuItem& Menu(std::string_view name);
+  [[nodiscard]] MenuArray& RuleMenu(std::string_view name);
+  [[nodiscard]] const std::vector<MenuArray*>& RuleMenus() const { return ruleMenus_; }
+  /// Every control that is no menu, for a view that looks them up by name; null when there is none.
+  [[nodiscard]] Control* Find(std::string_view name) const;
+
+  // --- State routines ----------------------------------------------------------------------------
+  void FillRulesList(bool swapEnds);
+  void EnableMnu() override;
+  void EnableMnuFiles(bool enable);
+  void EnableAll(bool keepContent);
+  void EnableMerge(bool enable);
+  void EnableCmdADCR(bool add, bool del, bool change, bool restore, int index);
+  void EnableCmdEA(bool record, bool cancel);
+  void FiltersEnable(bool enable);
+  void RulesEnable(bool enable);
+  void OrderEnable(bool enable);
+
+  // --- What the rule model shows -----------------------------------------------------------------
+  void ShowPanel(int number, std::string_view text) override;
+  void BeginLoad() override;
+  void LoadMnu(int index, std::string_view text, bool isNew) override;
+  void EnableRuleEditing(int index, bool editable) override;
+  void EnableContentMenus(bool enable) override;
+  void EnableImports() override;
+  [[nodiscard]] const std::vector<std::string>& ListedWords(int slot) const override;
+  void ShowWordCount(int slot, std::string_view text) override;
+  RuleDisplay& Rules() override { return *this; }
+  void LoadRules() override;
+  void TickAutoUpdateBook(bool ticked) override;
+  void ShowStartState() override;
+  void FinishStart() override;
+
+  // --- Word lists --------------------------------------------------------------------------------
+  void FillWordsList(int index);
+  void ChangeContent(bool changed);
+  void CancelChange();
+
+  // --- Criteria options --------------------------------------------------------------------------
+  void InitOptions();
+
+  // --- Opening and leaving a rule ----------------------------------------------------------------
+  void InitMod(bool changed);
+  void ClearMod();
+  void FillListBox(int slot, const std::string& criteriaKey);
+
+  // --- Saving ------------------------------------------------------------------------------------
+  bool NoChange();
+  void OkForAll();
+
+ private:
+  /// Set while code changes controls, so that handlers return at once; nests.
+  class Filling {
+   public:
+    explicit Filling(frmMorvelle& window) : window_(window), before_(window.bFilling) {
+      window_.bFilling = true;
+    }
+    Filling(const Filling&) = delete;
+    Filling& operator=(const Filling&) = delete;
+    ~Filling() { window_.bFilling = before_; }
+
+   private:
+    frmMorvelle& window_;
+    bool before_;
+  };
+
+  // rule_list.cpp
+  void BuildMenus();
+  void BuildControls();
+  void ConnectHandlers();
+  void SetRuleMenus(int index, std::string_view caption);
+
+  // word_lists.cpp
+  void txtBox_Change(int i);
+  void txtBox_KeyDown(int i, int keyCode);
+  void lstBox_Click(int i);
+  void cmdAdd_Click(int i);
+  void cmdDel_Click(int i);
+  void cmdChange_Click(int i);
+  void cmdRestore_Click(int i);
+  void cmdRecord_Click();
+  void cmdCancelContent_Click();
+  void AddWord(int i);
+  void ShowCopy(int i);
+  void EnableRestore();
+  void WordsEdited();
+  void CharacterRefused();
+
+  // criteria_options.cpp
+  void ConnectOptions();
+  void optCriteria_Click(int i);
+  void mnuCriteriaYes_Click();
+  void mnuCriteriaNo_Click();
+  void mnuContentYes_Click();
+  void mnuContentNo_Click();
+  void mnuContentAll_Click();
+  void mnuContentOne_Click();
+  void SetLogic(std::string_view logic);
+  void SetContent(bool negated, bool allWords);
+  void ShowContentChecks();
+
+  // actions.cpp
+  void mnuMod_Click(int index);
+  void chkEnabled_Click();
+  void lstAct_Click();
+  void OpenRule(int row, bool modified);
+  void ShowActions(const RuleRecord& rule, int actionCount);
+  void TakeOverLogic();
+
+  // rule_lifecycle.cpp
+  bool MayLeave();
+  void mnuRegContent_Click();
+  void mnuRegOrder_Click();
+  bool SaveOpenRule(bool withOrder);
+  void mnuQuit_Click();
+
+  Ports& ports_;
+  ProgramState& state_;
+  RuleTables& tables_;
+  EditingState& editing_;
+  Program program_;
+  Messages& messages_;
+  WordLists wordLists_;
+  RuleLoader loader_;
+  RuleWriter writer_;
+
+  std::deque<MenuItem> menuItems_;
+  std::deque<MenuArray> menuArrays_;
+  std::map<std::string_view, MenuItem*> menus_;
+  std::vector<MenuArray*> ruleMenus_;
+  std::map<std::string_view, Control*> controls_;
+
+  bool bFilling = false;
+  bool bFromList = false;
+  std::string sWord;
+  std::uint8_t nMode = 0;
+  std::uint8_t nCurList = 0;
+  std::uint8_t SelectedActionCount = 0;
+  std::array<bool, 2> abContainsYesNo{};
+  std::array<bool, 2> abContainsAllOne{};
+};
+
+}  // namespace morvelle
