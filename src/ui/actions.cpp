@@ -4,6 +4,7 @@
 #include "app/messages/text.h"
 #include "core/deleted_items.h"
 #include "core/entry_types.h"
+#include "dbx/hex.h"
 #include "ui/frm_morvelle.h"
 
 namespace morvelle {
@@ -148,7 +149,9 @@ void frmMorvelle::NameFolder(const std::string& value) {
   const auto id = StrToHex(value.substr(kFolderId, kFolderIdLength));
   for (const auto& folder : program_.deletedItems.Folders().Folders) {
     if (!EqualIgnoringCase(folder.Id, id)) continue;
-    lstAct.SetItem(kMoveItem, std::string(kMoveTo) + folder.Name + "\"");
+    // A folder that was never used carries its final zero in its name.
+    const auto name = folder.Name.substr(0, folder.Name.find('\0'));
+    lstAct.SetItem(kMoveItem, std::string(kMoveTo) + name + "\"");
     return;
   }
 }
