@@ -10,7 +10,8 @@ void MakeWritable(const std::filesystem::path& folder) {
   std::filesystem::permissions(folder, perms::owner_all, std::filesystem::perm_options::add);
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
     std::filesystem::permissions(
-        entry.path(), entry.is_directory() ? perms::owner_all : perms::owner_read | perms::owner_write,
+        entry.path(),
+        entry.is_directory() ? perms::owner_all : perms::owner_read | perms::owner_write,
         std::filesystem::perm_options::add);
   }
 }

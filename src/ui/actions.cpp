@@ -92,7 +92,7 @@ void frmMorvelle::InitMod(bool changed) {
       lstAct.SetEnabled(true);
       chkEnabled.SetEnabled(true);
       statBar.SetPanel(9, rule.Name);
-      chkEnabled.SetChecked(!rule.Enabled.empty() && ToLong(rule.Enabled) != 0);
+      chkEnabled.SetChecked(ToLongOrZero(rule.Enabled) != 0);
       ShowActions();
     }
     ChangeContent(changed);
@@ -224,8 +224,7 @@ void frmMorvelle::chkEnabled_Click() {
   if (bFilling || editing_.nCurRule < 0) return;
   Ending("chkEnabled_Click", [&] {
     auto& rule = tables_.RuleAt(editing_.nCurRule);
-    const bool wasEnabled = !rule.Enabled.empty() && ToLong(rule.Enabled) != 0;
-    rule.Enabled = wasEnabled ? "0" : "1";
+    rule.Enabled = ToLongOrZero(rule.Enabled) != 0 ? "0" : "1";
     LoadMnu(editing_.nCurRule, RuleText(editing_.nCurRule), false);
     ContentEdited();
   });
