@@ -88,6 +88,7 @@ enter_display() {
   trap 'exit 130' INT
   trap 'exit 143' TERM
   mkdir -p "$display_folder"/{config/gtk-3.0,home,runtime}
+  : >"$display_folder/number"
   chmod 700 "$display_folder/runtime"
   # A blinking caret or a fading button would make two pictures of one state differ.
   printf '[Settings]\ngtk-cursor-blink=0\ngtk-enable-animations=0\n' \
@@ -136,7 +137,6 @@ stop() {
     sleep 0.05
   done
   kill -KILL "$1" 2>/dev/null || true
-  wait "$1" 2>/dev/null || true
 }
 
 leave_display() {
