@@ -22,8 +22,10 @@ TOOLKIT = re.compile(r"^(wx|gtk|gdk|gdk-pixbuf|atk|glib|pango|cairo|gio|X11)(/|\
 WINDOWS = re.compile(
     r"^(windows|windowsx|windef|winbase|winnt|winreg|winuser|winver|winspool|wingdi|shellapi|shlobj"
     r"|shlwapi|commdlg|commctrl|objbase|ole2|tlhelp32|psapi|oleacc|wab|wabapi)\.h$", re.IGNORECASE)
-# A room's library is named after the last part of its path.
+# A room's library is named after the last part of its path; a room may be split by system or by
+# toolkit (platform_wx), and its halves keep to the room's line.
 LIBRARY_ROOMS = {"messages": "app/messages"}
+HALF = re.compile(r"_(wx|win32|linux|posix)$")
 
 
 class Room:
@@ -105,22 +107,29 @@ def faults_of_file(name, text, rooms):
     return faults
 
 
+def room_of_library(library):
+    room = HALF.sub("", library)
+    return LIBRARY_ROOMS.get(room, room)
+
+
 def faults_of_links(name, text, rooms):
     """The link lines of CMake against the same table."""
     faults = []
     for library, arguments in ROOM_CALL.findall(re.sub(r"#.*", "", text)):
-        room = LIBRARY_ROOMS.get(library, library)
+        room = room_of_library(library)
         if room not in rooms:
             faults.append(f"{name}: {library} is no room of rooms.txt")
             continue
-        words = arguments.split()
-        used_words = words[words.index("USES") + 1:] if "USES" in words else []
-        for word in used_words:
-            if word == "SOURCES":
-                break
-            used = LIBRARY_ROOMS.get(word, word)
-            if used not in rooms[room].used:
-                faults.append(f"{name}: {room} may not link {used}")
+        sees = rooms[room].sees
+        _, _, used_words = arguments.partition("USES")
+        for word in used_words.partition("SOURCES")[0].split():
+            used = room_of_library(word)
+            if word == "wx":
+                allowed = "wx" in sees or ("system" in sees and library.endswith("_wx"))
+            else:
+                allowed = used in rooms[room].used or (used == room and word != library)
+            if not allowed:
+                faults.append(f"{name}: {library} may not link {word}")
     return faults
 
 
@@ -182,7 +191,14 @@ CASES = [
     ("attic/a.cpp", "", "in no room"),
     ("core/room.cmake", "morvelle_room(core SOURCES core/a.cpp USES messages ports)", ""),
     ("core/room.cmake", "morvelle_room(core SOURCES core/a.cpp\n  USES ui)", "core may not link ui"),
+    ("core/room.cmake", "morvelle_room(core USES ui SOURCES core/a.cpp)", "core may not link ui"),
+    ("core/room.cmake", "morvelle_room(core USES wx)", "core may not link wx"),
     ("core/room.cmake", "morvelle_room(attic USES core)", "attic is no room"),
+    ("view/room.cmake", "morvelle_room(platform_wx USES messages ports platform wx)", ""),
+    ("view/room.cmake", "morvelle_room(platform USES messages wx)", "platform may not link wx"),
+    ("view/room.cmake", "morvelle_room(platform_wx USES core)", "platform_wx may not link core"),
+    ("view/room.cmake", "morvelle_room(view USES ui ports wx)", ""),
+    ("view/room.cmake", "morvelle_room(view USES ui platform)", "view may not link platform"),
 ]
 
 
