@@ -117,6 +117,25 @@ void RegistryTree::Delete(RegistryKey& key) {
   });
 }
 
+void RegistryTree::Rename(RegistryKey& parent, std::vector<Renaming> renamings) {
+  ++generation_;
+  std::vector<std::unique_ptr<RegistryKey>> taken;
+  std::vector<Renaming> before;
+  auto& siblings = parent.subkeys;
+  for (const auto& [subkey, name] : renamings) {
+    const auto at = siblings.begin() +
+                    (SubkeyPlace(parent, subkey->name->folded->text) - siblings.cbegin());
+    before.push_back({subkey, subkey->name});
+    taken.push_back(std::move(*at));
+    siblings.erase(at);
+    subkey->name = name;
+  }
+  for (auto& subkey : taken) {
+    siblings.insert(SubkeyPlace(parent, subkey->name->folded->text), std::move(subkey));
+  }
+  Record([this, &parent, names = std::move(before)] { Rename(parent, names); });
+}
+
 std::u16string RegistryTree::PathOf(const RegistryKey& key) {
   std::vector<const RegistryKey*> line;
   for (const auto* step = &key; step->parent != nullptr; step = step->parent) line.push_back(step);

@@ -132,18 +132,26 @@ RegistryStatus TreeStore::DeleteKey(std::string_view path) {
   });
 }
 
-RegistryStatus TreeStore::CopyValue(KeyHandle from, KeyHandle to, std::string_view name) {
-  RegistryKey* key = nullptr;
-  if (const auto status = KeyOf(to, KeyAccess::ReadWrite, key); status != kStatusSuccess) {
-    return status;
-  }
-  const RegistryEntry* value = nullptr;
-  if (const auto status = ValueOf(from, name, value); status != kStatusSuccess) return status;
+RegistryStatus TreeStore::RenameSubkeys(std::string_view path, std::span<const KeyRename> renames,
+                                        std::span<const std::string_view> /*known*/) {
   return Written([&] {
-    const RegistryEntry* present = tree_.FindValue(*key, Wide(name));
-    if (present == nullptr || present->kind != value->kind || present->data != value->data) {
-      tree_.SetValue(*key, wide_, value->kind, value->data);
+    RegistryKey* parent = KeyAt(path);
+    if (parent == nullptr) return kStatusNotFound;
+    std::vector<RegistryTree::Renaming> renamings;
+    for (const auto& rename : renames) {
+      RegistryKey* subkey = tree_.Subkey(*parent, Wide(rename.from));
+      if (subkey == nullptr) return kStatusNotFound;
+      renamings.push_back({subkey, nullptr});
     }
+    for (std::size_t i = 0; i < renamings.size(); ++i) {
+      RegistryKey* present = tree_.Subkey(*parent, Wide(renames[i].to));
+      const bool isRenamed =
+          std::any_of(renamings.begin(), renamings.end(),
+                      [&](const auto& renaming) { return renaming.subkey == present; });
+      if (present != nullptr && !isRenamed) tree_.Delete(*present);
+      renamings[i].name = tree_.Names().Intern(wide_);
+    }
+    tree_.Rename(*parent, std::move(renamings));
     return kStatusSuccess;
   });
 }

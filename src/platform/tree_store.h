@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,7 +34,8 @@ class TreeStore : public RegistryStore {
   RegistryStatus DeleteValue(KeyHandle key, std::string_view name) override;
   RegistryStatus EnumKey(KeyHandle key, std::uint32_t index, std::string& name) override;
   RegistryStatus DeleteKey(std::string_view path) override;
-  RegistryStatus CopyValue(KeyHandle from, KeyHandle to, std::string_view name) override;
+  RegistryStatus RenameSubkeys(std::string_view path, std::span<const KeyRename> renames,
+                               std::span<const std::string_view> known) override;
 
   void BeginBatch() override;
   CommitOutcome CommitBatch(bool overwriteChanged) override;
