@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -42,6 +43,12 @@ enum class CommitOutcome {
   Failed,            ///< Nothing was written and the batch is undone; LastError says why.
 };
 
+/// A subkey's name before and after.
+struct KeyRename {
+  std::string from;
+  std::string to;
+};
+
 /// The registry under HKEY_CURRENT_USER as the program sees it: keys that hold named values and
 /// subkeys. Paths, names and string data are text of the system code page, one byte a character;
 /// paths are relative to HKEY_CURRENT_USER with "\" between components, a "\" at the end is
@@ -81,9 +88,11 @@ class RegistryStore {
   /// Deletes a key that has no subkeys; one that has is refused with kStatusAccessDenied.
   virtual RegistryStatus DeleteKey(std::string_view path) = 0;
 
-  /// Gives `to` the value of `from` with its type and its stored bytes, whatever they are. A store
-  /// that knows more than the single-byte view loses none of it.
-  virtual RegistryStatus CopyValue(KeyHandle from, KeyHandle to, std::string_view name);
+  /// Gives subkeys of `path` new names, all at once: two may exchange theirs. What a new name held
+  /// before is deleted unless it is renamed itself. A store keeps all that the keys hold, as it is
+  /// stored; one that cannot list a key's values carries the values of the `known` names.
+  virtual RegistryStatus RenameSubkeys(std::string_view path, std::span<const KeyRename> renames,
+                                       std::span<const std::string_view> known) = 0;
 
   virtual void BeginBatch() {}
   /// Ends the batch. With `overwriteChanged` a file that another program changed meanwhile is
@@ -102,17 +111,5 @@ class RegistryStore {
   /// must lose what the key held before.
   virtual void GiveKeyWhole([[maybe_unused]] std::string_view path) {}
 };
-
-inline RegistryStatus RegistryStore::CopyValue(KeyHandle from, KeyHandle to,
-                                               std::string_view name) {
-  ValueKind kind{};
-  std::uint32_t size = 0;
-  std::string data;
-  if (const auto status = DescribeValue(from, name, kind, size); status != kStatusSuccess) {
-    return status;
-  }
-  if (const auto status = ReadValue(from, name, data); status != kStatusSuccess) return status;
-  return SetValue(to, name, kind, data);
-}
 
 }  // namespace morvelle

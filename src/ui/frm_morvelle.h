@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
 #include "app/program.h"
 #include "app/start_up.h"
 #include "core/displays.h"
@@ -17,17 +19,26 @@
 
 namespace morvelle {
 
+/// Head of lstAct's first entry, up to the quote before the folder's name, and the entry as designed.
+inline constexpr std::string_view kMoveTo = "déplacer vers \""_cp;
+inline constexpr std::string_view kMoveToDeletedItems =
+    "déplacer vers \"Éléments supprimés\""_cp;
+
 /// The main window as state and commands. The controls are its own, under their own names; every
 /// handler is a method. A view shows it; without one it works all the same.
 class frmMorvelle final : public RuleDisplay, public WordListDisplay, public StartUpWindow {
  public:
   frmMorvelle(Ports& ports, ProgramState& state);
+  frmMorvelle(const frmMorvelle&) = delete;
+  frmMorvelle& operator=(const frmMorvelle&) = delete;
+  ~frmMorvelle() override = default;
 
   // --- The window itself -------------------------------------------------------------------------
   Frame form;
   /// Load event: starts the program.
   void Form_Load();
-  /// The user wants to leave: true when the window may close.
+  /// The user wants to leave: true when the window may close. Unsaved work is given up only once
+  /// every question has been answered.
   bool Form_QueryUnload();
   /// Told by the view: closes the window without a question.
   Handler onClose;
@@ -107,10 +118,9 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void EnableImports() override;
   [[nodiscard]] const std::vector<std::string>& ListedWords(int slot) const override;
   void ShowWordCount(int slot, std::string_view text) override;
-  RuleDisplay& Rules() override { return *this; }
+  StatusPanels& Panels() override { return *this; }
   void LoadRules() override;
   void TickAutoUpdateBook(bool ticked) override;
-  void ShowStartState() override;
   void FinishStart() override;
 
   // --- Word lists --------------------------------------------------------------------------------
@@ -127,6 +137,7 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void FillListBox(int slot, const std::string& criteriaKey);
 
   // --- Saving ------------------------------------------------------------------------------------
+  /// Whether the edit in hand may be left; unsaved changes are given up when the user agrees.
   bool NoChange();
   void OkForAll();
 
@@ -146,11 +157,32 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
     bool before_;
   };
 
-  // rule_list.cpp
+  // frm_morvelle.cpp
   void BuildMenus();
-  void BuildControls();
-  void ConnectHandlers();
-  void SetRuleMenus(int index, std::string_view caption);
+  void BuildSlot(int slot);
+  void BuildRest();
+  void RegisterControls();
+  void Register(Control& control);
+  void ConnectMenus();
+  void ConnectSlot(int slot);
+  void ConnectRest();
+  void ShowInitialState();
+  /// Runs a procedure; an unexpected error is reported under its name and ends the program.
+  template <typename Body>
+  auto Ending(const char* procedure, Body&& body) {
+    return Trap(ports_.dialogs, procedure, std::forward<Body>(body));
+  }
+  /// As Ending, but the program goes on after the report.
+  template <typename Body>
+  void Continuing(const char* procedure, Body&& body) {
+    TrapAndContinue(ports_.dialogs, procedure, std::forward<Body>(body));
+  }
+
+  // rule_list.cpp
+  void ShowBookMenus();
+  [[nodiscard]] bool HasBookRule() const;
+  [[nodiscard]] std::string RuleText(int row) const;
+  [[nodiscard]] bool IsActive(int row) const;
 
   // word_lists.cpp
   void txtBox_Change(int i);
@@ -159,14 +191,15 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void cmdAdd_Click(int i);
   void cmdDel_Click(int i);
   void cmdChange_Click(int i);
-  void cmdRestore_Click(int i);
-  void cmdRecord_Click();
+  void cmdRestore_Click();
   void cmdCancelContent_Click();
   void AddWord(int i);
   void ShowCopy(int i);
   void EnableRestore();
-  void WordsEdited();
+  /// The open rule was edited: it can be saved, abandoned and put back.
+  void ContentEdited();
   void CharacterRefused();
+  void CountWord(int i, int difference);
 
   // criteria_options.cpp
   void ConnectOptions();
@@ -178,22 +211,33 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void mnuContentAll_Click();
   void mnuContentOne_Click();
   void SetLogic(std::string_view logic);
-  void SetContent(bool negated, bool allWords);
-  void ShowContentChecks();
+  void SetFlags(bool otherFirst, bool otherSecond, std::string_view whenFirst,
+                std::string_view whenSecond);
+  void CheckPair(std::array<bool, 2>& pair, bool first, std::string_view firstMenu,
+                 std::string_view secondMenu);
+  void ShowContentQuestions();
+  [[nodiscard]] CriterionRecord& SlotRecord(int slot);
 
   // actions.cpp
   void mnuMod_Click(int index);
   void chkEnabled_Click();
   void lstAct_Click();
   void OpenRule(int row, bool modified);
-  void ShowActions(const RuleRecord& rule, int actionCount);
+  void FillSlots();
+  void ShowFirstSlot();
+  void ShowActions();
+  void NameFolder(const std::string& value);
+  void SelectAction(int item);
   void TakeOverLogic();
+  void ForgetOpenRule();
 
   // rule_lifecycle.cpp
-  bool MayLeave();
+  [[nodiscard]] bool AgreesToDrop();
+  [[nodiscard]] bool MayLeave();
   void mnuRegContent_Click();
   void mnuRegOrder_Click();
-  bool SaveOpenRule(bool withOrder);
+  [[nodiscard]] bool SaveOpenRule(bool withOrder);
+  [[nodiscard]] bool SaveOrder();
   void mnuQuit_Click();
 
   Ports& ports_;

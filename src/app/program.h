@@ -1,0 +1,50 @@
+#pragma once
+
+#include "app/deleted_items_reader.h"
+#include "app/settings.h"
+#include "core/damage_report.h"
+#include "core/editing_state.h"
+#include "core/identity.h"
+#include "core/registry_access.h"
+#include "core/rule_tables.h"
+#include "ports/dialogs.h"
+#include "ports/environment.h"
+#include "ports/registry_store.h"
+
+namespace morvelle {
+
+/// What the desktop offers, chosen by the main program.
+struct Ports {
+  RegistryStore& store;
+  Dialogs& dialogs;
+  Environment& environment;
+};
+
+/// What the whole program shares: one object, made once and handed down.
+struct ProgramState {
+  Identity identity;
+  RuleTables tables;
+  EditingState editing;
+  Settings settings;
+};
+
+/// The services that stand on the ports and work on the state.
+class Program {
+ public:
+  Program(Ports& ports, ProgramState& state)
+      : messages(ports.dialogs),
+        damage(messages, state.tables.RuleLabel),
+        registry(ports.store, messages, damage),
+        settingsFile(messages, state.settings),
+        deletedItems(ports.dialogs, ports.environment, state.identity.StoreRoot) {}
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  Messages messages;
+  DamageReport damage;
+  RegistryAccess registry;
+  SettingsFile settingsFile;
+  DeletedItemsReader deletedItems;
+};
+
+}  // namespace morvelle

@@ -1,0 +1,60 @@
+#include "app/settings.h"
+
+#include <fstream>
+#include <iterator>
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+
+namespace morvelle {
+
+namespace {
+
+std::string WholeFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// The next line of the text, which loses it and its end (CR, LF or both).
+std::string TakeLine(std::string_view& text) {
+  const auto end = std::min(text.find_first_of("\r\n"), text.size());
+  std::string line(text.substr(0, end));
+  text.remove_prefix(end);
+  if (text.starts_with("\r\n")) {
+    text.remove_prefix(2);
+  } else if (!text.empty()) {
+    text.remove_prefix(1);
+  }
+  return line;
+}
+
+}  // namespace
+
+bool Settings::BookIsAutomatic() const { return BookMode == "Auto"; }
+
+bool Settings::IsQuiet() const { return EqualIgnoringCase(QuietMode, "Silent"); }
+
+void SettingsFile::Read() {
+  Trap(messages_.Boxes(), "ReadSettings", [&] {
+    settings_.QuietMode.clear();
+    if (!messages_.FileExists(Path())) return;
+    const auto content = WholeFile(Path());
+    std::string_view rest = content;
+    if (!rest.empty()) settings_.BookMode = TakeLine(rest);
+    if (!rest.empty()) settings_.QuietMode = TakeLine(rest);
+  });
+}
+
+void SettingsFile::Write() {
+  TrapAndContinue(messages_.Boxes(), "WriteSettings", [&] {
+    const auto content = settings_.BookMode + "\r\n" + settings_.QuietMode + "\r\n";
+    if (WholeFile(Path()) == content) return;
+    std::ofstream file(Path(), std::ios::binary | std::ios::trunc);
+    if (!file) throw RuntimeError(ErrorNumber::PermissionDenied);
+    file << content;
+    file.close();
+    if (!file) throw RuntimeError(ErrorNumber::DiskFull);
+  });
+}
+
+}  // namespace morvelle

@@ -1,0 +1,26 @@
+#include "core/damage_report.h"
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+
+namespace morvelle {
+
+void DamageReport::BadValueReport(std::string_view table) {
+  Trap(messages_.Boxes(), "BadValueReport", [&] {
+    if (table == "Mail") {
+      if (!starting_) return;
+      starting_ = false;
+      messages_.Msg("Il n'existe pas encore de règle de courrier"_cp);
+    } else if (table == "Identity") {
+      messages_.Msg("Identité introuvable"_cp);
+    } else if (table == "Rule" || table == "Actions" || table == "Criteria" ||
+               table == "ActionsParam" || table == "CriteriaParam") {
+      if (reported_) return;
+      reported_ = true;
+      messages_.Msg(std::string("La règle \""_cp) + ruleLabel_ +
+                    std::string("\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp));
+    }
+  });
+}
+
+}  // namespace morvelle

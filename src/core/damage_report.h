@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "app/messages/messages.h"
+
+namespace morvelle {
+
+/// Tells the user, at most once per load, that a rule is stored badly.
+class DamageReport {
+ public:
+  /// `ruleLabel`: the rule being loaded, as RuleTables keeps it.
+  DamageReport(const Messages& messages, const std::string& ruleLabel)
+      : messages_(messages), ruleLabel_(ruleLabel) {}
+
+  /// A value of the table with that label was not there.
+  void BadValueReport(std::string_view table);
+
+  /// A load begins: the next damaged rule is reported again.
+  void Reset() { reported_ = false; }
+
+ private:
+  const Messages& messages_;
+  const std::string& ruleLabel_;
+  bool reported_ = false;
+  /// Until the first load has met an empty rule set.
+  bool starting_ = true;
+};
+
+}  // namespace morvelle

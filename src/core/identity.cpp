@@ -1,0 +1,93 @@
+#include "core/identity.h"
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+#include "core/rule_tables.h"
+
+namespace morvelle {
+
+void IdentityFinder::NoIdentity() {
+  registry_.Boxes().Boxes().ShowMessage(
+      std::string("Il n'existe aucune identité ou le registre est endommagé.\r\r"
+                  "Le programme va être interrompu !"_cp),
+      kBoxStop, "FindID");
+  throw ProgramEnd{};
+}
+
+void IdentityFinder::RequireKey(const std::string& path, KeyHandle& handle) {
+  identity_.MailKey = path;
+  if (registry_.OpenKey(path, handle, false) != kStatusSuccess) NoIdentity();
+}
+
+void IdentityFinder::ExpandStoreRoot() {
+  auto& root = identity_.StoreRoot;
+  if (!root.empty() && root.back() == '\\') root.pop_back();
+  if (root.empty() || root.front() != '%') return;
+  const auto end = root.find('%', 1);
+  if (end == std::string::npos) return;
+  if (const auto value = environment_.Variable(root.substr(1, end - 1))) {
+    root = *value + root.substr(end + 1);
+  }
+}
+
+void IdentityFinder::ShowIdentity() {
+  // Digit groups of "{8-4-4-4-12}": first character and length.
+  constexpr std::pair<std::size_t, std::size_t> kGroups[] = {
+      {1, 8}, {10, 4}, {15, 4}, {20, 4}, {25, 12}};
+  panels_.ShowPanel(1, "Identité"_cp);
+  int panel = 2;
+  for (const auto& [first, length] : kGroups) {
+    const auto& id = identity_.IdentityId;
+    panels_.ShowPanel(panel++, first < id.size() ? id.substr(first, length) : std::string{});
+  }
+}
+
+void IdentityFinder::MakeRulesKey() {
+  registry_.Boxes().Msg(
+      "La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp,
+      kBoxInformation);
+  auto& store = registry_.Store();
+  store.BeginBatch();
+  registry_.CreateKey(identity_.MailKey);
+  KeyHandle handle = 0;
+  if (registry_.OpenKey(identity_.MailKey, handle, false) != kStatusSuccess) NoIdentity();
+  registry_.SetKeyValue(handle, "Version", ValueKind::Dword, kRuleStoreVersion);
+  registry_.CloseKey(handle);
+  if (store.CommitBatch(true) != CommitOutcome::Done) {
+    registry_.Boxes().Msg(store.LastError(), kBoxStop);
+    registry_.Boxes().Boxes().ShowMessage(std::string("Impossible de créer la clef"_cp), kBoxOk,
+                                          "CreateKey");
+    throw ProgramEnd{};
+  }
+}
+
+bool IdentityFinder::FindID() {
+  return Trap(registry_.Boxes().Boxes(), "FindID", [&] {
+    KeyHandle handle = 0;
+    RequireKey("Identities\\", handle);
+    const auto status =
+        registry_.QueryField("Identity", handle, "Last User ID", identity_.IdentityId);
+    registry_.CloseKey(handle);
+    if (status != kStatusSuccess) NoIdentity();
+    RequireKey("Identities\\" + identity_.IdentityId + "\\", handle);
+    registry_.CloseKey(handle);
+    RequireKey(identity_.MailKey + "Software\\Microsoft\\Outlook Express\\5.0\\", handle);
+    registry_.QueryField("", handle, "Store Root", identity_.StoreRoot);
+    registry_.CloseKey(handle);
+    ExpandStoreRoot();
+    ShowIdentity();
+
+    identity_.MailKey += "Rules\\Mail\\";
+    const bool existed =
+        registry_.OpenKey(identity_.MailKey, handle, false) == kStatusSuccess;
+    if (existed) {
+      registry_.CloseKey(handle);
+    } else {
+      MakeRulesKey();
+    }
+    registry_.Store().GiveKeyWhole(identity_.MailKey);
+    return existed;
+  });
+}
+
+}  // namespace morvelle

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+
+#include "core/displays.h"
+#include "core/registry_access.h"
+#include "ports/environment.h"
+
+namespace morvelle {
+
+/// The identity whose rules are edited.
+struct Identity {
+  /// Path of its rules key, always ending with "\".
+  std::string MailKey;
+  /// Its GUID in braces.
+  std::string IdentityId;
+  /// Its message-store folder, a Windows path without "\" at the end.
+  std::string StoreRoot;
+};
+
+/// Finds the identity that used the mail client last.
+class IdentityFinder {
+ public:
+  IdentityFinder(RegistryAccess& registry, const Environment& environment, StatusPanels& panels,
+                 Identity& identity)
+      : registry_(registry), environment_(environment), panels_(panels), identity_(identity) {}
+
+  /// True when the identity had a rules key; false when it was made now. Without an identity it
+  /// says so and ends the program.
+  bool FindID();
+
+ private:
+  [[noreturn]] void NoIdentity();
+  void RequireKey(const std::string& path, KeyHandle& handle);
+  void ExpandStoreRoot();
+  void ShowIdentity();
+  void MakeRulesKey();
+
+  RegistryAccess& registry_;
+  const Environment& environment_;
+  StatusPanels& panels_;
+  Identity& identity_;
+};
+
+}  // namespace morvelle

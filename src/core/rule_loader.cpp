@@ -1,0 +1,194 @@
+#include "core/rule_loader.h"
+
+#include <algorithm>
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+#include "core/entry_types.h"
+
+namespace morvelle {
+
+namespace {
+
+constexpr std::string_view kFirstId = "000";
+
+std::size_t Index(int row) { return static_cast<std::size_t>(row); }
+
+}  // namespace
+
+void RuleLoader::FinishEmpty() {
+  display_.EnableMnu();
+  display_.EnableImports();
+}
+
+void RuleLoader::MailFromBdR() {
+  Trap(registry_.Boxes().Boxes(), "MailFromBdR", [&] {
+    display_.BeginLoad();
+    tables_.Blank();
+    {
+      const OpenedKey key(registry_, mailKey_, true);
+      if (registry_.QueryField("Mail", key.Handle(), "Order", tables_.Mail.Order) !=
+          kStatusSuccess) {
+        FinishEmpty();
+        return;
+      }
+      // A rules key without a version is mended by the first write and no concern of the user's.
+      tables_.Mail.Version = TextOf(registry_.Peek(key.Handle(), "Version"));
+    }
+    if (tables_.Mail.Order.empty()) {
+      FinishEmpty();
+      return;
+    }
+    const auto ids = IdsOfOrder(tables_.Mail.Order);
+    tables_.RuleCount = Checked<std::int16_t>(ids.size());
+    display_.EnableMnu();
+    tables_.ReDimTables();
+    for (std::size_t k = 0; k < ids.size(); ++k) tables_.Rule[k].Id = ids[k];
+    registry_.Damage().Reset();
+    display_.ShowPanel(9, "");
+    bool anyEditable = false;
+    for (std::int16_t row = 0; row < tables_.RuleCount; ++row) {
+      anyEditable = RuleFromBdR(row) || anyEditable;
+    }
+    display_.EnableContentMenus(anyEditable);
+  });
+}
+
+bool RuleLoader::RuleFromBdR(std::int16_t row) {
+  return Trap(registry_.Boxes().Boxes(), "RuleFromBdR", [&] {
+    auto& rule = tables_.RuleAt(row);
+    tables_.RuleLabel = rule.Id;
+    {
+      const OpenedKey key(registry_, KeyOf(row), false);
+      if (key.IsOpen()) {
+        registry_.QueryField("Rule", key.Handle(), "Name", rule.Name);
+        tables_.RuleLabel = rule.Id + " - " + rule.Name;
+        registry_.QueryField("Rule", key.Handle(), "Enabled", rule.Enabled);
+        registry_.QueryField("Rule", key.Handle(), "Version", rule.Version);
+      } else {
+        registry_.Damage().BadValueReport("Rule");
+      }
+    }
+    display_.LoadMnu(row, rule.Id + " " + rule.Name, true);
+    ActionsFromBdR(row);
+    CiteriaFromBdR(row);
+    const bool editable = IsEditable(row);
+    display_.EnableRuleEditing(row, editable);
+    return editable;
+  });
+}
+
+bool RuleLoader::IsEditable(int row) const {
+  const auto& rule = tables_.RuleAt(row);
+  if (rule.overfull) return false;
+  const auto& slots = tables_.FirstCriteria[Index(row)];
+  const bool anySlot =
+      std::any_of(slots.begin(), slots.end(), [](const auto& slot) { return !slot.Id.empty(); });
+  // Without any criterion a rule can be given its first words; with only foreign ones it has
+  // nothing that the window could show.
+  return anySlot || tables_.Criteria[Index(row)] == 0;
+}
+
+std::uint8_t RuleLoader::CountEntries(const std::string& order, int row, const char* table) {
+  const auto count = (order.size() + 1) / 4;
+  if (count <= kMaxEntries) return static_cast<std::uint8_t>(count);
+  tables_.RuleAt(row).overfull = true;
+  registry_.Damage().BadValueReport(table);
+  return 0;
+}
+
+void RuleLoader::ActionsFromBdR(int row) {
+  Trap(registry_.Boxes().Boxes(), "ActionsFromBdR", [&] {
+    auto& rule = tables_.RuleAt(row);
+    {
+      const OpenedKey key(registry_, KeyOf(row) + "\\Actions", false);
+      if (!key.IsOpen()) {
+        registry_.Damage().BadValueReport("Actions");
+        return;
+      }
+      registry_.QueryField("Actions", key.Handle(), "Order", rule.ActionsOrder);
+    }
+    auto& count = tables_.Actions[Index(row)];
+    count = CountEntries(rule.ActionsOrder, row, "Actions");
+    for (int entry = 0; entry < count; ++entry) {
+      rule.ActionsParam[Index(entry)].Id = rule.ActionsOrder.substr(4 * Index(entry), 3);
+      ActionsParamFromBdR(row, entry);
+    }
+  });
+}
+
+bool RuleLoader::IsWithoutCriteria(const std::string& order, const std::string& keyPath) {
+  if (order != kFirstId) return false;
+  return !OpenedKey(registry_, keyPath + "\\" + order, false).IsOpen();
+}
+
+void RuleLoader::CiteriaFromBdR(int row) {
+  Trap(registry_.Boxes().Boxes(), "CiteriaFromBdR", [&] {
+    auto& rule = tables_.RuleAt(row);
+    const auto path = KeyOf(row) + "\\Criteria";
+    {
+      const OpenedKey key(registry_, path, false);
+      if (!key.IsOpen()) {
+        registry_.Damage().BadValueReport("Criteria");
+        return;
+      }
+      registry_.QueryField("Criteria", key.Handle(), "Order", rule.CriteriaOrder);
+    }
+    if (IsWithoutCriteria(rule.CriteriaOrder, path)) return;
+    auto& count = tables_.Criteria[Index(row)];
+    count = CountEntries(rule.CriteriaOrder, row, "Criteria");
+    for (int entry = 0; entry < count; ++entry) {
+      rule.CriteriaParam[Index(entry)].Id = rule.CriteriaOrder.substr(4 * Index(entry), 3);
+      CriteriaParamFromBdR(row, entry);
+    }
+  });
+}
+
+void RuleLoader::ActionsParamFromBdR(int row, int entry) {
+  Trap(registry_.Boxes().Boxes(), "ActionsParamFromBdR", [&] {
+    constexpr const char* kTable = "ActionsParam";
+    auto& action = tables_.RuleAt(row).ActionsParam[Index(entry)];
+    const OpenedKey key(registry_, KeyOf(row) + "\\Actions\\" + action.Id, false);
+    if (!key.IsOpen()) {
+      registry_.Damage().BadValueReport(kTable);
+      return;
+    }
+    registry_.QueryField(kTable, key.Handle(), "Type", action.Type);
+    registry_.QueryField(kTable, key.Handle(), "Flags", action.Flags);
+    if (!CarriesValue(ArgumentOfAction(action.Type))) return;
+    registry_.QueryField(kTable, key.Handle(), "Value", action.Value);
+    registry_.QueryField(kTable, key.Handle(), "ValueType", action.ValueType);
+  });
+}
+
+void RuleLoader::CriteriaParamFromBdR(int row, int entry) {
+  Trap(registry_.Boxes().Boxes(), "CriteriaParamFromBdR", [&] {
+    constexpr const char* kTable = "CriteriaParam";
+    auto& criterion = tables_.RuleAt(row).CriteriaParam[Index(entry)];
+    const OpenedKey key(registry_, KeyOf(row) + "\\Criteria\\" + criterion.Id, false);
+    if (!key.IsOpen()) {
+      registry_.Damage().BadValueReport(kTable);
+      return;
+    }
+    registry_.QueryField(kTable, key.Handle(), "Type", criterion.Type);
+    registry_.QueryField(kTable, key.Handle(), "Flags", criterion.Flags);
+    registry_.QueryField(kTable, key.Handle(), "Logic", criterion.Logic);
+    if (CarriesValue(ArgumentOfCriterion(criterion.Type))) {
+      registry_.QueryField(kTable, key.Handle(), "Value", criterion.Value);
+      registry_.QueryField(kTable, key.Handle(), "ValueType", criterion.ValueType);
+    }
+    FillFirstCriteria(criterion, row);
+  });
+}
+
+void RuleLoader::FillFirstCriteria(const CriterionRecord& criterion, int row) {
+  Trap(registry_.Boxes().Boxes(), "FillFirstCriteria", [&] {
+    const int slot = tables_.SlotOfType(criterion.Type);
+    if (slot < 0) return;
+    auto& owner = tables_.FirstCriteria[Index(row)][Index(slot)];
+    // The first criterion of a kind owns the slot.
+    if (owner.Id.empty()) owner = criterion;
+  });
+}
+
+}  // namespace morvelle

@@ -1,0 +1,325 @@
+#include "core/rule_writer.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+#include "core/entry_types.h"
+
+namespace morvelle {
+
+namespace {
+
+constexpr std::string_view kTooManyEntries =
+    "Cette règle ne peut être enregistrée : elle compterait plus de 12 critères ou actions"_cp;
+constexpr std::string_view kBadId =
+    "Cette règle ne peut être enregistrée : son numéro n'est pas valable"_cp;
+
+std::size_t Index(int row) { return static_cast<std::size_t>(row); }
+
+bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
+
+/// The argument of an entry, or its removal, as the type asks for. What is not there and has no
+/// text is not made up, and a "ValueType" stays beside a value that stays.
+void PlanArgument(WritePlan& plan, const std::string& key, Argument argument,
+                  const std::string& value, const std::string& storedIn) {
+  bool written = false;
+  switch (argument) {
+    case Argument::Number:
+    case Argument::Text:
+    case Argument::Bytes:
+      if (value.empty() && plan.LacksValue(storedIn, "Value")) return;
+      written = argument == Argument::Number
+                    ? plan.SetNumber(key, "Value", value, storedIn)
+                    : plan.SetValue(key, "Value", KindOf(argument), value, storedIn);
+      break;
+    case Argument::None:
+      plan.DeleteValue(key, "Value");
+      plan.DeleteValue(key, "ValueType");
+      return;
+    case Argument::Unknown:
+      return;
+  }
+  if (written || plan.LacksValue(storedIn, "ValueType")) {
+    plan.SetNumber(key, "ValueType", std::string(ValueTypeOf(argument)), storedIn);
+  }
+}
+
+}  // namespace
+
+bool RuleWriter::KeyExists(const std::string& path) {
+  return OpenedKey(registry_, path, false).IsOpen();
+}
+
+PlannedRule RuleWriter::PlanRule(int row, SaveFlags flags) {
+  return Trap(registry_.Boxes().Boxes(), "RuleToBdR", [&] {
+    PlannedRule planned(row, registry_);
+    const auto& rule = tables_.RuleAt(row);
+    if (!IsThreeDigitId(rule.Id)) {
+      planned.refusal = kBadId;
+    } else if (rule.overfull) {
+      planned.refusal = kTooManyEntries;
+    } else {
+      RuleToBdR(planned, flags);
+    }
+    return planned;
+  });
+}
+
+RegistryStatus RuleWriter::Apply(const PlannedRule& planned) { return planned.plan.Apply(); }
+
+void RuleWriter::RuleToBdR(PlannedRule& planned, SaveFlags flags) {
+  const auto& rule = tables_.RuleAt(planned.row);
+  const auto key = mailKey_ + rule.Id;
+  PlanVersion(planned.plan);
+  planned.plan.SetValue(key, "Name", ValueKind::String, rule.Name);
+  planned.plan.SetNumber(key, "Enabled", rule.Enabled);
+  planned.plan.SetNumber(key, "Version", rule.Version);
+  ActionsToBdR(planned, flags.closingAction);
+  if (planned.refusal.empty() && !flags.skipCriteria) CriteriaToBdR(planned, flags.contentEdit);
+}
+
+void RuleWriter::PlanVersion(WritePlan& plan) {
+  const OpenedKey key(registry_, mailKey_, false);
+  if (key.IsOpen() && !std::holds_alternative<std::monostate>(
+                          registry_.Peek(key.Handle(), "Version"))) {
+    return;
+  }
+  plan.SetNumber(mailKey_, "Version", std::to_string(kRuleStoreVersion));
+}
+
+void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
+  const auto& rule = tables_.RuleAt(planned.row);
+  auto& actions = planned.actions;
+  planned.actionsOrder = rule.ActionsOrder;
+  const auto count = tables_.Actions[Index(planned.row)];
+  actions.assign(rule.ActionsParam.begin(), rule.ActionsParam.begin() + count);
+  if (planned.actionsOrder.empty()) {
+    planned.actionsOrder = "000";
+    ActionRecord action = rule.ActionsParam[0];
+    action.Id = planned.actionsOrder;
+    if (action.Type.empty()) {
+      if (!IsDeletedItems(deletedItems_.DeletedItems())) {
+        planned.refusal = kFoldersUnreadable;
+        return;
+      }
+      action.Type = kActionMove;
+      action.Value = deletedItems_.DeletedItems() + '\0';
+      action.ValueType = kValueTypeBytes;
+    }
+    actions = {std::move(action)};
+  }
+  if (closingAction && actions.back().Type != kActionStop) {
+    if (actions.size() == kMaxEntries) {
+      planned.refusal = kTooManyEntries;
+      return;
+    }
+    ActionRecord stop;
+    stop.Id = ThreeDigitId(static_cast<int>(actions.size()));
+    stop.Type = kActionStop;
+    planned.actionsOrder += " " + stop.Id;
+    actions.push_back(std::move(stop));
+  }
+  const auto key = mailKey_ + rule.Id + "\\Actions";
+  planned.plan.SetValue(key, "Order", ValueKind::String, planned.actionsOrder);
+  for (const auto& action : actions) ActionsParamToBdR(planned.plan, key, action);
+}
+
+void RuleWriter::ActionsParamToBdR(WritePlan& plan, const std::string& key,
+                                   const ActionRecord& action) {
+  // A damaged action, without a type, is left as it is.
+  if (action.Type.empty()) return;
+  const auto path = key + "\\" + action.Id;
+  plan.SetNumber(path, "Flags", action.Flags);
+  plan.SetNumber(path, "Type", action.Type);
+  PlanArgument(plan, path, ArgumentOfAction(action.Type), action.Value, path);
+}
+
+std::vector<std::string> RuleWriter::StoredCriteria(int row) const {
+  std::vector<std::string> ids;
+  for (int j = 0; j < tables_.Criteria[Index(row)]; ++j) {
+    ids.push_back(tables_.RuleAt(row).CriteriaParam[Index(j)].Id);
+  }
+  return ids;
+}
+
+std::vector<RuleWriter::NewCriterion> RuleWriter::KeptCriteria(int row, bool slotsToo) {
+  const auto& rule = tables_.RuleAt(row);
+  const auto& owners = tables_.FirstCriteria[Index(row)];
+  std::vector<NewCriterion> kept;
+  std::unordered_set<std::string> seen;
+  for (int j = 0; j < tables_.Criteria[Index(row)]; ++j) {
+    const auto& criterion = rule.CriteriaParam[Index(j)];
+    // An order that names a criterion twice has it once.
+    if (!seen.insert(criterion.Id).second) continue;
+    const int slot = tables_.SlotOfType(criterion.Type);
+    if (!slotsToo && slot >= 0 && owners[Index(slot)].Id == criterion.Id) continue;
+    const bool stored = KeyExists(mailKey_ + rule.Id + "\\Criteria\\" + criterion.Id);
+    if (!stored && criterion.Type.empty()) continue;
+    kept.push_back({criterion, stored ? criterion.Id : std::string{}, false});
+  }
+  return kept;
+}
+
+CriterionRecord RuleWriter::SlotCriterion(int row, int slot) {
+  CriterionRecord criterion = tables_.FirstCriteria[Index(row)][Index(slot)];
+  const bool edited =
+      criterion.Id.empty() || DecodeWords(criterion.Value) != display_.ListedWords(slot);
+  wordLists_.FillTable(slot);
+  if (criterion.Flags.empty()) criterion.Flags = "0";
+  criterion.Type = tables_.SlotType[Index(slot)];
+  if (edited) criterion.Value = wordLists_.EnCodeValue(slot);
+  criterion.ValueType = kValueTypeBytes;
+  return criterion;
+}
+
+std::vector<RuleWriter::NewCriterion> RuleWriter::DecodeCriteria(int row) {
+  return Trap(registry_.Boxes().Boxes(), "DecodeCriteria", [&] {
+    auto criteria = KeptCriteria(row, false);
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+      if (display_.ListedWords(slot).empty()) continue;
+      auto record = SlotCriterion(row, slot);
+      auto storedId = record.Id;
+      criteria.push_back({std::move(record), std::move(storedId), true});
+    }
+    SetLogics(criteria, row);
+    return criteria;
+  });
+}
+
+void RuleWriter::SetLogics(std::vector<NewCriterion>& criteria, int row) const {
+  const auto& chosen = tables_.FirstCriteria[Index(row)][0].Logic;
+  for (auto& criterion : criteria) {
+    auto& logic = criterion.record.Logic;
+    if (!criterion.fromSlot) {
+      if (editing_.logicChosen && criteria.size() >= 2) logic = chosen;
+    } else if (criteria.size() < 2) {
+      logic = "0";
+    } else if (!IsAndOr(logic)) {
+      logic = IsAndOr(chosen) ? chosen : "1";
+    }
+  }
+}
+
+void RuleWriter::CriteriaToBdR(PlannedRule& planned, bool contentEdit) {
+  Trap(registry_.Boxes().Boxes(), "CriteriaToBdR", [&] {
+    const int row = planned.row;
+    auto criteria = contentEdit ? DecodeCriteria(row) : KeptCriteria(row, true);
+    if (criteria.size() > kMaxEntries) {
+      planned.refusal = kTooManyEntries;
+      return;
+    }
+    std::vector<std::string> ids;
+    for (auto& criterion : criteria) {
+      criterion.record.Id = ThreeDigitId(static_cast<int>(ids.size()));
+      ids.push_back(criterion.record.Id);
+    }
+    const auto key = mailKey_ + tables_.RuleAt(row).Id + "\\Criteria";
+    PlanCriteriaKeys(planned.plan, row, key, criteria);
+    for (const auto& criterion : criteria) CriteriaParamToBdR(planned.plan, key, criterion);
+    planned.criteriaOrder = ids.empty() ? "000" : JoinIds(ids);
+    planned.plan.SetValue(key, "Order", ValueKind::String, planned.criteriaOrder);
+    planned.criteriaPlanned = true;
+    for (auto& criterion : criteria) planned.criteria.push_back(std::move(criterion.record));
+  });
+}
+
+void RuleWriter::PlanCriteriaKeys(WritePlan& plan, int row, const std::string& criteriaKey,
+                                  const std::vector<NewCriterion>& criteria) {
+  std::unordered_set<std::string> sources;
+  std::vector<KeyRename> renames;
+  auto emptied = StoredCriteria(row);
+  // An order "000" with a key 000 would be one criterion, not none.
+  if (criteria.empty()) emptied.emplace_back("000");
+  bool moved = false;
+  for (const auto& criterion : criteria) {
+    if (criterion.storedId.empty()) {
+      emptied.push_back(criterion.record.Id);
+      continue;
+    }
+    sources.insert(criterion.storedId);
+    moved = moved || criterion.storedId != criterion.record.Id;
+    renames.push_back({criterion.storedId, criterion.record.Id});
+  }
+  std::unordered_set<std::string> done;
+  for (const auto& id : emptied) {
+    if (sources.count(id) != 0 || !done.insert(id).second) continue;
+    plan.DeleteKey(criteriaKey + "\\" + id);
+  }
+  if (moved) plan.RenameSubkeys(criteriaKey, std::move(renames));
+}
+
+void RuleWriter::CriteriaParamToBdR(WritePlan& plan, const std::string& criteriaKey,
+                                    const NewCriterion& criterion) const {
+  const auto& record = criterion.record;
+  if (record.Type.empty()) return;
+  const auto key = criteriaKey + "\\" + record.Id;
+  const bool isStored = !criterion.storedId.empty();
+  const auto stored = isStored ? criteriaKey + "\\" + criterion.storedId : std::string{};
+  const auto setNumber = [&](std::string_view name, const std::string& text) {
+    // A kept criterion that lacks a value goes on lacking it.
+    if (isStored && !criterion.fromSlot && text.empty()) return;
+    plan.SetNumber(key, name, text, stored);
+  };
+  if (!isStored) plan.CreateKey(key);
+  setNumber("Flags", record.Flags);
+  setNumber("Logic", record.Logic);
+  setNumber("Type", record.Type);
+  PlanArgument(plan, key, ArgumentOfCriterion(record.Type), record.Value, stored);
+}
+
+void RuleWriter::Settle(const PlannedRule& planned) {
+  auto& rule = tables_.RuleAt(planned.row);
+  rule.ActionsOrder = planned.actionsOrder;
+  std::copy(planned.actions.begin(), planned.actions.end(), rule.ActionsParam.begin());
+  tables_.Actions[Index(planned.row)] = static_cast<std::uint8_t>(planned.actions.size());
+  if (!planned.criteriaPlanned) return;
+  rule.CriteriaOrder = planned.criteriaOrder;
+  rule.CriteriaParam = {};
+  std::copy(planned.criteria.begin(), planned.criteria.end(), rule.CriteriaParam.begin());
+  tables_.Criteria[Index(planned.row)] = static_cast<std::uint8_t>(planned.criteria.size());
+  auto& slots = tables_.FirstCriteria[Index(planned.row)];
+  slots = {};
+  for (const auto& criterion : planned.criteria) {
+    const int slot = tables_.SlotOfType(criterion.Type);
+    if (slot >= 0 && slots[Index(slot)].Id.empty()) slots[Index(slot)] = criterion;
+  }
+}
+
+RegistryStatus RuleWriter::MailTopToBdR() {
+  return Trap(registry_.Boxes().Boxes(), "MailTopToBdR", [&] {
+    WritePlan plan(registry_);
+    PlanVersion(plan);
+    // An order that lists no rule would hide every rule of the mail client.
+    if (!tables_.Mail.Order.empty() || tables_.RuleCount == 0) {
+      plan.SetValue(mailKey_, "Order", ValueKind::String, tables_.Mail.Order);
+    }
+    return plan.Apply();
+  });
+}
+
+std::string SettledOrder(const std::vector<std::string>& lines, const RuleTables& tables) {
+  std::unordered_map<std::string, int> rows;
+  for (int row = 0; row < tables.RuleCount; ++row) {
+    rows.emplace(LowerCase(tables.RuleAt(row).Id), row);
+  }
+  std::vector<std::string> ids;
+  const auto take = [&](const std::string& id) {
+    const auto found = rows.find(LowerCase(id));
+    if (found == rows.end()) return;
+    ids.push_back(tables.RuleAt(found->second).Id);
+    rows.erase(found);
+  };
+  for (const auto& line : lines) {
+    const bool marked = line.size() >= 2 && (line[0] == '*' || line[0] == ' ') &&
+                        (line[1] == ' ' || line[1] == '\t');
+    take(line.substr(marked ? 2 : 0, 3));
+  }
+  for (int row = 0; row < tables.RuleCount; ++row) take(tables.RuleAt(row).Id);
+  return JoinIds(ids);
+}
+
+}  // namespace morvelle

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "core/deleted_items.h"
+#include "core/editing_state.h"
+#include "core/registry_access.h"
+#include "core/rule_tables.h"
+#include "core/word_lists.h"
+#include "core/write_plan.h"
+
+namespace morvelle {
+
+/// What a save of a rule takes into account.
+struct SaveFlags {
+  /// The rule is the open one and its word lists are the window's.
+  bool contentEdit = false;
+  /// A "stop processing rules" action is added when the rule does not end with one.
+  bool closingAction = false;
+  /// Criteria stay as they are stored.
+  bool skipCriteria = false;
+};
+
+/// A rule ready to be written.
+struct PlannedRule {
+  PlannedRule(int rowPlanned, RegistryAccess& registry) : row(rowPlanned), plan(registry) {}
+
+  int row;
+  /// Why the rule cannot be saved, for the user; empty when it can.
+  std::string refusal;
+  WritePlan plan;
+  std::string actionsOrder;
+  std::vector<ActionRecord> actions;
+  /// Left as they are when empty and `criteriaPlanned` is false.
+  bool criteriaPlanned = false;
+  std::string criteriaOrder;
+  std::vector<CriterionRecord> criteria;
+};
+
+/// Puts rules back into the registry. A save is planned, applied inside the command's batch, and
+/// settled in the tables once the batch has reached the store.
+class RuleWriter {
+ public:
+  RuleWriter(RegistryAccess& registry, const std::string& mailKey, RuleTables& tables,
+             EditingState& editing, WordLists& wordLists, const WordListDisplay& display,
+             DeletedItemsSource& deletedItems)
+      : registry_(registry),
+        mailKey_(mailKey),
+        tables_(tables),
+        editing_(editing),
+        wordLists_(wordLists),
+        display_(display),
+        deletedItems_(deletedItems) {}
+
+  [[nodiscard]] PlannedRule PlanRule(int row, SaveFlags flags);
+  [[nodiscard]] static RegistryStatus Apply(const PlannedRule& planned);
+  void Settle(const PlannedRule& planned);
+
+  /// Writes Mail.Order and ends the pending order.
+  RegistryStatus MailTopToBdR();
+
+ private:
+  /// A criterion of the rule as it will be: where it lies now, and which slot it comes from.
+  struct NewCriterion {
+    CriterionRecord record;
+    std::string storedId;  ///< Empty when it is not stored yet.
+    bool fromSlot;
+  };
+
+  void RuleToBdR(PlannedRule& planned, SaveFlags flags);
+  void ActionsToBdR(PlannedRule& planned, bool closingAction);
+  void ActionsParamToBdR(WritePlan& plan, const std::string& key, const ActionRecord& action);
+  void CriteriaToBdR(PlannedRule& planned, bool contentEdit);
+  [[nodiscard]] std::vector<NewCriterion> DecodeCriteria(int row);
+  [[nodiscard]] std::vector<NewCriterion> KeptCriteria(int row, bool slotsToo);
+  [[nodiscard]] CriterionRecord SlotCriterion(int row, int slot);
+  void SetLogics(std::vector<NewCriterion>& criteria, int row) const;
+  void CriteriaParamToBdR(WritePlan& plan, const std::string& criteriaKey,
+                          const NewCriterion& criterion) const;
+  void PlanCriteriaKeys(WritePlan& plan, int row, const std::string& criteriaKey,
+                        const std::vector<NewCriterion>& criteria);
+  void PlanVersion(WritePlan& plan);
+  [[nodiscard]] bool KeyExists(const std::string& path);
+  [[nodiscard]] std::vector<std::string> StoredCriteria(int row) const;
+
+  RegistryAccess& registry_;
+  const std::string& mailKey_;
+  RuleTables& tables_;
+  EditingState& editing_;
+  WordLists& wordLists_;
+  const WordListDisplay& display_;
+  DeletedItemsSource& deletedItems_;
+};
+
+/// The order to be written, from the lines of the rule list: the id of a line stands after its
+/// two-character marker, or at its start. Repeats are dropped, loaded rules that are missing follow
+/// in their former order.
+std::string SettledOrder(const std::vector<std::string>& lines, const RuleTables& tables);
+
+}  // namespace morvelle

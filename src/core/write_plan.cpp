@@ -1,0 +1,96 @@
+#include "core/write_plan.h"
+
+#include <array>
+#include <utility>
+
+#include "app/messages/errors.h"
+
+namespace morvelle {
+
+namespace {
+
+constexpr std::array<std::string_view, 5> kCriterionValues = {"Type", "Flags", "Logic", "Value",
+                                                              "ValueType"};
+
+}  // namespace
+
+bool WritePlan::IsStored(const std::string& path, std::string_view name,
+                         const std::string& text) const {
+  const OpenedKey key(registry_, path, false);
+  if (path.empty() || !key.IsOpen()) return false;
+  const auto stored = registry_.Peek(key.Handle(), name);
+  return !std::holds_alternative<std::monostate>(stored) && TextOf(stored) == text;
+}
+
+bool WritePlan::LacksValue(const std::string& path, std::string_view name) const {
+  const OpenedKey key(registry_, path, false);
+  if (path.empty() || !key.IsOpen()) return false;
+  ValueKind kind{};
+  std::uint32_t size = 0;
+  return registry_.Store().DescribeValue(key.Handle(), name, kind, size) == kStatusNotFound;
+}
+
+void WritePlan::CreateKey(const std::string& path) {
+  Add({Verb::CreateKey, path, {}, {}, {}, {}});
+}
+
+bool WritePlan::SetNumber(const std::string& path, std::string_view name, const std::string& text,
+                          const std::string& storedIn) {
+  if (IsStored(storedIn, name, text)) return false;
+  const bool negative = !text.empty() && text.front() == '-';
+  Add({Verb::SetValue, path, std::string(name), ValueKind::Dword,
+       ToLong(negative ? text : "0" + text), {}});
+  return true;
+}
+
+bool WritePlan::SetValue(const std::string& path, std::string_view name, ValueKind kind,
+                         const std::string& text, const std::string& storedIn) {
+  if (IsStored(storedIn, name, text)) return false;
+  Add({Verb::SetValue, path, std::string(name), kind, text, {}});
+  return true;
+}
+
+void WritePlan::DeleteValue(const std::string& path, std::string_view name) {
+  Add({Verb::DeleteValue, path, std::string(name), {}, {}, {}});
+}
+
+void WritePlan::DeleteKey(const std::string& path) {
+  Add({Verb::DeleteKey, path, {}, {}, {}, {}});
+}
+
+void WritePlan::RenameSubkeys(const std::string& path, std::vector<KeyRename> renames) {
+  Add({Verb::RenameSubkeys, path, {}, {}, {}, std::move(renames)});
+}
+
+RegistryStatus WritePlan::Apply() const {
+  for (const auto& step : steps_) {
+    if (const auto status = Apply(step); status != kStatusSuccess) return status;
+  }
+  return kStatusSuccess;
+}
+
+RegistryStatus WritePlan::Apply(const Step& step) const {
+  const auto goneIsDone = [](RegistryStatus status) {
+    return status == kStatusNotFound ? kStatusSuccess : status;
+  };
+  switch (step.verb) {
+    case Verb::DeleteKey:
+      return goneIsDone(registry_.DeleteKey(step.path));
+    case Verb::RenameSubkeys:
+      return registry_.Store().RenameSubkeys(step.path, step.renames, kCriterionValues);
+    default:
+      break;
+  }
+  const OpenedKey key(registry_, step.path, true);
+  if (!key.IsOpen()) return kStatusAccessDenied;
+  switch (step.verb) {
+    case Verb::SetValue:
+      return registry_.SetKeyValue(key.Handle(), step.name, step.kind, step.value);
+    case Verb::DeleteValue:
+      return goneIsDone(registry_.Store().DeleteValue(key.Handle(), step.name));
+    default:
+      return kStatusSuccess;
+  }
+}
+
+}  // namespace morvelle

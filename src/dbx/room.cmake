@@ -1,0 +1,1 @@
+morvelle_room(dbx SOURCES dbx/folder_store.cpp dbx/hex.cpp USES messages)

@@ -1,0 +1,252 @@
+#include <algorithm>
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+#include "core/deleted_items.h"
+#include "core/entry_types.h"
+#include "ui/frm_morvelle.h"
+
+namespace morvelle {
+
+namespace {
+
+/// The action types of lstAct's entries, in their order.
+constexpr std::array kActionTypes = {kActionMove, kActionDeleteFromServer, kActionNoDownload,
+                                     kActionStop};
+constexpr int kMoveItem = 0;
+constexpr int kStopItem = 3;
+
+std::size_t Index(int i) { return static_cast<std::size_t>(i); }
+
+bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
+
+}  // namespace
+
+void frmMorvelle::mnuMod_Click(int index) {
+  if (bFilling || index >= tables_.RuleCount) return;
+  Ending("mnuMod_Click", [&] {
+    // The row is turned into its rule before anything reloads.
+    const auto id = tables_.RuleAt(index).Id;
+    if (!MayLeave()) return;
+    editing_.modes.editingContent = true;
+    fraMerge.SetVisible(false);
+    ClearMod();
+    const int row = tables_.RowOfId(id);
+    if (row >= 0) OpenRule(row, false);
+  });
+}
+
+void frmMorvelle::OpenRule(int row, bool modified) {
+  OrderEnable(false);
+  nMode = 1;
+  editing_.nCurRule = static_cast<std::int16_t>(row);
+  editing_.openRuleId = tables_.RuleAt(row).Id;
+  editing_.logicChosen = false;
+  lstRules.SetListIndex(row);
+  EnableCmdEA(modified, true);
+  EnableMnuFiles(false);
+  InitMod(modified);
+  Menu("mnuOptions").SetEnabled(true);
+}
+
+void frmMorvelle::FillSlots() {
+  const auto& slots = tables_.FirstCriteria[Index(editing_.nCurRule)];
+  const auto criteriaKey =
+      state_.identity.MailKey + tables_.RuleAt(editing_.nCurRule).Id + "\\Criteria\\";
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    const auto& id = slots[Index(slot)].Id;
+    if (!id.empty()) FillListBox(slot, criteriaKey + id);
+  }
+}
+
+void frmMorvelle::TakeOverLogic() {
+  const auto& rule = tables_.RuleAt(editing_.nCurRule);
+  auto& slots = tables_.FirstCriteria[Index(editing_.nCurRule)];
+  std::string own;
+  for (const auto& slot : slots) {
+    if (own.empty() && IsAndOr(slot.Logic)) own = slot.Logic;
+  }
+  for (const auto& criterion : rule.CriteriaParam) {
+    if (own.empty() && IsAndOr(criterion.Logic)) own = criterion.Logic;
+  }
+  if (own.empty()) own = "1";
+  for (auto& slot : slots) {
+    if (!IsAndOr(slot.Logic)) slot.Logic = own;
+  }
+}
+
+void frmMorvelle::InitMod(bool changed) {
+  Ending("InitMod", [&] {
+    const auto& rule = tables_.RuleAt(editing_.nCurRule);
+    RulesEnable(true);
+    if (!changed) FillSlots();
+    TakeOverLogic();
+    ShowFirstSlot();
+    FiltersEnable(true);
+    {
+      const Filling filling(*this);
+      for (auto& filter : chkFilter) filter.SetChecked(false);
+      cmdFiltres.SetEnabled(false);
+      fraAct.SetEnabled(true);
+      lstAct.SetEnabled(true);
+      chkEnabled.SetEnabled(true);
+      statBar.SetPanel(9, rule.Name);
+      chkEnabled.SetChecked(!rule.Enabled.empty() && ToLong(rule.Enabled) != 0);
+      ShowActions();
+    }
+    ChangeContent(changed);
+    if (changed) {
+      const Filling filling(*this);
+      editing_.bOrderChanged = true;
+      Menu("mnuRegOrder").SetEnabled(true);
+    }
+    InitOptions();
+    ShowContentQuestions();
+  });
+}
+
+void frmMorvelle::ShowFirstSlot() {
+  int slot = nCurList;
+  for (int s = kSlotCount - 1; s >= 0; --s) {
+    if (tables_.WordCount[Index(s)] > 0) slot = s;
+  }
+  optCriteria[Index(slot)].Choose();
+  optCriteria_Click(slot);
+}
+
+void frmMorvelle::ShowActions() {
+  const Filling filling(*this);
+  const auto& rule = tables_.RuleAt(editing_.nCurRule);
+  // The bound of the passes is one byte wide: a rule without an action has none.
+  const auto last = Checked<std::uint8_t>(tables_.Actions[Index(editing_.nCurRule)] - 1);
+  SelectedActionCount = 0;
+  SelectAction(-1);
+  for (int j = 0; j <= last; ++j) {
+    if (rule.ActionsParam[Index(j)].Type != kActionStop) continue;
+    lstAct.SetSelected(kStopItem, true);
+    ++SelectedActionCount;
+  }
+  for (int j = 0; j <= last; ++j) {
+    const auto& action = rule.ActionsParam[Index(j)];
+    for (int item = kMoveItem; item < kStopItem; ++item) {
+      if (action.Type != kActionTypes[Index(item)]) continue;
+      lstAct.SetSelected(item, true);
+      ++SelectedActionCount;
+      if (item == kMoveItem) NameFolder(action.Value);
+    }
+  }
+}
+
+void frmMorvelle::NameFolder(const std::string& value) {
+  constexpr std::size_t kFolderId = 8;
+  constexpr std::size_t kFolderIdLength = 3;
+  // The folder store names folders by three bytes; a fourth one above zero is another folder's.
+  if (value.size() < kFolderId + kFolderIdLength) return;
+  if (value.size() > kFolderId + kFolderIdLength && value[kFolderId + kFolderIdLength] != '\0') {
+    return;
+  }
+  const auto id = StrToHex(value.substr(kFolderId, kFolderIdLength));
+  for (const auto& folder : program_.deletedItems.Folders().Folders) {
+    if (!EqualIgnoringCase(folder.Id, id)) continue;
+    lstAct.SetItem(kMoveItem, std::string(kMoveTo) + folder.Name + "\"");
+    return;
+  }
+}
+
+void frmMorvelle::SelectAction(int item) {
+  const Filling filling(*this);
+  for (int i = 0; i < lstAct.Count(); ++i) lstAct.SetSelected(i, i == item);
+  lstAct.SetListIndex(item);
+}
+
+void frmMorvelle::ForgetOpenRule() {
+  nMode = 0;
+  sWord.clear();
+  editing_.bWordReady = false;
+  editing_.openRuleId.clear();
+  editing_.openRuleIsNew = false;
+  editing_.logicChosen = false;
+  tables_.WordCount.fill(0);
+}
+
+void frmMorvelle::ClearMod() {
+  Ending("ClearMod", [&] {
+    const Filling filling(*this);
+    for (auto& filter : chkFilter) filter.SetChecked(false);
+    chkEnabled.SetChecked(false);
+    chkEnabled.SetEnabled(false);
+    SelectAction(-1);
+    lstAct.SetItem(kMoveItem, kMoveToDeletedItems);
+    if (tables_.RuleCount > 0 && lstRules.ListIndex() >= 1) lstRules.SetListIndex(0);
+    for (std::size_t s = 0; s < kSlotCount; ++s) {
+      lstBox[s].Clear();
+      txtBox[s].SetText("");
+      txtCop[s].SetText("");
+      lblNb[s].SetCaption("");
+    }
+    ForgetOpenRule();
+    statBar.SetPanel(9, "");
+    Menu("mnuRegOrder").SetEnabled(false);
+    EnableCmdEA(false, false);
+    Menu("mnuChange").SetEnabled(true);
+    Menu("mnuAddDel").SetEnabled(true);
+    editing_.bOrderChanged = false;
+    ChangeContent(false);
+    loader_.MailFromBdR();
+    RulesEnable(false);
+    if (tables_.RuleCount > 0) {
+      EnableMnuFiles(true);
+    } else {
+      EnableMnu();
+      EnableImports();
+    }
+  });
+}
+
+void frmMorvelle::FillListBox(int slot, const std::string& criteriaKey) {
+  Ending("FillListBox", [&] {
+    std::string value;
+    {
+      const OpenedKey key(program_.registry, criteriaKey, false);
+      if (key.IsOpen()) value = TextOf(program_.registry.Peek(key.Handle(), "Value"));
+    }
+    wordLists_.DecodeValue(value, slot);
+    FillWordsList(slot);
+    EnableCmdADCR(false, false, false, false, slot);
+    ShowCopy(slot);
+  });
+}
+
+void frmMorvelle::chkEnabled_Click() {
+  if (bFilling || editing_.nCurRule < 0) return;
+  Ending("chkEnabled_Click", [&] {
+    auto& rule = tables_.RuleAt(editing_.nCurRule);
+    const bool wasEnabled = !rule.Enabled.empty() && ToLong(rule.Enabled) != 0;
+    rule.Enabled = wasEnabled ? "0" : "1";
+    LoadMnu(editing_.nCurRule, RuleText(editing_.nCurRule), false);
+    ContentEdited();
+  });
+}
+
+void frmMorvelle::lstAct_Click() {
+  if (bFilling) return;
+  Ending("lstAct_Click", [&] {
+    const int item = lstAct.ListIndex();
+    if (item == -1) return;
+    auto& action = tables_.RuleAt(editing_.nCurRule).ActionsParam[0];
+    if (item == kMoveItem) {
+      const auto& deletedItems = program_.deletedItems.DeletedItems();
+      if (!IsDeletedItems(deletedItems)) {
+        messages_.Msg(kFoldersUnreadable, kBoxStop);
+        ShowActions();
+        return;
+      }
+      action.Value = deletedItems + '\0';
+    }
+    SelectAction(item);
+    action.Type = kActionTypes[Index(item)];
+    ContentEdited();
+  });
+}
+
+}  // namespace morvelle
