@@ -1,8 +1,9 @@
 #include "view/line_list.h"
 
-#include <wx/window.h>
+#include <wx/wupdlock.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "view/wx_text.h"
 

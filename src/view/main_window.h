@@ -33,6 +33,7 @@ class MainWindow final : public wxFrame {
  private:
   // main_window_layout.cpp
   void Build();
+  void StepAside();
   wxSizer* BuildOrder(wxWindow* parent);
   wxSizer* BuildActions(wxWindow* parent);
   wxSizer* BuildOptions(wxWindow* parent);

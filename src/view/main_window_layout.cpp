@@ -58,6 +58,7 @@ void MainWindow::Build() {
   auto* bottom = new StackSizer;
   bottom->Add(BuildFilters(panel));
   bottom->Add(BuildMerge(panel));
+  StepAside();
 
   auto* left = new wxBoxSizer(wxVERTICAL);
   left->Add(order, wxSizerFlags(1).Expand());
@@ -85,6 +86,17 @@ void MainWindow::Build() {
   whole->Add(panel, wxSizerFlags(1).Expand());
   SetSizer(whole);
   whole->SetSizeHints(this);
+}
+
+// The merge panel has no place of its own: the prefilters make room while it is shown.
+void MainWindow::StepAside() {
+  auto* filters = FindWindow(wxString(form_.fraPreFilters.Name()));
+  auto update = [this, filters](const Aspects& changed) {
+    if (!changed.Has(Aspect::Visible)) return;
+    filters->Show(form_.fraPreFilters.Visible() && !form_.fraMerge.Visible());
+  };
+  mirror_.Follow(form_.fraPreFilters, update);
+  mirror_.Follow(form_.fraMerge, update);
 }
 
 wxSizer* MainWindow::BuildOrder(wxWindow* parent) {

@@ -18,7 +18,7 @@ Mirror::~Mirror() {
 }
 
 void Mirror::Follow(Control& control, Update update) {
-  followed_[&control].update = std::move(update);
+  followed_[&control].updates.push_back(std::move(update));
   control.Observe(this);
   Note(control, Aspects::All());
 }
@@ -29,18 +29,25 @@ void Mirror::Recheck(Control& control) {
 
 void Mirror::ControlChanged(Control& control, Aspect aspect) {
   Aspects aspects;
-  aspects.Add(aspect);
-  if (aspect == Aspect::Focus) wantsFocus_ = &control;
+  // The focus is no state that a later change could take back: it is kept apart.
+  if (aspect == Aspect::Focus) {
+    wantsFocus_ = &control;
+  } else {
+    aspects.Add(aspect);
+  }
   Note(control, aspects);
 }
 
 void Mirror::Note(Control& control, Aspects aspects) {
   auto& changed = followed_[&control].changed;
-  if (!changed.Any()) {
-    changed_.push_back(&control);
-    if (changed_.size() == 1 && !flushing_) schedule_();
-  }
+  const bool first = changed_.empty();
+  if (!changed.Any()) changed_.push_back(&control);
   changed.Add(aspects);
+  if (first && !flushing_) schedule_();
+}
+
+void Mirror::Serve(Control& control, const Aspects& aspects) {
+  for (const auto& update : followed_.at(&control).updates) update(aspects);
 }
 
 void Mirror::Flush() {
@@ -48,14 +55,12 @@ void Mirror::Flush() {
   flushing_ = true;
   const auto controls = std::exchange(changed_, {});
   for (auto* control : controls) {
-    auto& followed = followed_[control];
-    const auto changed = std::exchange(followed.changed, {});
-    if (followed.update) followed.update(changed);
+    Serve(*control, std::exchange(followed_.at(control).changed, {}));
   }
   if (auto* control = std::exchange(wantsFocus_, nullptr); control != nullptr) {
     Aspects focus;
     focus.Add(Aspect::Focus);
-    if (const auto& update = followed_[control].update) update(focus);
+    Serve(*control, focus);
   }
   flushing_ = false;
   if (!changed_.empty()) schedule_();

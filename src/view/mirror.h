@@ -33,7 +33,8 @@ class Mirror final : public ControlObserver {
   explicit Mirror(std::function<void()> schedule) : schedule_(std::move(schedule)) {}
   ~Mirror() override;
 
-  /// From now on `update` keeps a widget like the control. The first Flush sets every aspect.
+  /// From now on `update` keeps a widget like the control. The first Flush sets every aspect. Several
+  /// may follow one control; they are served in their order.
   void Follow(Control& control, Update update);
   /// The widget may differ from the control, for the user has touched it: compare again.
   void Recheck(Control& control);
@@ -46,10 +47,11 @@ class Mirror final : public ControlObserver {
 
  private:
   struct Followed {
-    Update update;
+    std::vector<Update> updates;
     Aspects changed;
   };
   void Note(Control& control, Aspects aspects);
+  void Serve(Control& control, const Aspects& aspects);
 
   std::function<void()> schedule_;
   std::unordered_map<Control*, Followed> followed_;

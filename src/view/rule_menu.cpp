@@ -1,5 +1,7 @@
 #include "view/rule_menu.h"
 
+#include <wx/control.h>
+
 #include <algorithm>
 
 namespace morvelle {

@@ -1,5 +1,7 @@
 #include "view/text_line.h"
 
+#include <utility>
+
 #include "view/wx_text.h"
 
 namespace morvelle {
