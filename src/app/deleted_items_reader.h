@@ -10,8 +10,7 @@ namespace morvelle {
 /// Reads the folder store once and keeps the value that designates "Éléments supprimés".
 class DeletedItemsReader final : public DeletedItemsSource {
  public:
-  DeletedItemsReader(Dialogs& dialogs, const Environment& environment,
-                     const std::string& storeRoot)
+  DeletedItemsReader(Dialogs& dialogs, const Environment& environment, const std::string& storeRoot)
       : folders_(dialogs, environment, storeRoot) {}
 
   void Read();

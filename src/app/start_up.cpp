@@ -28,8 +28,7 @@ void StartUp::InitVLX(StartUpWindow& window) {
   Trap(ports_.dialogs, "InitVLX", [&] {
     FindOwnPlaces();
     state_.tables.SlotType = {"12", "8", "9", "22"};
-    IdentityFinder finder(program_.registry, ports_.environment, window.Panels(),
-                          state_.identity);
+    IdentityFinder finder(program_.registry, ports_.environment, window.Panels(), state_.identity);
     if (!finder.FindID()) return;
     window.LoadRules();
     window.TickAutoUpdateBook(state_.settings.BookIsAutomatic());

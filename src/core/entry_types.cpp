@@ -15,21 +15,21 @@ struct TypeArgument {
 };
 
 constexpr std::array kActions = {
-    TypeArgument{"1", Argument::Bytes},   TypeArgument{"2", Argument::Text},
-    TypeArgument{"5", Argument::Text},    TypeArgument{"6", Argument::Bytes},
-    TypeArgument{"7", Argument::None},    TypeArgument{"8", Argument::None},
-    TypeArgument{"9", Argument::None},    TypeArgument{"10", Argument::Number},
-    TypeArgument{"11", Argument::None},   TypeArgument{"12", Argument::None},
-    TypeArgument{"13", Argument::None},   TypeArgument{"17", Argument::Number},
+    TypeArgument{"1", Argument::Bytes}, TypeArgument{"2", Argument::Text},
+    TypeArgument{"5", Argument::Text},  TypeArgument{"6", Argument::Bytes},
+    TypeArgument{"7", Argument::None},  TypeArgument{"8", Argument::None},
+    TypeArgument{"9", Argument::None},  TypeArgument{"10", Argument::Number},
+    TypeArgument{"11", Argument::None}, TypeArgument{"12", Argument::None},
+    TypeArgument{"13", Argument::None}, TypeArgument{"17", Argument::Number},
 };
 
 constexpr std::array kCriteria = {
-    TypeArgument{"8", Argument::Bytes},   TypeArgument{"9", Argument::Bytes},
-    TypeArgument{"10", Argument::Bytes},  TypeArgument{"11", Argument::Bytes},
-    TypeArgument{"12", Argument::Bytes},  TypeArgument{"13", Argument::Number},
-    TypeArgument{"14", Argument::None},   TypeArgument{"15", Argument::Number},
-    TypeArgument{"19", Argument::Text},   TypeArgument{"20", Argument::None},
-    TypeArgument{"22", Argument::Bytes},  TypeArgument{"31", Argument::Number},
+    TypeArgument{"8", Argument::Bytes},  TypeArgument{"9", Argument::Bytes},
+    TypeArgument{"10", Argument::Bytes}, TypeArgument{"11", Argument::Bytes},
+    TypeArgument{"12", Argument::Bytes}, TypeArgument{"13", Argument::Number},
+    TypeArgument{"14", Argument::None},  TypeArgument{"15", Argument::Number},
+    TypeArgument{"19", Argument::Text},  TypeArgument{"20", Argument::None},
+    TypeArgument{"22", Argument::Bytes}, TypeArgument{"31", Argument::Number},
 };
 
 template <std::size_t Count>

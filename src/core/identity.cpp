@@ -43,9 +43,8 @@ void IdentityFinder::ShowIdentity() {
 }
 
 void IdentityFinder::MakeRulesKey() {
-  registry_.Boxes().Msg(
-      "La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp,
-      kBoxInformation);
+  registry_.Boxes().Msg("La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp,
+                        kBoxInformation);
   auto& store = registry_.Store();
   store.BeginBatch();
   registry_.CreateKey(identity_.MailKey);
@@ -78,8 +77,7 @@ bool IdentityFinder::FindID() {
     ShowIdentity();
 
     identity_.MailKey += "Rules\\Mail\\";
-    const bool existed =
-        registry_.OpenKey(identity_.MailKey, handle, false) == kStatusSuccess;
+    const bool existed = registry_.OpenKey(identity_.MailKey, handle, false) == kStatusSuccess;
     if (existed) {
       registry_.CloseKey(handle);
     } else {

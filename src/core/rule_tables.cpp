@@ -31,6 +31,13 @@ RuleRecord& RuleTables::RuleAt(int row) {
   return const_cast<RuleRecord&>(static_cast<const RuleTables*>(this)->RuleAt(row));
 }
 
+CriterionRecord& RuleTables::SlotOf(int row, int slot) {
+  if (row < 0 || row >= static_cast<int>(FirstCriteria.size()) || slot < 0 || slot >= kSlotCount) {
+    throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+  }
+  return FirstCriteria[static_cast<std::size_t>(row)][static_cast<std::size_t>(slot)];
+}
+
 int RuleTables::RowOfId(std::string_view id) const {
   for (int row = 0; row < RuleCount; ++row) {
     if (EqualIgnoringCase(Rule[static_cast<std::size_t>(row)].Id, id)) return row;

@@ -89,6 +89,8 @@ struct RuleTables {
   /// The row of a rule by number; error 9 beyond the tables.
   [[nodiscard]] RuleRecord& RuleAt(int row);
   [[nodiscard]] const RuleRecord& RuleAt(int row) const;
+  /// A rule's criterion of a word-list slot; error 9 beyond the tables.
+  [[nodiscard]] CriterionRecord& SlotOf(int row, int slot);
   /// The row of the rule with that id, letter case ignored; -1 when there is none.
   [[nodiscard]] int RowOfId(std::string_view id) const;
   /// The slot whose type code this is; -1 for a criterion of another kind.

@@ -84,8 +84,8 @@ void RuleWriter::RuleToBdR(PlannedRule& planned, SaveFlags flags) {
 
 void RuleWriter::PlanVersion(WritePlan& plan) {
   const OpenedKey key(registry_, mailKey_, false);
-  if (key.IsOpen() && !std::holds_alternative<std::monostate>(
-                          registry_.Peek(key.Handle(), "Version"))) {
+  if (key.IsOpen() &&
+      !std::holds_alternative<std::monostate>(registry_.Peek(key.Handle(), "Version"))) {
     return;
   }
   plan.SetNumber(mailKey_, "Version", std::to_string(kRuleStoreVersion));

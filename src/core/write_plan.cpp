@@ -30,16 +30,18 @@ bool WritePlan::LacksValue(const std::string& path, std::string_view name) const
   return registry_.Store().DescribeValue(key.Handle(), name, kind, size) == kStatusNotFound;
 }
 
-void WritePlan::CreateKey(const std::string& path) {
-  Add({Verb::CreateKey, path, {}, {}, {}, {}});
-}
+void WritePlan::CreateKey(const std::string& path) { Add({Verb::CreateKey, path, {}, {}, {}, {}}); }
 
 bool WritePlan::SetNumber(const std::string& path, std::string_view name, const std::string& text,
                           const std::string& storedIn) {
   if (IsStored(storedIn, name, text)) return false;
   const bool negative = !text.empty() && text.front() == '-';
-  Add({Verb::SetValue, path, std::string(name), ValueKind::Dword,
-       ToLong(negative ? text : "0" + text), {}});
+  Add({Verb::SetValue,
+       path,
+       std::string(name),
+       ValueKind::Dword,
+       ToLong(negative ? text : "0" + text),
+       {}});
   return true;
 }
 
@@ -54,9 +56,7 @@ void WritePlan::DeleteValue(const std::string& path, std::string_view name) {
   Add({Verb::DeleteValue, path, std::string(name), {}, {}, {}});
 }
 
-void WritePlan::DeleteKey(const std::string& path) {
-  Add({Verb::DeleteKey, path, {}, {}, {}, {}});
-}
+void WritePlan::DeleteKey(const std::string& path) { Add({Verb::DeleteKey, path, {}, {}, {}, {}}); }
 
 void WritePlan::RenameSubkeys(const std::string& path, std::vector<KeyRename> renames) {
   Add({Verb::RenameSubkeys, path, {}, {}, {}, std::move(renames)});

@@ -1,1 +1,1 @@
-morvelle_room(dbx SOURCES dbx/folder_store.cpp dbx/hex.cpp USES messages)
+morvelle_room(dbx SOURCES dbx/folder_store.cpp dbx/hex.cpp USES core)

@@ -39,7 +39,8 @@ enum class KeyAccess : std::uint32_t {
 /// How the writes of a command ended.
 enum class CommitOutcome {
   Done,
-  ChangedMeanwhile,  ///< Another program changed the file; nothing was written, the batch stays open.
+  ChangedMeanwhile,  ///< Another program changed the file; nothing was written, the batch stays
+                     ///< open.
   Failed,            ///< Nothing was written and the batch is undone; LastError says why.
 };
 

@@ -4,6 +4,7 @@
 #include "app/messages/text.h"
 #include "core/deleted_items.h"
 #include "core/entry_types.h"
+#include "dbx/hex.h"
 #include "ui/frm_morvelle.h"
 
 namespace morvelle {
@@ -91,7 +92,7 @@ void frmMorvelle::InitMod(bool changed) {
       lstAct.SetEnabled(true);
       chkEnabled.SetEnabled(true);
       statBar.SetPanel(9, rule.Name);
-      chkEnabled.SetChecked(!rule.Enabled.empty() && ToLong(rule.Enabled) != 0);
+      chkEnabled.SetChecked(ToLongOrZero(rule.Enabled) != 0);
       ShowActions();
     }
     ChangeContent(changed);
@@ -148,7 +149,9 @@ void frmMorvelle::NameFolder(const std::string& value) {
   const auto id = StrToHex(value.substr(kFolderId, kFolderIdLength));
   for (const auto& folder : program_.deletedItems.Folders().Folders) {
     if (!EqualIgnoringCase(folder.Id, id)) continue;
-    lstAct.SetItem(kMoveItem, std::string(kMoveTo) + folder.Name + "\"");
+    // A folder that was never used carries its final zero in its name.
+    const auto name = folder.Name.substr(0, folder.Name.find('\0'));
+    lstAct.SetItem(kMoveItem, std::string(kMoveTo) + name + "\"");
     return;
   }
 }
@@ -221,8 +224,7 @@ void frmMorvelle::chkEnabled_Click() {
   if (bFilling || editing_.nCurRule < 0) return;
   Ending("chkEnabled_Click", [&] {
     auto& rule = tables_.RuleAt(editing_.nCurRule);
-    const bool wasEnabled = !rule.Enabled.empty() && ToLong(rule.Enabled) != 0;
-    rule.Enabled = wasEnabled ? "0" : "1";
+    rule.Enabled = ToLongOrZero(rule.Enabled) != 0 ? "0" : "1";
     LoadMnu(editing_.nCurRule, RuleText(editing_.nCurRule), false);
     ContentEdited();
   });

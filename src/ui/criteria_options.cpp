@@ -11,8 +11,7 @@ std::size_t Index(int i) { return static_cast<std::size_t>(i); }
 }  // namespace
 
 CriterionRecord& frmMorvelle::SlotRecord(int slot) {
-  tables_.RuleAt(editing_.nCurRule);  // error 9 beyond the tables
-  return tables_.FirstCriteria[Index(editing_.nCurRule)][Index(slot)];
+  return tables_.SlotOf(editing_.nCurRule, slot);
 }
 
 void frmMorvelle::ConnectOptions() {

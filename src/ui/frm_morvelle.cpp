@@ -22,8 +22,8 @@ constexpr std::array<SlotTexts, kSlotCount> kSlotTexts = {{
 }};
 
 constexpr std::array<std::string_view, 5> kFilterTexts = {
-    "Caractères asiatiques"_cp, "Publicités en anglais"_cp, "Faux messages de mise à jour"_cp,
-    "Contenu pour adultes", "Personnalisé"_cp};
+    "Caractères asiatiques"_cp, "Langue anglaise FAQ", "Pseudo-messages MS", "Caractère sexuel"_cp,
+    "Personnalisé"_cp};
 
 constexpr std::string_view kOneActionNote =
     "La sélection de plusieurs actions n'est possible que dans Outlook Express"_cp;
@@ -122,8 +122,7 @@ void frmMorvelle::BuildMenus() {
     if (entry.perRule) {
       ruleMenus_.push_back(&menuArrays_.emplace_back(std::string(entry.name), parent));
     } else {
-      menus_[entry.name] =
-          &menuItems_.emplace_back(std::string(entry.name), parent, entry.caption);
+      menus_[entry.name] = &menuItems_.emplace_back(std::string(entry.name), parent, entry.caption);
     }
   }
 }

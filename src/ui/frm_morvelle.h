@@ -19,10 +19,10 @@
 
 namespace morvelle {
 
-/// Head of lstAct's first entry, up to the quote before the folder's name, and the entry as designed.
+/// Head of lstAct's first entry, up to the quote before the folder's name, and the entry as
+/// designed.
 inline constexpr std::string_view kMoveTo = "déplacer vers \""_cp;
-inline constexpr std::string_view kMoveToDeletedItems =
-    "déplacer vers \"Éléments supprimés\""_cp;
+inline constexpr std::string_view kMoveToDeletedItems = "déplacer vers \"Éléments supprimés\""_cp;
 
 /// The main window as state and commands. The controls are its own, under their own names; every
 /// handler is a method. A view shows it; without one it works all the same.

@@ -11,8 +11,8 @@ constexpr bool kCheckable = true;
 
 constexpr MenuEntry kMenus[] = {
     {"mnufilesVLX", "Fichier", ""},
-    {"mnuRegContent", "Enregistrer le contenu de la règle en cours"_cp, "mnufilesVLX", false,
-     false, "Ctrl+S"},
+    {"mnuRegContent", "Enregistrer le contenu de la règle en cours"_cp, "mnufilesVLX", false, false,
+     "Ctrl+S"},
     {"mnuRegOrder", "Enregistrer l'ordre des règles"_cp, "mnufilesVLX"},
     {"mnu0", "-", "mnufilesVLX"},
     {"mnuImpOneRule", "Importer une règle depuis un fichier"_cp, "mnufilesVLX"},
@@ -52,8 +52,7 @@ constexpr MenuEntry kMenus[] = {
     {"mnuDelete", "Supprimer une règle"_cp, "mnuAddDel"},
     {"mnuDel", "", "mnuDelete", kPerRule},
     {"mnu6", "-", "mnuAddDel"},
-    {"mnuAddBook", "Utiliser votre carnet d'adresses comme règle de liste blanche"_cp,
-     "mnuAddDel"},
+    {"mnuAddBook", "Utiliser votre carnet d'adresses comme règle de liste blanche"_cp, "mnuAddDel"},
 
     {"mnuOptions", "Options", ""},
     {"mnuCritères", "Les messages répondent-ils à la fois aux deux critères ?"_cp, "mnuOptions"},
@@ -73,9 +72,8 @@ constexpr MenuEntry kMenus[] = {
     {"mnuWab", "Dossier du carnet d'adresses", "mnuTools"},
     {"mnufiles", "Dossier des fichiers d'VLX", "mnuTools"},
     {"mnu8", "-", "mnuTools"},
-    {"mnuAutoUpdateBook",
-     "Mettre à jour votre règle \"Carnet d'adresses\" à chaque démarrage"_cp, "mnuTools", false,
-     kCheckable},
+    {"mnuAutoUpdateBook", "Mettre à jour votre règle \"Carnet d'adresses\" à chaque démarrage"_cp,
+     "mnuTools", false, kCheckable},
     {"mnuWhiteListK9", "Mettre à jour la \"whitelist\" de K9"_cp, "mnuTools"},
     {"mnuSilent", "Quitter sans confirmation", "mnuTools", false, kCheckable},
 

@@ -9,13 +9,13 @@ bool frmMorvelle::AgreesToDrop() {
   const bool content = editing_.bContentChanged;
   const bool order = editing_.bOrderChanged;
   if (!content && !order) return true;
-  const auto what = content && order ? "Vous avez modifié la règle en cours et l'ordre des règles"_cp
-                    : content        ? "Vous avez modifié la règle en cours"_cp
-                                     : "Vous avez modifié l'ordre des règles"_cp;
-  return messages_.Msg(
-             std::string(what) +
-                 std::string("\rÊtes-vous d'accord pour annuler ces modifications ?"_cp),
-             kBoxYesNo + kBoxSecondDefault) == Button::Yes;
+  const auto what = content && order
+                        ? "Vous avez modifié la règle en cours et l'ordre des règles"_cp
+                    : content ? "Vous avez modifié la règle en cours"_cp
+                              : "Vous avez modifié l'ordre des règles"_cp;
+  return messages_.Msg(std::string(what) +
+                           std::string("\rÊtes-vous d'accord pour annuler ces modifications ?"_cp),
+                       kBoxYesNo + kBoxSecondDefault) == Button::Yes;
 }
 
 bool frmMorvelle::NoChange() {

@@ -8,18 +8,9 @@ namespace {
 
 constexpr std::string_view kBookRule = "Carnet d'adresses";
 
-/// The number at the start of a text, as lenient as a stored number has to be read; 0 without one.
-int NumberAtStart(const std::string& text) {
-  try {
-    return ToLong(text);
-  } catch (const RuntimeError&) {
-    return 0;
-  }
-}
-
 }  // namespace
 
-bool frmMorvelle::IsActive(int row) const { return NumberAtStart(tables_.RuleAt(row).Enabled) == 1; }
+bool frmMorvelle::IsActive(int row) const { return ToLongOrZero(tables_.RuleAt(row).Enabled) == 1; }
 
 std::string frmMorvelle::RuleText(int row) const {
   const auto& rule = tables_.RuleAt(row);
@@ -93,9 +84,9 @@ void frmMorvelle::EnableMnu() {
 
 void frmMorvelle::EnableMnuFiles(bool enable) {
   Continuing("EnableMnuFiles", [&] {
-    for (const auto* name : {"mnuAddDel", "mnuChange", "mnuPrintOneRule", "mnuPrintAllRules",
-                             "mnuExpOneRule", "mnuExpAllRules", "mnuImpOneRule",
-                             "mnuImpAllRules"}) {
+    for (const auto* name :
+         {"mnuAddDel", "mnuChange", "mnuPrintOneRule", "mnuPrintAllRules", "mnuExpOneRule",
+          "mnuExpAllRules", "mnuImpOneRule", "mnuImpAllRules"}) {
       Menu(name).SetEnabled(enable);
     }
   });

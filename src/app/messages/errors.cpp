@@ -37,8 +37,7 @@ constexpr Description kDescriptions[] = {
     {76, "Chemin d'accès introuvable"_cp},
 };
 
-constexpr std::string_view kOtherDescription =
-    "Erreur définie par l'application ou par l'objet"_cp;
+constexpr std::string_view kOtherDescription = "Erreur définie par l'application ou par l'objet"_cp;
 
 int NumberOf(const std::error_code& code) {
   if (code == std::errc::no_such_file_or_directory) return 53;
@@ -93,6 +92,14 @@ std::int32_t ToLong(const std::string& text) {
     }
   }
   return Checked<std::int32_t>(negative ? -value : value);
+}
+
+std::int32_t ToLongOrZero(const std::string& text) {
+  try {
+    return ToLong(text);
+  } catch (const RuntimeError&) {
+    return 0;
+  }
 }
 
 }  // namespace morvelle

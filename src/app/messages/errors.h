@@ -90,5 +90,7 @@ Narrow Checked(Wide value) {
 /// A decimal text as a 32-bit number: blanks around it do not count; error 13 when it is no number,
 /// error 6 when it is too large.
 std::int32_t ToLong(const std::string& text);
+/// As ToLong, but 0 for a text that is no number: for what is only shown.
+std::int32_t ToLongOrZero(const std::string& text);
 
 }  // namespace morvelle

@@ -1,0 +1,62 @@
+#include "platform/environment_posix.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <system_error>
+
+#include "app/messages/text.h"
+
+namespace morvelle {
+
+std::filesystem::path PosixEnvironment::ProgramFile() const {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error);
+}
+
+std::filesystem::path PosixEnvironment::UserFolder() const {
+  const char* data = std::getenv("XDG_DATA_HOME");
+  const char* home = std::getenv("HOME");
+  std::filesystem::path folder;
+  if (data != nullptr && *data == '/') {
+    folder = data;
+  } else {
+    folder = std::filesystem::path(home != nullptr ? home : "/") / ".local" / "share";
+  }
+  folder /= "morvelle";
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  return folder;
+}
+
+std::optional<std::string> PosixEnvironment::Variable(const std::string& name) const {
+  // The profile's folder may have a name that Windows-1252 lacks: HostPath knows it by its sign.
+  if (folders_.profile && EqualIgnoringCase(name, "UserProfile")) return std::nullopt;
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    const std::string_view text(*entry);
+    const auto equals = text.find('=');
+    if (equals == std::string_view::npos) continue;
+    const auto key = FromUtf8(text.substr(0, equals));
+    if (key && EqualIgnoringCase(*key, name)) return FromUtf8(text.substr(equals + 1));
+  }
+  return std::nullopt;
+}
+
+std::string PosixEnvironment::GetFileVersion(const std::filesystem::path& file) const {
+  return file == ProgramFile() ? version_ : std::string{};
+}
+
+std::filesystem::path PosixEnvironment::HostPath(const std::string& windowsPath) const {
+  return FindWindowsPath(folders_, windowsPath);
+}
+
+std::chrono::system_clock::time_point PosixEnvironment::Now() const {
+  return std::chrono::system_clock::now();
+}
+
+void PosixEnvironment::SetCurrentFolder(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::current_path(folder, error);
+}
+
+}  // namespace morvelle

@@ -1,0 +1,34 @@
+#include "platform/sample_identity.h"
+
+namespace morvelle {
+
+namespace {
+
+/// Shipped files may be write-protected; the user's own are to be written.
+void MakeWritable(const std::filesystem::path& folder) {
+  using std::filesystem::perms;
+  std::filesystem::permissions(folder, perms::owner_all, std::filesystem::perm_options::add);
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    std::filesystem::permissions(
+        entry.path(),
+        entry.is_directory() ? perms::owner_all : perms::owner_read | perms::owner_write,
+        std::filesystem::perm_options::add);
+  }
+}
+
+}  // namespace
+
+std::filesystem::path OwnSampleIdentity(const std::filesystem::path& shippedFolder,
+                                        const std::filesystem::path& userFolder) {
+  const auto own = userFolder / "identite";
+  const auto file = own / "identite.reg";
+  if (std::filesystem::exists(own)) return file;
+  const auto unfinished = userFolder / "identite.copie-en-cours";
+  std::filesystem::remove_all(unfinished);
+  std::filesystem::copy(shippedFolder, unfinished, std::filesystem::copy_options::recursive);
+  MakeWritable(unfinished);
+  std::filesystem::rename(unfinished, own);
+  return file;
+}
+
+}  // namespace morvelle
