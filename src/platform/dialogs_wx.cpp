@@ -145,8 +145,7 @@ class InputBox {
   wxStaticText* refusal_ = nullptr;
 };
 
-InputBox::InputBox(const std::string& prompt, const std::string& title,
-                   const std::string& proposal)
+InputBox::InputBox(const std::string& prompt, const std::string& title, const std::string& proposal)
     : dialog_(Owner(), wxID_ANY, TextOf(title)) {
   const int gap = dialog_.FromDIP(kGap);
   auto* text = MakeText(&dialog_, TextOf(prompt));
@@ -188,8 +187,8 @@ wxSizer* InputBox::MakeCommands() {
 }
 
 void InputBox::Judge() {
-  refusal_->SetLabelText(
-      Text() ? wxString() : ToWx("Ce texte contient un caractère non autorisé"_cp));
+  refusal_->SetLabelText(Text() ? wxString()
+                                : ToWx("Ce texte contient un caractère non autorisé"_cp));
 }
 
 void InputBox::Accept() {

@@ -32,8 +32,8 @@ void LineList::TakeOver(const ListBox& list) {
 }
 
 void LineList::TakeOverLines(const std::vector<std::string>& lines) {
-  const auto [oldFirst, newFirst] = std::mismatch(shown_.begin(), shown_.end(), lines.begin(),
-                                                  lines.end());
+  const auto [oldFirst, newFirst] =
+      std::mismatch(shown_.begin(), shown_.end(), lines.begin(), lines.end());
   if (oldFirst == shown_.end() && newFirst == lines.end()) return;
   const auto first = static_cast<std::size_t>(oldFirst - shown_.begin());
   const auto mostAtEnd = std::min(shown_.size(), lines.size()) - first;

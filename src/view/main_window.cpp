@@ -17,7 +17,8 @@ MenuControls MenusOf(frmMorvelle& form) {
 }  // namespace
 
 MainWindow::MainWindow(frmMorvelle& form, WindowPlace place)
-    : wxFrame(nullptr, wxID_ANY, ToWx(form.form.Caption())),
+    : wxFrame(nullptr, wxID_ANY, ToWx(form.form.Caption()), wxDefaultPosition,
+              FromDIP(kUsualSize, nullptr)),
       form_(form),
       place_(std::move(place)),
       mirror_([this] { CallAfter(&MainWindow::ShowChanges); }),
@@ -80,8 +81,7 @@ void MainWindow::MoveRulesByKey(wxWindow* list) {
 void MainWindow::DeleteByKey(wxWindow* list, PushButton& button) {
   list->Bind(wxEVT_KEY_DOWN, [this, &button](wxKeyEvent& event) {
     const int key = event.GetKeyCode();
-    if (event.GetModifiers() != wxMOD_NONE ||
-        (key != WXK_DELETE && key != WXK_NUMPAD_DELETE)) {
+    if (event.GetModifiers() != wxMOD_NONE || (key != WXK_DELETE && key != WXK_NUMPAD_DELETE)) {
       event.Skip();
       return;
     }

@@ -18,8 +18,7 @@ namespace morvelle {
 class MainWindow final : public wxFrame {
  public:
   /// The form must outlive the window.
-  explicit MainWindow(frmMorvelle& form,
-                      WindowPlace place = WindowPlace(WindowPlace::UsualFile()));
+  explicit MainWindow(frmMorvelle& form, WindowPlace place = WindowPlace(WindowPlace::UsualFile()));
 
   /// Shows the window and raises the form's load event.
   void Start();

@@ -31,8 +31,8 @@ const wxSize kLeastWordList(170, 120);
 const wxSize kLeastMergeList(200, 48);
 constexpr int kTextWidth = 190;
 constexpr int kNoteWidth = 270;
-constexpr int kLeftShare = 2;
-constexpr int kRightShare = 5;
+constexpr int kLeftShare = 3;
+constexpr int kRightShare = 6;
 
 /// All buttons of a column get its width.
 void AddColumn(wxSizer* column, wxWindow* widget, int gap) {
@@ -172,8 +172,8 @@ wxSizer* MainWindow::BuildEditor(wxWindow* parent, std::size_t slot) {
   commands->AddStretchSpacer();
   commands->Add(saving, wxSizerFlags().Expand());
   auto* content = new wxBoxSizer(wxHORIZONTAL);
-  content->Add(typing, wxSizerFlags(1).Expand());
-  content->Add(words, wxSizerFlags(1).Expand().Border(wxLEFT | wxRIGHT, gap));
+  content->Add(typing, wxSizerFlags(2).Expand());
+  content->Add(words, wxSizerFlags(3).Expand().Border(wxLEFT | wxRIGHT, gap));
   content->Add(commands, wxSizerFlags().Expand());
   return Framed(box, content, FromDIP(kGap));
 }

@@ -49,18 +49,20 @@ MarkedText::MarkedText(const std::function<int(const wxString&)>& widthOf)
   blank_ = BlankAsWideAs(ten(wxString(kStar)), ten) + kEnSpace;
 }
 
+std::string_view WithoutMarker(std::string_view text) {
+  const bool marked = text.size() > 1 && (text[0] == kStar || text[0] == ' ') &&
+                      (text[1] == ' ' || text[1] == '\t');
+  return marked ? text.substr(2) : text;
+}
+
 wxString MarkedText::Show(std::string_view text) const {
-  auto blankOrTab = [](char character) { return character == ' ' || character == '\t'; };
-  wxString shown;
-  if (text.size() > 1 && (text[0] == kStar || text[0] == ' ') && blankOrTab(text[1])) {
-    shown = text[0] == kStar ? star_ : blank_;
-    text.remove_prefix(2);
-  }
-  std::string name(text);
+  std::string name(WithoutMarker(text));
+  wxString marker;
+  if (name.size() < text.size()) marker = text[0] == kStar ? star_ : blank_;
   std::replace_if(
       name.begin(), name.end(), [](char character) { return character >= 0 && character < ' '; },
       ' ');
-  return shown + ToWx(name);
+  return marker + ToWx(name);
 }
 
 }  // namespace morvelle

@@ -23,4 +23,7 @@ class MarkedText {
   wxString blank_;
 };
 
+/// The text after its marker; the whole text when it has none.
+std::string_view WithoutMarker(std::string_view text);
+
 }  // namespace morvelle

@@ -83,7 +83,7 @@ void MenuBar::AddItem(const MenuEntry& entry) {
     return;
   }
   if (const auto* array = RuleArrayUnder(entry.name)) {
-    place.menu = MakeRuleMenu(*array);
+    place.menu = MakeRuleMenu(*array, place.parent);
   } else if (HasEntries(entry.name)) {
     place.menu = new wxMenu;
   }
@@ -92,10 +92,10 @@ void MenuBar::AddItem(const MenuEntry& entry) {
                                                    place.menu));
 }
 
-wxMenu* MenuBar::MakeRuleMenu(const MenuEntry& entry) {
+wxMenu* MenuBar::MakeRuleMenu(const MenuEntry& entry, const wxMenu* parent) {
   auto& array = controls_.array(entry.name);
   const auto firstId = kFirstRuleId + static_cast<int>(ruleMenus_.size()) * kMostRules;
-  auto& ruleMenu = ruleMenus_.emplace_back(array, firstId, showMarked_);
+  auto& ruleMenu = ruleMenus_.emplace_back(array, firstId, parent, showMarked_);
   ruleMenusByName_[entry.name] = &ruleMenu;
   mirror_.Follow(array, [&ruleMenu](const Aspects& changed) {
     if (changed.Has(Aspect::Items)) ruleMenu.MarkStale();
@@ -160,9 +160,7 @@ void MenuBar::OnChosen(wxCommandEvent& event) {
 
 void MenuBar::OnOpen(wxMenuEvent& event) {
   event.Skip();
-  for (auto& ruleMenu : ruleMenus_) {
-    if (ruleMenu.Widget() == event.GetMenu()) ruleMenu.Fill();
-  }
+  for (auto& ruleMenu : ruleMenus_) ruleMenu.Opening(event.GetMenu());
 }
 
 wxMenuItem* MenuBar::Find(std::string_view name) const {

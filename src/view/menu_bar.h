@@ -49,7 +49,7 @@ class MenuBar {
   };
   void AddBarMenu(const MenuEntry& entry);
   void AddItem(const MenuEntry& entry);
-  wxMenu* MakeRuleMenu(const MenuEntry& entry);
+  wxMenu* MakeRuleMenu(const MenuEntry& entry, const wxMenu* parent);
   void Follow(Place& place);
   void TakeOver(Place& place, const Aspects& changed);
   void ShowItem(Place& place);

@@ -24,8 +24,8 @@ class Aspects {
 };
 
 /// The one observer of all controls. It only notes what has changed; Flush brings the widgets up to
-/// date, each once, however often its control changed meanwhile: a rule set of thousands of rules is
-/// loaded with thousands of changes.
+/// date, each once, however often its control changed meanwhile: a rule set of thousands of rules
+/// is loaded with thousands of changes.
 class Mirror final : public ControlObserver {
  public:
   using Update = std::function<void(const Aspects& changed)>;
@@ -33,8 +33,8 @@ class Mirror final : public ControlObserver {
   explicit Mirror(std::function<void()> schedule) : schedule_(std::move(schedule)) {}
   ~Mirror() override;
 
-  /// From now on `update` keeps a widget like the control. The first Flush sets every aspect. Several
-  /// may follow one control; they are served in their order.
+  /// From now on `update` keeps a widget like the control. The first Flush sets every aspect.
+  /// Several may follow one control; they are served in their order.
   void Follow(Control& control, Update update);
   /// The widget may differ from the control, for the user has touched it: compare again.
   void Recheck(Control& control);

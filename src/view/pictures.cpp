@@ -13,7 +13,8 @@ constexpr std::string_view kUpPath = "M8 3 L14 12 L2 12 Z";
 constexpr std::string_view kDownPath = "M8 13 L2 4 L14 4 Z";
 
 wxBitmapBundle Arrow(std::string_view path) {
-  const auto colour = wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT).GetAsString(wxC2S_HTML_SYNTAX);
+  const auto colour =
+      wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT).GetAsString(wxC2S_HTML_SYNTAX);
   std::string svg = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16"><path d=")";
   svg.append(path).append(R"(" fill=")").append(colour.utf8_string()).append(R"("/></svg>)");
   return wxBitmapBundle::FromSVG(svg.c_str(), wxSize(16, 16));

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "view/marked_text.h"
+
 namespace morvelle {
 
 namespace {
@@ -92,7 +94,7 @@ void RuleMenu::NameGroups() {
 wxString RuleMenu::GroupLabel(int first, int last) const {
   // The marker says nothing of a group.
   auto end = [this](int index) {
-    wxString text = show_(array_.CaptionOf(index)).Mid(1).Trim(false);
+    wxString text = show_(WithoutMarker(array_.CaptionOf(index)));
     if (text.length() > kGroupEnd) text = text.Left(kGroupEnd - 1) + wchar_t{0x2026};
     return text;
   };

@@ -10,13 +10,16 @@
 
 namespace morvelle {
 
-/// The submenu that has an entry for each rule. It is filled when it is opened, and then only as far
-/// as the array has changed: with thousands of rules most openings would else cost what nobody sees.
+/// The submenu that has an entry for each rule. It is filled when it is about to be opened, and
+/// then only as far as the array has changed: a set of thousands of rules is loaded often, its
+/// menus are looked at seldom.
 class RuleMenu {
  public:
-  /// Entry i has the id `firstId` + i. `show` gives the look of a caption.
-  RuleMenu(MenuArray& array, int firstId, std::function<wxString(std::string_view)> show)
-      : array_(array), firstId_(firstId), show_(std::move(show)) {}
+  /// Entry i has the id `firstId` + i. `parent` is the menu in which the submenu's own entry
+  /// stands. `show` gives the look of a caption.
+  RuleMenu(MenuArray& array, int firstId, const wxMenu* parent,
+           std::function<wxString(std::string_view)> show)
+      : array_(array), firstId_(firstId), parent_(parent), show_(std::move(show)) {}
 
   /// The menu to hang into the bar, which owns it.
   wxMenu* Widget() { return menu_; }
@@ -26,7 +29,11 @@ class RuleMenu {
 
   /// The array has changed.
   void MarkStale() { stale_ = true; }
-  /// Brings the entries up to date.
+  /// A menu opens. The window system measures a submenu before it says that it opens it, so the
+  /// entries are brought up to date when the menu around it opens.
+  void Opening(const wxMenu* menu) {
+    if (menu == parent_ || menu == menu_) Fill();
+  }
   void Fill();
 
  private:
@@ -43,6 +50,7 @@ class RuleMenu {
 
   MenuArray& array_;
   int firstId_;
+  const wxMenu* parent_;
   std::function<wxString(std::string_view)> show_;
   wxMenu* menu_ = new wxMenu;
   std::vector<Shown> shown_;

@@ -9,6 +9,7 @@ namespace morvelle {
 TextLine::TextLine(wxWindow* parent, bool readOnly)
     : wxTextCtrl(parent, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize,
                  readOnly ? wxTE_READONLY : wxTE_PROCESS_ENTER) {
+  if (readOnly) return;
   Bind(wxEVT_TEXT, [this](wxCommandEvent&) {
     typing_ = true;
     if (onType) onType(GetValue());

@@ -47,10 +47,9 @@ void Follow(Mirror& mirror, Widget* widget, Kind& control, More more) {
 
 const auto kNothingMore = [](const Aspects&) {};
 
-// The width that a status panel needs for its usual text, in its widest digits.
+// The usual text of each status panel, for its width; two are spare, the last takes the rest.
 constexpr const wchar_t* kPanelSamples[StatusBar::kPanelCount] = {
-    L"Identit\u00e9", L"0A1B2C3D", L"4E5F", L"4E5F", L"4E5F", L"A4B5C6D7E8F9", L"0000", L"0000",
-    nullptr};
+    L"Identit\u00e9", L"0A1B2C3D", L"4E5F", L"4E5F", L"4E5F", L"A4B5C6D7E8F9", L"", L"", nullptr};
 
 }  // namespace
 
@@ -61,8 +60,7 @@ wxStaticBox* WidgetMaker::Make(wxWindow* parent, Frame& frame) {
 }
 
 wxStaticText* WidgetMaker::Make(wxWindow* parent, Label& label) {
-  auto* text = new wxStaticText(parent, wxID_ANY, ToWxLabel(label.Caption()), wxDefaultPosition,
-                                wxDefaultSize, wxST_NO_AUTORESIZE);
+  auto* text = new wxStaticText(parent, wxID_ANY, ToWxLabel(label.Caption()));
   Name(*text, label);
   // A note that was wrapped holds line breaks that its caption has not: only a new caption counts.
   mirror_.Follow(label, [text, &label, shown = label.Caption()](const Aspects& changed) mutable {
@@ -105,16 +103,14 @@ wxCheckBox* WidgetMaker::Make(wxWindow* parent, CheckBox& box) {
   Follow(mirror_, widget, box, [widget, &box](const Aspects& changed) {
     if (changed.Has(Aspect::Checked)) widget->SetValue(box.Checked());
   });
-  widget->Bind(wxEVT_CHECKBOX, [this, &box](wxCommandEvent&) {
-    gestures_.Perform(box, [&box] { box.Click(); });
-  });
+  widget->Bind(wxEVT_CHECKBOX,
+               [this, &box](wxCommandEvent&) { gestures_.Perform(box, [&box] { box.Click(); }); });
   return widget;
 }
 
 wxRadioButton* WidgetMaker::Make(wxWindow* parent, OptionButton& option, bool firstOfGroup) {
-  auto* widget =
-      new wxRadioButton(parent, wxID_ANY, ToWxLabel(option.Caption()), wxDefaultPosition,
-                        wxDefaultSize, firstOfGroup ? wxRB_GROUP : 0);
+  auto* widget = new wxRadioButton(parent, wxID_ANY, ToWxLabel(option.Caption()), wxDefaultPosition,
+                                   wxDefaultSize, firstOfGroup ? wxRB_GROUP : 0);
   Follow(mirror_, widget, option, [widget, &option](const Aspects& changed) {
     // Releasing one is what choosing another does.
     if (changed.Has(Aspect::Checked) && option.Chosen()) widget->SetValue(true);
@@ -136,9 +132,7 @@ TextLine* WidgetMaker::Make(wxWindow* parent, TextBox& box) {
   widget->onType = [this, &box](const wxString& text) {
     gestures_.Perform(box, [&] { box.Type(ToUtf16(text)); });
   };
-  widget->onEnter = [this, &box] {
-    gestures_.Perform(box, [&box] { box.KeyDown(kKeyReturn); });
-  };
+  widget->onEnter = [this, &box] { gestures_.Perform(box, [&box] { box.KeyDown(kKeyReturn); }); };
   return widget;
 }
 
@@ -163,8 +157,7 @@ wxStatusBar* WidgetMaker::Make(wxFrame* parent, StatusBar& bar) {
   int widths[StatusBar::kPanelCount];
   for (int i = 0; i < StatusBar::kPanelCount; ++i) {
     const auto* sample = kPanelSamples[i];
-    widths[i] =
-        sample != nullptr ? widget->GetTextExtent(sample).x + widget->FromDIP(14) : -1;
+    widths[i] = sample != nullptr ? widget->GetTextExtent(sample).x + widget->FromDIP(14) : -1;
   }
   widget->SetStatusWidths(StatusBar::kPanelCount, widths);
   Name(*widget, bar);

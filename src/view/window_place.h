@@ -22,8 +22,8 @@ class WindowPlace {
   /// The file in the user's folder for settings.
   static wxString UsualFile();
 
-  /// Puts the window where it was; without a kept place it gets `usualSize` (96 to the inch), in the
-  /// middle of the screen. Never smaller than the window's least size.
+  /// Puts the window where it was; without a kept place it gets `usualSize` (96 to the inch), in
+  /// the middle of the screen. Never smaller than the window's least size.
   void Restore(wxTopLevelWindow& window, const wxSize& usualSize) const;
   /// A file that cannot be written is left as it is: a place is not worth a message.
   void Keep(const wxTopLevelWindow& window) const;
