@@ -54,8 +54,7 @@ class MorvelleApp final : public wxApp {
     UseFrenchCatalogue();
     SetAppName("morvelle");
     SetAppDisplayName("Morvelle");
-    PosixEnvironment environment({commandLine_.drives, commandLine_.profile, {}},
-                                 MORVELLE_VERSION);
+    PosixEnvironment environment({commandLine_.drives, commandLine_.profile, {}}, MORVELLE_VERSION);
     auto store = OpenStore(environment);
     if (store == nullptr) return false;
     desktop_ = std::make_unique<Desktop>(std::move(environment), std::move(store));
@@ -72,12 +71,12 @@ class MorvelleApp final : public wxApp {
     WxDialogs dialogs;
     std::string error;
     try {
-      const auto file = commandLine_.file
-                            ? *commandLine_.file
-                            : OwnSampleIdentity(ShippedSample(environment),
-                                                environment.UserFolder());
+      const auto file = commandLine_.file ? *commandLine_.file
+                                          : OwnSampleIdentity(ShippedSample(environment),
+                                                              environment.UserFolder());
       environment.SetRegistryFolder(file.parent_path());
-      if (auto store = OpenRegFile(file, [] { return std::chrono::system_clock::now(); }, error)) {
+      if (auto store = OpenRegFile(
+              file, [] { return std::chrono::system_clock::now(); }, error)) {
         return store;
       }
     } catch (const std::filesystem::filesystem_error& failure) {

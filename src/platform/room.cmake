@@ -1,0 +1,20 @@
+# What touches the system itself, one file per system.
+if(WIN32)
+  set(platform_system_sources)
+else()
+  set(platform_system_sources platform/host_files_posix.cpp)
+endif()
+
+morvelle_room(platform
+  SOURCES
+    platform/edited_file.cpp
+    platform/reg_file_reader.cpp
+    platform/reg_file_text.cpp
+    platform/reg_file_writer.cpp
+    platform/registry_memory.cpp
+    platform/registry_regfile.cpp
+    platform/registry_tree.cpp
+    platform/tree_store.cpp
+    platform/unicode.cpp
+    ${platform_system_sources}
+  USES messages)
