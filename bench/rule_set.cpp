@@ -36,6 +36,7 @@ class Writer {
  public:
   std::string Write(int rules) {
     text_ = "Windows Registry Editor Version 5.00\r\n";
+    WriteIdentity();
     Key("");
     text_ += Order(rules) + Dword("Version", 0x50000);
     for (int rule = 0; rule < rules; ++rule) WriteRule(Id(rule));
@@ -44,6 +45,14 @@ class Writer {
   }
 
  private:
+  void WriteIdentity() {
+    const auto id = kMailKey.substr(0, kMailKey.find('}') + 1);
+    text_.append("\r\n[HKEY_CURRENT_USER\\Identities]\r\n\"Last User ID\"=\"");
+    text_.append(id.substr(id.find('{'))).append("\"\r\n\r\n[HKEY_CURRENT_USER\\");
+    text_.append(kMailKey.substr(0, kMailKey.find("\\Rules"))).append("]\r\n");
+    text_ += "\"Store Root\"=\"C:\\\\Messages\\\\\"\r\n";
+  }
+
   void Key(const std::string& path) {
     text_.append("\r\n[HKEY_CURRENT_USER\\").append(kMailKey).append(path);
     if (text_.back() == '\\') text_.pop_back();
