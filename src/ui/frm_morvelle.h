@@ -213,8 +213,8 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void SetLogic(std::string_view logic);
   void SetFlags(bool otherFirst, bool otherSecond, std::string_view whenFirst,
                 std::string_view whenSecond);
-  void CheckPair(std::array<bool, 2>& pair, bool first, std::string_view firstMenu,
-                 std::string_view secondMenu);
+  void CheckPair(std::array<bool, 2>& pair, const std::array<bool, 2>& checks,
+                 std::string_view firstMenu, std::string_view secondMenu);
   void ShowContentQuestions();
   [[nodiscard]] CriterionRecord& SlotRecord(int slot);
 
