@@ -222,6 +222,8 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void mnuMod_Click(int index);
   void chkEnabled_Click();
   void lstAct_Click();
+  /// Opens the rule as it is stored, after a reload.
+  void OpenStoredRule(const std::string& id);
   void OpenRule(int row, bool modified);
   void FillSlots();
   void ShowFirstSlot();

@@ -179,8 +179,7 @@ void frmMorvelle::cmdRestore_Click() {
     const auto id = editing_.openRuleId;
     if (id.empty()) return;
     ClearMod();
-    const int row = tables_.RowOfId(id);
-    if (row >= 0) OpenRule(row, false);
+    OpenStoredRule(id);
   });
 }
 
