@@ -200,6 +200,8 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void ContentEdited();
   void CharacterRefused();
   void CountWord(int i, int difference);
+  /// Counts again the words of the list boxes that hold any.
+  void RecountWords();
 
   // criteria_options.cpp
   void ConnectOptions();
@@ -238,7 +240,9 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   [[nodiscard]] bool MayLeave();
   void mnuRegContent_Click();
   void mnuRegOrder_Click();
+  /// False when the rule could not be stored: it then stays open, modified and whole.
   [[nodiscard]] bool SaveOpenRule(bool withOrder);
+  [[nodiscard]] bool WriteOpenRule(bool withOrder);
   [[nodiscard]] bool SaveOrder();
   void mnuQuit_Click();
 
