@@ -11,10 +11,10 @@
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "app/program.h"
-#include "morvelle_version.h"
 #include "platform/command_line.h"
 #include "platform/dialogs_wx.h"
 #include "platform/environment_posix.h"
+#include "platform/host_files.h"
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"
 #include "ui/frm_morvelle.h"
@@ -27,13 +27,14 @@ namespace {
 
 /// What lives as long as the program does, in the order in which one needs the other.
 struct Desktop {
-  Desktop(PosixEnvironment environmentUsed, std::unique_ptr<RegistryStore> storeUsed)
+  Desktop(std::unique_ptr<PosixEnvironment> environmentUsed,
+          std::unique_ptr<RegistryStore> storeUsed)
       : environment(std::move(environmentUsed)),
         store(std::move(storeUsed)),
-        ports{*store, dialogs, environment},
+        ports{*store, dialogs, *environment},
         form(ports, state) {}
 
-  PosixEnvironment environment;
+  std::unique_ptr<PosixEnvironment> environment;
   std::unique_ptr<RegistryStore> store;
   WxDialogs dialogs;
   Ports ports;
@@ -54,9 +55,9 @@ class MorvelleApp final : public wxApp {
     UseFrenchCatalogue();
     SetAppName("morvelle");
     SetAppDisplayName("Morvelle");
-    PosixEnvironment environment({commandLine_.drives, commandLine_.profile, {}},
-                                 MORVELLE_VERSION);
-    auto store = OpenStore(environment);
+    auto environment = std::make_unique<PosixEnvironment>(
+        WindowsFolders{commandLine_.drives, commandLine_.profile, {}}, MORVELLE_VERSION);
+    auto store = OpenStore(*environment);
     if (store == nullptr) return false;
     desktop_ = std::make_unique<Desktop>(std::move(environment), std::move(store));
     auto* window = new MainWindow(desktop_->form);
@@ -65,21 +66,19 @@ class MorvelleApp final : public wxApp {
     return true;
   }
 
-  int OnExit() override { return exitCode_; }
-
  private:
   std::unique_ptr<RegistryStore> OpenStore(PosixEnvironment& environment) {
     WxDialogs dialogs;
     std::string error;
     try {
-      const auto file = commandLine_.file
-                            ? *commandLine_.file
-                            : OwnSampleIdentity(ShippedSample(environment),
-                                                environment.UserFolder());
+      const auto file = commandLine_.file ? *commandLine_.file
+                                          : OwnSampleIdentity(ShippedSample(environment),
+                                                              environment.UserFolder());
       environment.SetRegistryFolder(file.parent_path());
-      if (auto store = OpenRegFile(file, [] { return std::chrono::system_clock::now(); }, error)) {
-        return store;
-      }
+      auto opened =
+          OpenRegFile(file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
+      if (opened.store != nullptr) return std::move(opened.store);
+      error = std::move(opened.error);
     } catch (const std::filesystem::filesystem_error& failure) {
       error = FromUtf16Lossy(failure.path1().u16string()) +
               std::string(" : ne peut être ouvert ("_cp) +
@@ -91,7 +90,6 @@ class MorvelleApp final : public wxApp {
 
   CommandLine commandLine_;
   std::unique_ptr<Desktop> desktop_;
-  int exitCode_ = 0;
 };
 
 }  // namespace

@@ -1,0 +1,240 @@
+#include "platform/dialogs_wx.h"
+
+#include <wx/app.h>
+#include <wx/artprov.h>
+#include <wx/button.h>
+#include <wx/dialog.h>
+#include <wx/display.h>
+#include <wx/sizer.h>
+#include <wx/statbmp.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+#include <wx/utils.h>
+
+#include <vector>
+
+#include "app/messages/text.h"
+
+namespace morvelle {
+
+namespace {
+
+/// In pixels of 96 to the inch.
+constexpr int kGap = 12;
+constexpr int kMostTextWidth = 520;
+constexpr int kLeastInputWidth = 320;
+
+constexpr int kButtonMask = 0x0F;
+constexpr int kIconMask = 0xF0;
+
+wxString ToWx(std::string_view text) { return wxString::FromUTF8(ToUtf8(text)); }
+
+/// A line break is a carriage return, a line feed or both.
+wxString TextOf(const std::string& text) {
+  std::string lines;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\r') {
+      lines += text[i];
+    } else if (i + 1 == text.size() || text[i + 1] != '\n') {
+      lines += '\n';
+    }
+  }
+  return ToWx(lines);
+}
+
+wxWindow* Owner() {
+  auto* window = wxGetActiveWindow();
+  auto* owner = window != nullptr ? wxGetTopLevelParent(window) : wxTheApp->GetTopWindow();
+  return owner != nullptr && owner->IsShown() ? owner : nullptr;
+}
+
+struct Choice {
+  Button button;
+  const char* label;
+};
+
+std::vector<Choice> ChoicesOf(int style) {
+  switch (style & kButtonMask) {
+    case kBoxOkCancel:
+      return {{Button::Ok, "OK"}, {Button::Cancel, "Annuler"}};
+    case kBoxYesNo:
+      return {{Button::Yes, "Oui"}, {Button::No, "Non"}};
+    default:
+      return {{Button::Ok, "OK"}};
+  }
+}
+
+wxArtID IconOf(int style) {
+  switch (style & kIconMask) {
+    case kBoxStop:
+      return wxART_ERROR;
+    case kBoxQuestion:
+      return wxART_QUESTION;
+    case kBoxExclamation:
+      return wxART_WARNING;
+    case kBoxInformation:
+      return wxART_INFORMATION;
+    default:
+      return {};
+  }
+}
+
+/// A text as it stands; one that would not fit on the screen can be scrolled.
+wxWindow* MakeText(wxWindow* parent, const wxString& text) {
+  auto* label = new wxStaticText(parent, wxID_ANY, {});
+  label->SetName("message");
+  label->SetLabelText(text);
+  label->Wrap(parent->FromDIP(kMostTextWidth));
+  const int most = wxDisplay(0U).GetClientArea().height * 2 / 3;
+  if (label->GetBestSize().y <= most) return label;
+  label->Destroy();
+  auto* scrolled = new wxTextCtrl(parent, wxID_ANY, text, wxDefaultPosition, wxDefaultSize,
+                                  wxTE_MULTILINE | wxTE_READONLY);
+  scrolled->SetName("message");
+  scrolled->SetMinSize(wxSize(parent->FromDIP(kMostTextWidth), most));
+  return scrolled;
+}
+
+/// A row of buttons at the right; each ends the dialog with its number.
+wxSizer* MakeButtons(wxDialog& dialog, const std::vector<Choice>& choices, std::size_t usual) {
+  auto* row = new wxBoxSizer(wxHORIZONTAL);
+  row->AddStretchSpacer();
+  for (std::size_t i = 0; i < choices.size(); ++i) {
+    const auto number = static_cast<int>(choices[i].button);
+    auto* button = new wxButton(&dialog, wxID_ANY, choices[i].label);
+    button->Bind(wxEVT_BUTTON, [&dialog, number](wxCommandEvent&) { dialog.EndModal(number); });
+    row->Add(button, wxSizerFlags().Border(wxLEFT, i == 0 ? 0 : dialog.FromDIP(kGap) / 2));
+    if (i == usual) {
+      button->SetDefault();
+      button->SetFocus();
+    }
+  }
+  return row;
+}
+
+/// Escape and the cross of the title bar.
+void CloseWith(wxDialog& dialog, Button button) {
+  const auto number = static_cast<int>(button);
+  dialog.SetEscapeId(wxID_NONE);
+  dialog.Bind(wxEVT_CLOSE_WINDOW, [&dialog, number](wxCloseEvent&) { dialog.EndModal(number); });
+  dialog.Bind(wxEVT_CHAR_HOOK, [&dialog, number](wxKeyEvent& event) {
+    if (event.GetKeyCode() == WXK_ESCAPE) {
+      dialog.EndModal(number);
+    } else {
+      event.Skip();
+    }
+  });
+}
+
+/// What stands in an input box, and what is said about it.
+class InputBox {
+ public:
+  InputBox(const std::string& prompt, const std::string& title, const std::string& proposal);
+  std::optional<std::string> Ask();
+
+ private:
+  [[nodiscard]] std::optional<std::string> Text() const {
+    return FromUtf8(input_->GetValue().utf8_string());
+  }
+  wxSizer* MakeCommands();
+  void Judge();
+  void Accept();
+
+  wxDialog dialog_;
+  wxTextCtrl* input_ = nullptr;
+  wxStaticText* refusal_ = nullptr;
+};
+
+InputBox::InputBox(const std::string& prompt, const std::string& title, const std::string& proposal)
+    : dialog_(Owner(), wxID_ANY, TextOf(title)) {
+  const int gap = dialog_.FromDIP(kGap);
+  auto* text = MakeText(&dialog_, TextOf(prompt));
+  input_ = new wxTextCtrl(&dialog_, wxID_ANY, ToWx(proposal), wxDefaultPosition,
+                          wxSize(dialog_.FromDIP(kLeastInputWidth), -1), wxTE_PROCESS_ENTER);
+  input_->SetName("input");
+  refusal_ = new wxStaticText(&dialog_, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize,
+                              wxST_NO_AUTORESIZE);
+  refusal_->SetName("refusal");
+  refusal_->SetMinSize(wxSize(-1, refusal_->GetCharHeight()));
+
+  auto* column = new wxBoxSizer(wxVERTICAL);
+  column->Add(text, wxSizerFlags().Expand().Border(wxALL, gap));
+  column->Add(input_, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, gap));
+  column->Add(refusal_, wxSizerFlags().Expand().Border(wxALL, gap / 2));
+  column->Add(MakeCommands(), wxSizerFlags().Expand().Border(wxALL & ~wxTOP, gap));
+  dialog_.SetSizerAndFit(column);
+  dialog_.CentreOnParent();
+
+  input_->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) { Accept(); });
+  input_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Judge(); });
+  CloseWith(dialog_, Button::Cancel);
+  input_->SetFocus();
+  input_->SelectAll();
+}
+
+wxSizer* InputBox::MakeCommands() {
+  auto* ok = new wxButton(&dialog_, wxID_ANY, "OK");
+  ok->SetDefault();
+  ok->Bind(wxEVT_BUTTON, [this](wxCommandEvent&) { Accept(); });
+  auto* cancel = new wxButton(&dialog_, wxID_ANY, "Annuler");
+  cancel->Bind(wxEVT_BUTTON,
+               [this](wxCommandEvent&) { dialog_.EndModal(static_cast<int>(Button::Cancel)); });
+  auto* row = new wxBoxSizer(wxHORIZONTAL);
+  row->AddStretchSpacer();
+  row->Add(ok);
+  row->Add(cancel, wxSizerFlags().Border(wxLEFT, dialog_.FromDIP(kGap) / 2));
+  return row;
+}
+
+void InputBox::Judge() {
+  refusal_->SetLabelText(Text() ? wxString()
+                                : ToWx("Ce texte contient un caractère non autorisé"_cp));
+}
+
+void InputBox::Accept() {
+  if (Text()) {
+    dialog_.EndModal(static_cast<int>(Button::Ok));
+  } else {
+    input_->SetFocus();
+  }
+}
+
+std::optional<std::string> InputBox::Ask() {
+  if (dialog_.ShowModal() != static_cast<int>(Button::Ok)) return std::nullopt;
+  return Text();
+}
+
+}  // namespace
+
+Button WxDialogs::ShowMessage(const std::string& prompt, int style, const std::string& title) {
+  if (beforeBox_) beforeBox_();
+  wxDialog dialog(Owner(), wxID_ANY, TextOf(title));
+  const int gap = dialog.FromDIP(kGap);
+  auto* message = new wxBoxSizer(wxHORIZONTAL);
+  if (const auto icon = IconOf(style); !icon.empty()) {
+    const auto picture = wxArtProvider::GetBitmapBundle(icon, wxART_MESSAGE_BOX);
+    message->Add(new wxStaticBitmap(&dialog, wxID_ANY, picture),
+                 wxSizerFlags().Border(wxRIGHT, gap));
+  }
+  message->Add(MakeText(&dialog, TextOf(prompt)), wxSizerFlags(1).CenterVertical());
+
+  const auto choices = ChoicesOf(style);
+  const std::size_t usual = (style & kBoxSecondDefault) != 0 ? choices.size() - 1 : 0;
+  auto* column = new wxBoxSizer(wxVERTICAL);
+  column->Add(message, wxSizerFlags(1).Expand().Border(wxALL, gap));
+  column->Add(MakeButtons(dialog, choices, usual),
+              wxSizerFlags().Expand().Border(wxALL & ~wxTOP, gap));
+  dialog.SetSizerAndFit(column);
+  dialog.CentreOnParent();
+  // The last button is the one that changes nothing.
+  CloseWith(dialog, choices.back().button);
+  return static_cast<Button>(dialog.ShowModal());
+}
+
+std::optional<std::string> WxDialogs::AskText(const std::string& prompt, const std::string& title,
+                                              const std::string& proposal) {
+  if (beforeBox_) beforeBox_();
+  return InputBox(prompt, title, proposal).Ask();
+}
+
+}  // namespace morvelle

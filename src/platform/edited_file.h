@@ -1,0 +1,51 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/host_files.h"
+#include "ports/registry_store.h"
+
+namespace morvelle {
+
+/// The user's file behind a store, from its opening to its closing: no second editor, no
+/// overwriting of what another program wrote, and a dated copy of what was there before this run's
+/// first write.
+class EditedFile {
+ public:
+  using Clock = std::function<std::chrono::system_clock::time_point()>;
+
+  /// Null when the file cannot be opened; `error` is then the message, with file name and reason.
+  static std::unique_ptr<EditedFile> Open(const std::filesystem::path& path,
+                                          std::shared_ptr<HostFiles> files, Clock now,
+                                          FileBytes& bytes, std::string& error);
+
+  /// Puts the bytes in the place of the file. On Failed and ChangedMeanwhile nothing was written
+  /// and `error` is the message.
+  CommitOutcome Replace(std::string_view bytes, bool overwriteChanged, std::string& error);
+  /// True when the file holds these very bytes and nobody changed it.
+  [[nodiscard]] bool Holds(std::string_view bytes) const;
+
+  /// The file itself, behind links.
+  [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  EditedFile(std::filesystem::path path, std::shared_ptr<HostFiles> files, Clock now)
+      : path_(std::move(path)), files_(std::move(files)), now_(std::move(now)) {}
+
+  bool KeepDatedCopy(std::filesystem::path& copy, std::string& reason);
+  [[nodiscard]] std::string Failure(std::string_view what, std::string_view reason) const;
+
+  std::filesystem::path path_;
+  std::shared_ptr<HostFiles> files_;
+  Clock now_;
+  std::unique_ptr<FileLock> lock_;
+  FileStamp stamp_;
+  bool copyKept_ = false;
+};
+
+}  // namespace morvelle

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace morvelle {
+
+/// What tells a file from the same file after another program wrote it.
+struct FileStamp {
+  std::uint64_t device = 0;
+  std::uint64_t inode = 0;
+  std::uint64_t size = 0;       ///< Bytes.
+  std::int64_t modifiedNs = 0;  ///< Nanoseconds since 1970.
+  bool there = false;
+
+  friend bool operator==(const FileStamp&, const FileStamp&) = default;
+};
+
+/// The bytes of a file that was read whole.
+struct FileBytes {
+  std::unique_ptr<char[]> data;
+  std::size_t size = 0;
+  [[nodiscard]] std::string_view View() const { return {data.get(), size}; }
+};
+
+/// Held while a file is being edited; letting go of it unlocks the file.
+class FileLock {
+ public:
+  FileLock() = default;
+  FileLock(const FileLock&) = delete;
+  FileLock& operator=(const FileLock&) = delete;
+  virtual ~FileLock() = default;
+};
+
+/// What the stores that keep the registry in a file ask of the file system.
+///
+/// A `std::string` given back is the reason of a failure, French and Windows-1252, without capital
+/// or full stop; empty on success.
+class HostFiles {
+ public:
+  HostFiles() = default;
+  HostFiles(const HostFiles&) = delete;
+  HostFiles& operator=(const HostFiles&) = delete;
+  virtual ~HostFiles() = default;
+
+  /// The file itself behind links.
+  [[nodiscard]] virtual std::filesystem::path Resolve(const std::filesystem::path& path) = 0;
+  virtual std::string Read(const std::filesystem::path& path, FileBytes& bytes,
+                           FileStamp& stamp) = 0;
+  [[nodiscard]] virtual FileStamp Stamp(const std::filesystem::path& path) = 0;
+
+  enum class Locking {
+    Taken,
+    HeldByAnother,
+    Impossible,  ///< The folder cannot be written; nor can the file then.
+  };
+  /// Keeps other editors off the file.
+  virtual Locking Lock(const std::filesystem::path& path, std::unique_ptr<FileLock>& lock) = 0;
+
+  /// Puts the bytes in the place of the file, whole or not at all, with its rights and owner where
+  /// that can be; `stamp` becomes the new file's. A file without right to write is refused.
+  virtual std::string Replace(const std::filesystem::path& path, std::string_view bytes,
+                              FileStamp& stamp) = 0;
+
+  enum class Copying { Done, NameTaken, Failed };
+  /// Leaves the present content of `from` under the name `to`, which must be free. To be followed
+  /// by Replace: until then both names may stand for the same file.
+  virtual Copying KeepCopy(const std::filesystem::path& from, const std::filesystem::path& to,
+                           std::string& reason) = 0;
+  virtual void Remove(const std::filesystem::path& path) = 0;
+};
+
+/// The file system of this machine.
+std::unique_ptr<HostFiles> MakeHostFiles();
+
+}  // namespace morvelle

@@ -1,0 +1,202 @@
+#include "platform/reg_file_writer.h"
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "app/messages/text.h"
+#include "platform/unicode.h"
+#include "ports/registry_store.h"
+
+namespace morvelle {
+
+namespace {
+
+constexpr std::u16string_view kLineEnd = u"\r\n";
+
+/// Column from which the registry editor goes on in a new line.
+constexpr std::size_t kLastHexColumn = 77;
+
+constexpr std::array<char16_t, 16> kDigits = {u'0', u'1', u'2', u'3', u'4', u'5', u'6', u'7',
+                                              u'8', u'9', u'a', u'b', u'c', u'd', u'e', u'f'};
+
+std::u16string_view Units(std::string_view bytes) {
+  return {reinterpret_cast<const char16_t*>(bytes.data()), bytes.size() / sizeof(char16_t)};
+}
+
+class Writer {
+ public:
+  Writer(const RegFileFormat& format, std::size_t expectedSize) : format_(format) {
+    out_.reserve(expectedSize + expectedSize / 8);
+    const bool wide = format.encoding == RegFileFormat::Encoding::Utf16;
+    if (wide && format.byteOrderMark) out_ += u'\uFEFF';
+    out_ += RegFileHeader(format.version);
+    out_ += kLineEnd;
+  }
+
+  std::u16string Write(const RegistryTree& tree) {
+    bool inRemarks = false;
+    const FilePlace* place = tree.FirstPlace();
+    for (; place->role != FilePlace::Role::Ends; place = place->next) {
+      if (!inRemarks) out_ += kLineEnd;
+      inRemarks = place->role == FilePlace::Role::Remark;
+      if (place->role == FilePlace::Role::Key) {
+        WriteKey(*static_cast<const RegistryKey*>(place));
+      } else {
+        WriteLine(place->role, static_cast<const FileLine*>(place)->text);
+      }
+    }
+    out_ += kLineEnd;
+    return std::move(out_);
+  }
+
+ private:
+  void WriteLine(FilePlace::Role role, std::u16string_view text) {
+    if (role == FilePlace::Role::Deletion) out_ += u"[-";
+    out_ += text;
+    if (role == FilePlace::Role::Deletion) out_ += u']';
+    out_ += kLineEnd;
+  }
+
+  void WriteKey(const RegistryKey& key) {
+    WriteDeletions(key);
+    out_ += u'[';
+    WritePath(key);
+    out_ += u"]\r\n";
+    for (const auto& entry : key.entries) {
+      if (entry.role == RegistryEntry::Role::Remark) {
+        WriteLine(FilePlace::Role::Remark, Units(entry.data));
+      } else {
+        WriteValue(entry);
+      }
+    }
+  }
+
+  /// The deletions that stand before the first line of a key or of anything under it.
+  void WriteDeletions(const RegistryKey& key) {
+    if (key.parent == nullptr) return;
+    // What is above the key was often looked at for its neighbour.
+    if (key.parent != lastParent_) WriteDeletions(*key.parent);
+    lastParent_ = key.parent;
+    if (!key.replaced || !deleted_.insert(&key).second) return;
+    out_ += u"[-";
+    WritePath(key);
+    out_ += u"]\r\n\r\n";
+  }
+
+  void WritePath(const RegistryKey& key) {
+    if (key.parent->parent != nullptr) {
+      WritePath(*key.parent);
+      out_ += u'\\';
+    }
+    out_ += key.name->text;
+  }
+
+  void WriteValue(const RegistryEntry& entry) {
+    const std::size_t start = out_.size();
+    if (entry.name->text.empty()) {
+      out_ += u'@';
+    } else {
+      WriteQuoted(entry.name->text);
+    }
+    out_ += u'=';
+    const auto kind = static_cast<ValueKind>(entry.kind);
+    if (entry.role == RegistryEntry::Role::Deletion) {
+      out_ += u'-';
+    } else if (kind == ValueKind::Dword && entry.data.size() == sizeof(std::uint32_t)) {
+      out_ += u"dword:";
+      for (auto byte = entry.data.rbegin(); byte != entry.data.rend(); ++byte) WriteByte(*byte);
+    } else if (kind == ValueKind::String && IsPlain(entry.data)) {
+      const auto text = Units(entry.data);
+      WriteQuoted(text.substr(0, text.size() - 1));
+    } else {
+      WriteHex(entry, start);
+    }
+    out_ += kLineEnd;
+  }
+
+  /// What a quoted string can hold in this file: a final zero and no other, no line break, no
+  /// character that the encoding lacks.
+  [[nodiscard]] bool IsPlain(std::string_view data) const {
+    if (data.size() % sizeof(char16_t) != 0 || data.empty()) return false;
+    auto text = Units(data);
+    if (text.back() != u'\0') return false;
+    text.remove_suffix(1);
+    bool ascii = true;
+    for (const char16_t unit : text) {
+      if (unit == u'\0' || unit == u'\r' || unit == u'\n') return false;
+      ascii = ascii && unit < 0x80;
+    }
+    if (ascii || format_.encoding == RegFileFormat::Encoding::Utf16) return true;
+    return format_.encoding == RegFileFormat::Encoding::Utf8 ? IsWellFormed(text)
+                                                             : FromUtf16(text).has_value();
+  }
+
+  void WriteQuoted(std::u16string_view text) {
+    out_ += u'"';
+    for (auto stop = text.find_first_of(u"\\\""); stop != std::u16string_view::npos;
+         stop = text.find_first_of(u"\\\"")) {
+      out_ += text.substr(0, stop);
+      out_ += {u'\\', text[stop]};
+      text.remove_prefix(stop + 1);
+    }
+    out_ += text;
+    out_ += u'"';
+  }
+
+  void WriteByte(char byte) {
+    const auto code = static_cast<unsigned char>(byte);
+    out_ += kDigits[code >> 4U];
+    out_ += kDigits[code & 0xFU];
+  }
+
+  void WriteHex(const RegistryEntry& entry, std::size_t lineStart) {
+    out_ += u"hex";
+    const auto kind = static_cast<ValueKind>(entry.kind);
+    if (kind != ValueKind::Binary) WriteKind(entry.kind);
+    out_ += u':';
+    const bool isText = kind == ValueKind::String || kind == ValueKind::ExpandString ||
+                        kind == ValueKind::MultiString;
+    // Version 4 knows single-byte strings only; those of its files hold nothing else.
+    const std::string narrow =
+        format_.version == 4 && isText ? FromUtf16Lossy(Units(entry.data)) : std::string();
+    const std::string_view data = format_.version == 4 && isText ? narrow : entry.data;
+    std::size_t column = out_.size() - lineStart;
+    for (std::size_t i = 0; i < data.size(); ++i) {
+      WriteByte(data[i]);
+      if (i + 1 == data.size()) break;
+      out_ += u',';
+      column += 3;
+      if (column < kLastHexColumn) continue;
+      out_ += u"\\\r\n  ";
+      column = 2;
+    }
+  }
+
+  void WriteKind(std::uint32_t kind) {
+    out_ += u'(';
+    unsigned shift = 28;
+    while (shift > 0 && (kind >> shift) == 0) shift -= 4;
+    for (;; shift -= 4) {
+      out_ += kDigits[(kind >> shift) & 0xFU];
+      if (shift == 0) break;
+    }
+    out_ += u')';
+  }
+
+  const RegFileFormat& format_;
+  std::u16string out_;
+  const RegistryKey* lastParent_ = nullptr;
+  std::unordered_set<const RegistryKey*> deleted_;
+};
+
+}  // namespace
+
+std::u16string FormatRegText(const RegistryTree& tree, const RegFileFormat& format,
+                             std::size_t expectedSize) {
+  return Writer(format, expectedSize).Write(tree);
+}
+
+}  // namespace morvelle

@@ -1,0 +1,7 @@
+#include "platform/registry_memory.h"
+
+namespace morvelle {
+
+MemoryRegistry::MemoryRegistry() { UseRoot(); }
+
+}  // namespace morvelle

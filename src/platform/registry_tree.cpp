@@ -1,0 +1,334 @@
+#include "platform/registry_tree.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "platform/unicode.h"
+
+namespace morvelle {
+
+namespace {
+
+std::u16string Folded(std::u16string_view text) {
+  std::u16string folded(text);
+  std::transform(folded.begin(), folded.end(), folded.begin(), UpperCase);
+  return folded;
+}
+
+auto SubkeyPlace(const RegistryKey& key, const std::u16string& folded) {
+  return std::lower_bound(
+      key.subkeys.begin(), key.subkeys.end(), folded,
+      [](const std::unique_ptr<RegistryKey>& subkey, const std::u16string& text) {
+        return subkey->name->folded->text < text;
+      });
+}
+
+bool IsUnder(const FilePlace& place, const RegistryKey& key) {
+  if (place.role != FilePlace::Role::Key) return false;
+  const auto* ancestor = static_cast<const RegistryKey*>(&place)->parent;
+  while (ancestor != nullptr && ancestor != &key) ancestor = ancestor->parent;
+  return ancestor != nullptr;
+}
+
+void SetGone(RegistryKey& key, bool gone) {
+  key.gone = gone;
+  for (const auto& subkey : key.subkeys) SetGone(*subkey, gone);
+}
+
+}  // namespace
+
+const RegistryName* NameTable::Intern(std::u16string_view text) {
+  if (const auto known = names_.find(text); known != names_.end()) return &*known;
+  const std::u16string folded = Folded(text);
+  const RegistryName* upper = text == folded ? nullptr : Intern(folded);
+  const auto added = names_.insert(RegistryName{std::u16string(text), upper}).first;
+  // The hash covers the text only, so that an element may learn that it is its own folded name.
+  if (upper == nullptr) const_cast<RegistryName&>(*added).folded = &*added;  // NOLINT
+  return &*added;
+}
+
+const RegistryName* NameTable::FindFolded(std::u16string_view text) const {
+  std::array<char16_t, 64> near{};
+  if (text.size() > near.size()) {
+    const auto found = names_.find(std::u16string_view(Folded(text)));
+    return found == names_.end() ? nullptr : &*found;
+  }
+  std::transform(text.begin(), text.end(), near.begin(), UpperCase);
+  const auto found = names_.find(std::u16string_view(near.data(), text.size()));
+  return found == names_.end() ? nullptr : &*found;
+}
+
+RegistryTree::RegistryTree() {
+  ends_.previous = ends_.next = &ends_;
+  top_.name = names_.Intern({});
+}
+
+RegistryKey* RegistryTree::Subkey(const RegistryKey& key, std::u16string_view name) const {
+  const RegistryName* folded = names_.FindFolded(name);
+  if (folded == nullptr) return nullptr;
+  const auto at = SubkeyPlace(key, folded->text);
+  return at != key.subkeys.end() && (*at)->name->folded == folded ? at->get() : nullptr;
+}
+
+RegistryKey& RegistryTree::AddSubkey(RegistryKey& parent, std::u16string_view name,
+                                     Placing placing) {
+  auto made = std::make_unique<RegistryKey>();
+  RegistryKey& key = *made;
+  key.parent = &parent;
+  key.name = names_.Intern(name);
+  parent.subkeys.insert(SubkeyPlace(parent, key.name->folded->text), std::move(made));
+  Record([this, &key] {
+    auto& siblings = key.parent->subkeys;
+    const auto at =
+        siblings.begin() + (SubkeyPlace(*key.parent, key.name->folded->text) - siblings.cbegin());
+    SetGone(key, true);
+    dead_.push_back(std::move(*at));
+    siblings.erase(at);
+  });
+  if (!deletions_.empty()) TakeBackDeletion(key);
+  if (placing == Placing::InOrder) Link(key, PlaceInOrder(key));
+  return key;
+}
+
+void RegistryTree::ListAtEnd(RegistryKey& key) {
+  if (!key.Listed()) Link(key, *ends_.previous);
+}
+
+void RegistryTree::Delete(RegistryKey& key) {
+  RegistryKey& parent = *key.parent;
+  // A parent that was there for this key's sake only must not vanish with it.
+  if (!parent.Listed() && parent.parent != nullptr && parent.parent != &top_) {
+    ListBeforeSubkeys(parent);
+  }
+  UnlistAll(key);
+  SetGone(key, true);
+  ++generation_;
+  auto& siblings = parent.subkeys;
+  const auto at =
+      siblings.begin() + (SubkeyPlace(parent, key.name->folded->text) - siblings.cbegin());
+  if (recording_) removed_.push_back(std::move(*at));
+  siblings.erase(at);
+  Record([this, &parent] {
+    auto& back = removed_.back();
+    SetGone(*back, false);
+    parent.subkeys.insert(SubkeyPlace(parent, back->name->folded->text), std::move(back));
+    removed_.pop_back();
+  });
+}
+
+void RegistryTree::Rename(RegistryKey& parent, std::vector<Renaming> renamings) {
+  ++generation_;
+  std::vector<std::unique_ptr<RegistryKey>> taken;
+  std::vector<Renaming> before;
+  auto& siblings = parent.subkeys;
+  for (const auto& [subkey, name] : renamings) {
+    const auto at = siblings.begin() +
+                    (SubkeyPlace(parent, subkey->name->folded->text) - siblings.cbegin());
+    before.push_back({subkey, subkey->name});
+    taken.push_back(std::move(*at));
+    siblings.erase(at);
+    subkey->name = name;
+  }
+  for (auto& subkey : taken) {
+    siblings.insert(SubkeyPlace(parent, subkey->name->folded->text), std::move(subkey));
+  }
+  Record([this, &parent, names = std::move(before)] { Rename(parent, names); });
+}
+
+std::u16string RegistryTree::PathOf(const RegistryKey& key) {
+  std::vector<const RegistryKey*> line;
+  for (const auto* step = &key; step->parent != nullptr; step = step->parent) line.push_back(step);
+  std::u16string path;
+  for (auto step = line.rbegin(); step != line.rend(); ++step) {
+    if (!path.empty()) path += u'\\';
+    path += (*step)->name->text;
+  }
+  return path;
+}
+
+std::size_t RegistryTree::Position(const RegistryKey& key, const RegistryName* folded) {
+  std::size_t at = 0;
+  while (at < key.entries.size() &&
+         (key.entries[at].name == nullptr || key.entries[at].name->folded != folded)) {
+    ++at;
+  }
+  return at;
+}
+
+const RegistryEntry* RegistryTree::FindValue(const RegistryKey& key,
+                                             std::u16string_view name) const {
+  const RegistryName* folded = names_.FindFolded(name);
+  if (folded == nullptr) return nullptr;
+  const std::size_t at = Position(key, folded);
+  if (at == key.entries.size() || key.entries[at].role != RegistryEntry::Role::Value) {
+    return nullptr;
+  }
+  return &key.entries[at];
+}
+
+void RegistryTree::SetValue(RegistryKey& key, std::u16string_view name, std::uint32_t kind,
+                            std::string data) {
+  const RegistryName* interned = names_.Intern(name);
+  if (!key.Listed()) ListBeforeSubkeys(key);
+  const std::size_t at = Position(key, interned->folded);
+  if (at == key.entries.size()) {
+    key.entries.push_back({interned, kind, RegistryEntry::Role::Value, std::move(data)});
+    Record([&key] { key.entries.pop_back(); });
+    return;
+  }
+  RegistryEntry& entry = key.entries[at];
+  Record([&key, at, before = entry] { key.entries[at] = before; });
+  entry.kind = kind;
+  entry.role = RegistryEntry::Role::Value;
+  entry.data = std::move(data);
+}
+
+void RegistryTree::DeleteValue(RegistryKey& key, const RegistryEntry& value) {
+  const auto at = &value - key.entries.data();
+  Record([&key, at, before = value] { key.entries.insert(key.entries.begin() + at, before); });
+  key.entries.erase(key.entries.begin() + at);
+}
+
+void RegistryTree::AddRemark(std::u16string_view text) {
+  AddLine(FilePlace::Role::Remark, text, *ends_.previous);
+}
+
+void RegistryTree::AddDeletion(std::u16string_view path) { PutDeletion(path, *ends_.previous); }
+
+void RegistryTree::Undo() {
+  recording_ = false;
+  ++generation_;
+  while (!undo_.empty()) {
+    const auto undo = std::move(undo_.back());
+    undo_.pop_back();
+    undo();
+  }
+}
+
+void RegistryTree::Keep() {
+  recording_ = false;
+  undo_.clear();
+  std::move(removed_.begin(), removed_.end(), std::back_inserter(dead_));
+  removed_.clear();
+}
+
+void RegistryTree::Record(std::function<void()> undo) {
+  if (recording_) undo_.push_back(std::move(undo));
+}
+
+void RegistryTree::Link(FilePlace& place, FilePlace& after) {
+  place.previous = &after;
+  place.next = after.next;
+  after.next->previous = &place;
+  after.next = &place;
+  Record([this, &place] { Unlink(place); });
+}
+
+void RegistryTree::Unlink(FilePlace& place) {
+  FilePlace& before = *place.previous;
+  before.next = place.next;
+  place.next->previous = &before;
+  place.previous = place.next = nullptr;
+  Record([this, &place, &before] { Link(place, before); });
+}
+
+void RegistryTree::ListBeforeSubkeys(RegistryKey& key) {
+  FilePlace* place = ends_.next;
+  while (place != &ends_ && !IsUnder(*place, key)) place = place->next;
+  Link(key, *place->previous);
+}
+
+void RegistryTree::UnlistAll(RegistryKey& key) {
+  for (const auto& subkey : key.subkeys) UnlistAll(*subkey);
+  FilePlace& before = key.Listed() ? *key.previous : *ends_.previous;
+  if (key.Listed()) Unlink(key);
+  // Who imports the file must still lose what it asked to delete.
+  if (key.replaced) PutDeletion(PathOf(key), before);
+}
+
+FilePlace& RegistryTree::PlaceInOrder(const RegistryKey& key) {
+  const auto& siblings = key.parent->subkeys;
+  const auto at = SubkeyPlace(*key.parent, key.name->folded->text);
+  FilePlace* place = key.parent->Listed() ? key.parent : ends_.previous;
+  if (at == siblings.begin()) return *place;
+  RegistryKey& before = **(at - 1);
+  if (!before.Listed()) return *ends_.previous;
+  place = &before;
+  while (IsUnder(*place->next, before)) place = place->next;
+  return *place;
+}
+
+void RegistryTree::TakeBackDeletion(RegistryKey& key) {
+  const auto found = deletions_.find(Folded(PathOf(key)));
+  if (found == deletions_.end()) return;
+  Unlink(*found->second);
+  Record([this, path = found->first, line = found->second] { deletions_[path] = line; });
+  deletions_.erase(found);
+  key.replaced = true;
+}
+
+void RegistryTree::PutDeletion(std::u16string_view path, FilePlace& after) {
+  const auto [place, isNew] = deletions_.try_emplace(Folded(path), nullptr);
+  if (!isNew) return;
+  place->second = &AddLine(FilePlace::Role::Deletion, path, after);
+  Record([this, folded = place->first] { deletions_.erase(folded); });
+}
+
+FileLine& RegistryTree::AddLine(FilePlace::Role role, std::u16string_view text, FilePlace& after) {
+  FileLine& line = *lines_.emplace_back(std::make_unique<FileLine>(role, text));
+  Link(line, after);
+  return line;
+}
+
+RegistryKey* PathCursor::Find(RegistryKey& from, std::u16string_view path) {
+  KeepShared(path);
+  std::size_t at = steps_.empty() ? 0 : steps_.back().end;
+  for (auto name = NextName(path, at); !name.empty(); name = NextName(path, at)) {
+    RegistryKey* key = tree_.Subkey(Last(from), name);
+    if (key == nullptr) return nullptr;
+    steps_.push_back({at, key});
+  }
+  return &Last(from);
+}
+
+RegistryKey* PathCursor::Create(RegistryKey& from, std::u16string_view path,
+                                RegistryTree::Placing placing) {
+  if (RegistryKey* key = Find(from, path)) return key;
+  const std::size_t start = steps_.empty() ? 0 : steps_.back().end;
+  std::size_t level = steps_.size();
+  std::size_t at = start;
+  for (auto name = NextName(path, at); !name.empty(); name = NextName(path, at)) {
+    if (name.size() > RegistryTree::kLongestKeyName) return nullptr;
+    if (++level > RegistryTree::kDeepestLevel) return nullptr;
+  }
+  at = start;
+  for (auto name = NextName(path, at); !name.empty(); name = NextName(path, at)) {
+    steps_.push_back({at, &tree_.AddSubkey(Last(from), name, placing)});
+  }
+  return &Last(from);
+}
+
+void PathCursor::KeepShared(std::u16string_view path) {
+  if (generation_ != tree_.Generation()) {
+    steps_.clear();
+    generation_ = tree_.Generation();
+  }
+  const auto shared = static_cast<std::size_t>(
+      std::mismatch(path.begin(), path.end(), path_.begin(), path_.end()).first - path.begin());
+  // A step counts only when the path ends there or goes on with a "\".
+  while (!steps_.empty() && (steps_.back().end > shared || (steps_.back().end < path.size() &&
+                                                            path[steps_.back().end] != u'\\'))) {
+    steps_.pop_back();
+  }
+  path_ = path;
+}
+
+std::u16string_view PathCursor::NextName(std::u16string_view path, std::size_t& at) {
+  while (at < path.size() && path[at] == u'\\') ++at;
+  const std::size_t start = at;
+  at = std::min(path.find(u'\\', at), path.size());
+  return path.substr(start, at - start);
+}
+
+}  // namespace morvelle

@@ -1,0 +1,255 @@
+#include "platform/tree_store.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/messages/text.h"
+
+namespace morvelle {
+
+namespace {
+
+constexpr std::u16string_view kRootName = u"HKEY_CURRENT_USER";
+
+bool IsText(std::uint32_t kind) {
+  const auto known = static_cast<ValueKind>(kind);
+  return known == ValueKind::String || known == ValueKind::ExpandString ||
+         known == ValueKind::MultiString;
+}
+
+std::u16string_view Units(std::string_view bytes) {
+  return {reinterpret_cast<const char16_t*>(bytes.data()), bytes.size() / sizeof(char16_t)};
+}
+
+/// A value as a program of the single-byte interface sees it.
+std::string View(const RegistryEntry& value) {
+  return IsText(value.kind) ? FromUtf16Lossy(Units(value.data)) : value.data;
+}
+
+std::string Stored(std::uint32_t kind, std::string_view data) {
+  if (!IsText(kind)) return std::string(data);
+  const auto wide = ToUtf16(data);
+  return {reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(char16_t)};
+}
+
+}  // namespace
+
+void TreeStore::UseRoot() {
+  root_ = tree_.Subkey(tree_.Top(), kRootName);
+  if (root_ == nullptr) {
+    root_ = &tree_.AddSubkey(tree_.Top(), kRootName, RegistryTree::Placing::Nowhere);
+  }
+}
+
+RegistryKey* TreeStore::KeyAt(std::string_view path) { return cursor_.Find(*root_, Wide(path)); }
+
+RegistryStatus TreeStore::OpenKey(std::string_view path, KeyAccess access, KeyHandle& handle) {
+  RegistryKey* key = KeyAt(path);
+  if (key == nullptr) return kStatusNotFound;
+  handle = Give(*key, access);
+  return kStatusSuccess;
+}
+
+RegistryStatus TreeStore::CreateKey(std::string_view path, KeyHandle& handle) {
+  return Written([&] {
+    RegistryKey* key = cursor_.Create(*root_, Wide(path), RegistryTree::Placing::InOrder);
+    if (key == nullptr) return kStatusInvalidParameter;
+    handle = Give(*key, KeyAccess::ReadWrite);
+    return kStatusSuccess;
+  });
+}
+
+RegistryStatus TreeStore::CloseKey(KeyHandle handle) {
+  if (handle == 0 || handle > opened_.size()) return kStatusInvalidHandle;
+  OpenedKey& opened = opened_[handle - 1];
+  if (opened.key == nullptr && !opened.deleted) return kStatusInvalidHandle;
+  opened = {};
+  freeHandles_.push_back(handle);
+  return kStatusSuccess;
+}
+
+RegistryStatus TreeStore::DescribeValue(KeyHandle key, std::string_view name, ValueKind& kind,
+                                        std::uint32_t& size) {
+  const RegistryEntry* value = nullptr;
+  if (const auto status = ValueOf(key, name, value); status != kStatusSuccess) return status;
+  kind = static_cast<ValueKind>(value->kind);
+  const auto bytes =
+      IsText(value->kind) ? value->data.size() / sizeof(char16_t) : value->data.size();
+  size = static_cast<std::uint32_t>(bytes);
+  return kStatusSuccess;
+}
+
+RegistryStatus TreeStore::ReadValue(KeyHandle key, std::string_view name, std::string& data) {
+  const RegistryEntry* value = nullptr;
+  if (const auto status = ValueOf(key, name, value); status != kStatusSuccess) return status;
+  data = View(*value);
+  return kStatusSuccess;
+}
+
+RegistryStatus TreeStore::SetValue(KeyHandle handle, std::string_view name, ValueKind kind,
+                                   std::string_view data) {
+  RegistryKey* key = nullptr;
+  const auto status = KeyOf(handle, KeyAccess::ReadWrite, key);
+  if (status != kStatusSuccess) return status;
+  const auto code = static_cast<std::uint32_t>(kind);
+  return Written([&] {
+    const RegistryEntry* present = tree_.FindValue(*key, Wide(name));
+    if (present == nullptr || present->kind != code || View(*present) != data) {
+      tree_.SetValue(*key, wide_, code, Stored(code, data));
+    }
+    return kStatusSuccess;
+  });
+}
+
+RegistryStatus TreeStore::DeleteValue(KeyHandle handle, std::string_view name) {
+  RegistryKey* key = nullptr;
+  const auto status = KeyOf(handle, KeyAccess::ReadWrite, key);
+  if (status != kStatusSuccess) return status;
+  return Written([&] {
+    const RegistryEntry* value = tree_.FindValue(*key, Wide(name));
+    if (value == nullptr) return kStatusNotFound;
+    tree_.DeleteValue(*key, *value);
+    return kStatusSuccess;
+  });
+}
+
+RegistryStatus TreeStore::EnumKey(KeyHandle handle, std::uint32_t index, std::string& name) {
+  RegistryKey* key = nullptr;
+  const auto status = KeyOf(handle, KeyAccess::EnumerateSubkeys, key);
+  if (status != kStatusSuccess) return status;
+  if (index >= key->subkeys.size()) return kStatusNoMoreItems;
+  name = FromUtf16Lossy(key->subkeys[index]->name->text);
+  return kStatusSuccess;
+}
+
+RegistryStatus TreeStore::DeleteKey(std::string_view path) {
+  return Written([&] {
+    RegistryKey* key = KeyAt(path);
+    if (key == nullptr) return kStatusNotFound;
+    if (key == root_ || !key->subkeys.empty()) return kStatusAccessDenied;
+    tree_.Delete(*key);
+    return kStatusSuccess;
+  });
+}
+
+RegistryStatus TreeStore::RenameSubkeys(std::string_view path, std::span<const KeyRename> renames,
+                                        std::span<const std::string_view> /*known*/) {
+  return Written([&] {
+    RegistryKey* parent = KeyAt(path);
+    if (parent == nullptr) return kStatusNotFound;
+    std::vector<RegistryTree::Renaming> renamings;
+    for (const auto& rename : renames) {
+      RegistryKey* subkey = tree_.Subkey(*parent, Wide(rename.from));
+      if (subkey == nullptr) return kStatusNotFound;
+      renamings.push_back({subkey, nullptr});
+    }
+    for (std::size_t i = 0; i < renamings.size(); ++i) {
+      RegistryKey* present = tree_.Subkey(*parent, Wide(renames[i].to));
+      const bool isRenamed =
+          std::any_of(renamings.begin(), renamings.end(),
+                      [&](const auto& renaming) { return renaming.subkey == present; });
+      if (present != nullptr && !isRenamed) tree_.Delete(*present);
+      renamings[i].name = tree_.Names().Intern(wide_);
+    }
+    tree_.Rename(*parent, std::move(renamings));
+    return kStatusSuccess;
+  });
+}
+
+void TreeStore::BeginBatch() {
+  inBatch_ = true;
+  tree_.StartBatch();
+}
+
+CommitOutcome TreeStore::CommitBatch(bool overwriteChanged) {
+  if (!inBatch_) return CommitOutcome::Done;
+  lastError_.clear();
+  const auto outcome =
+      tree_.Changed() ? WriteOut(overwriteChanged, lastError_) : CommitOutcome::Done;
+  if (outcome != CommitOutcome::ChangedMeanwhile) EndBatch(outcome == CommitOutcome::Done);
+  return outcome;
+}
+
+void TreeStore::AbandonBatch() {
+  if (inBatch_) EndBatch(false);
+}
+
+CommitOutcome TreeStore::WriteOut([[maybe_unused]] bool overwriteChanged,
+                                  [[maybe_unused]] std::string& error) {
+  return CommitOutcome::Done;
+}
+
+KeyHandle TreeStore::Give(RegistryKey& key, KeyAccess access) {
+  if (freeHandles_.empty()) {
+    opened_.push_back({&key, access});
+    return static_cast<KeyHandle>(opened_.size());
+  }
+  const KeyHandle handle = freeHandles_.back();
+  freeHandles_.pop_back();
+  opened_[handle - 1] = {&key, access};
+  return handle;
+}
+
+RegistryStatus TreeStore::KeyOf(KeyHandle handle, KeyAccess wanted, RegistryKey*& key) const {
+  if (handle == 0 || handle > opened_.size()) return kStatusInvalidHandle;
+  const OpenedKey& opened = opened_[handle - 1];
+  if (opened.deleted) return kStatusKeyDeleted;
+  if (opened.key == nullptr) return kStatusInvalidHandle;
+  if (opened.key->gone) return kStatusKeyDeleted;
+  if (opened.access != KeyAccess::ReadWrite && opened.access != wanted) {
+    return kStatusAccessDenied;
+  }
+  key = opened.key;
+  return kStatusSuccess;
+}
+
+RegistryStatus TreeStore::ValueOf(KeyHandle handle, std::string_view name,
+                                  const RegistryEntry*& value) {
+  RegistryKey* key = nullptr;
+  const auto status = KeyOf(handle, KeyAccess::ReadWrite, key);
+  if (status != kStatusSuccess) return status;
+  value = tree_.FindValue(*key, Wide(name));
+  return value == nullptr ? kStatusNotFound : kStatusSuccess;
+}
+
+std::u16string_view TreeStore::Wide(std::string_view text) {
+  wide_.resize(text.size());
+  std::transform(text.begin(), text.end(), wide_.begin(), CodeUnitOf);
+  return wide_;
+}
+
+template <typename Write>
+RegistryStatus TreeStore::Written(Write&& write) {
+  if (inBatch_) return std::forward<Write>(write)();
+  BeginBatch();
+  const RegistryStatus status = std::forward<Write>(write)();
+  switch (CommitBatch(false)) {
+    case CommitOutcome::Done:
+      return status;
+    case CommitOutcome::ChangedMeanwhile:
+      EndBatch(false);
+      break;
+    case CommitOutcome::Failed:
+      break;
+  }
+  return kStatusWriteFailed;
+}
+
+void TreeStore::EndBatch(bool keep) {
+  inBatch_ = false;
+  if (keep) {
+    tree_.Keep();
+  } else {
+    tree_.Undo();
+  }
+  // A handle outlives its key; it must not point to what is let go of now.
+  if (!tree_.HasDead()) return;
+  for (OpenedKey& opened : opened_) {
+    if (opened.key == nullptr || !opened.key->gone) continue;
+    opened.key = nullptr;
+    opened.deleted = true;
+  }
+  tree_.Bury();
+}
+
+}  // namespace morvelle

@@ -1,0 +1,130 @@
+#include "view/line_list.h"
+
+#include <wx/wupdlock.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "view/wx_text.h"
+
+namespace morvelle {
+
+namespace {
+
+/// Up to so many lines are changed one by one (about 0.1 ms each); a larger block is exchanged
+/// whole (about 2 µs a line).
+constexpr std::ptrdiff_t kMostSingleChanges = 64;
+
+}  // namespace
+
+LineList::LineList(wxWindow* parent, bool severalSelections, const wxSize& leastSize, Show show)
+    : leastSize_(leastSize), show_(show ? std::move(show) : Show(ToWx)) {
+  Create(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, 0, nullptr,
+         (severalSelections ? wxLB_MULTIPLE : wxLB_SINGLE) | wxLB_NEEDED_SB);
+  Bind(wxEVT_LEFT_DOWN, &LineList::OnPress, this);
+  Bind(wxEVT_LEFT_UP, &LineList::OnRelease, this);
+  Bind(wxEVT_LISTBOX, &LineList::OnSelect, this);
+}
+
+void LineList::TakeOver(const ListBox& list) {
+  TakeOverLines(list.Items());
+  TakeOverSelection(list);
+}
+
+void LineList::TakeOverLines(const std::vector<std::string>& lines) {
+  const auto [oldFirst, newFirst] =
+      std::mismatch(shown_.begin(), shown_.end(), lines.begin(), lines.end());
+  if (oldFirst == shown_.end() && newFirst == lines.end()) return;
+  const auto first = static_cast<std::size_t>(oldFirst - shown_.begin());
+  const auto mostAtEnd = std::min(shown_.size(), lines.size()) - first;
+  std::size_t atEnd = 0;
+  while (atEnd < mostAtEnd &&
+         shown_[shown_.size() - 1 - atEnd] == lines[lines.size() - 1 - atEnd]) {
+    ++atEnd;
+  }
+  ReplaceBlock(lines, first, shown_.size() - atEnd, lines.size() - atEnd);
+  shown_ = lines;
+}
+
+void LineList::ReplaceBlock(const std::vector<std::string>& lines, std::size_t first,
+                            std::size_t oldEnd, std::size_t newEnd) {
+  auto differs = [&](std::size_t i) { return shown_[i] != lines[i]; };
+  if (oldEnd == newEnd) {
+    std::vector<std::size_t> changed;
+    for (std::size_t i = first; i < newEnd; ++i) {
+      if (differs(i)) changed.push_back(i);
+    }
+    if (std::ssize(changed) <= kMostSingleChanges) {
+      for (const auto i : changed) SetString(static_cast<unsigned>(i), show_(lines[i]));
+      return;
+    }
+  }
+  const wxWindowUpdateLocker calm(this);
+  if (first == 0 && oldEnd == shown_.size()) {
+    Clear();
+  } else {
+    for (auto i = oldEnd; i > first; --i) Delete(static_cast<unsigned>(i - 1));
+  }
+  if (first == newEnd) return;
+  wxArrayString fresh;
+  fresh.reserve(newEnd - first);
+  for (auto i = first; i < newEnd; ++i) fresh.push_back(show_(lines[i]));
+  Insert(fresh, static_cast<unsigned>(first));
+}
+
+void LineList::TakeOverSelection(const ListBox& list) {
+  if (!list.SeveralSelections()) {
+    if (GetSelection() != list.ListIndex()) SetSelection(list.ListIndex());
+    return;
+  }
+  for (int i = 0; i < list.Count(); ++i) {
+    if (IsSelected(i) == list.Selected(i)) continue;
+    if (list.Selected(i)) {
+      SetSelection(i);
+    } else {
+      Deselect(i);
+    }
+  }
+  wxArrayInt selections;
+  GetSelections(selections);
+  shownSelections_.assign(selections.begin(), selections.end());
+}
+
+void LineList::OnPress(wxMouseEvent& event) {
+  pressed_ = HitTest(event.GetPosition());
+  reported_ = false;
+  event.Skip();
+}
+
+// A list reports a click on its current line by no event of its own, or not on every system; what
+// it does report comes before the call that is queued here.
+void LineList::OnRelease(wxMouseEvent& event) {
+  event.Skip();
+  CallAfter([this] {
+    const auto pressed = std::exchange(pressed_, wxNOT_FOUND);
+    if (pressed != wxNOT_FOUND && !reported_ && onPick) onPick(pressed);
+  });
+}
+
+void LineList::OnSelect(wxCommandEvent& event) {
+  reported_ = true;
+  const int index = pressed_ != wxNOT_FOUND ? pressed_ : PickedByKey(event);
+  if (index != wxNOT_FOUND && onPick) onPick(index);
+}
+
+// Moving by key in a list of several selections takes the selection along: the line that gained it
+// is the one picked.
+int LineList::PickedByKey(const wxCommandEvent& event) const {
+  if (!HasMultipleSelection()) return event.GetSelection();
+  wxArrayInt now;
+  GetSelections(now);
+  for (const int index : now) {
+    if (std::find(shownSelections_.begin(), shownSelections_.end(), index) ==
+        shownSelections_.end()) {
+      return index;
+    }
+  }
+  return event.GetInt();
+}
+
+}  // namespace morvelle

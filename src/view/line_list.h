@@ -1,0 +1,48 @@
+#pragma once
+
+#include <wx/listbox.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ui/controls.h"
+
+namespace morvelle {
+
+/// The native list of a ListBox. It is never rebuilt: only the lines that differ are touched, so
+/// that its place stays where the user left it and a list of 32,767 words takes a word at once.
+class LineList final : public wxListBox {
+ public:
+  /// How a line looks; by default as it stands.
+  using Show = std::function<wxString(std::string_view line)>;
+  LineList(wxWindow* parent, bool severalSelections, const wxSize& leastSize, Show show = {});
+
+  /// The user clicked a line or moved to it by a key, the current line included.
+  std::function<void(int index)> onPick;
+
+  void TakeOver(const ListBox& list);
+
+ private:
+  // The toolkit would measure every line.
+  [[nodiscard]] wxSize DoGetBestClientSize() const override { return leastSize_; }
+  void TakeOverLines(const std::vector<std::string>& lines);
+  void ReplaceBlock(const std::vector<std::string>& lines, std::size_t first, std::size_t oldEnd,
+                    std::size_t newEnd);
+  void TakeOverSelection(const ListBox& list);
+  [[nodiscard]] int PickedByKey(const wxCommandEvent& event) const;
+  void OnPress(wxMouseEvent& event);
+  void OnRelease(wxMouseEvent& event);
+  void OnSelect(wxCommandEvent& event);
+
+  wxSize leastSize_;
+  Show show_;
+  /// The lines that the widget shows now.
+  std::vector<std::string> shown_;
+  std::vector<int> shownSelections_;
+  int pressed_ = wxNOT_FOUND;
+  bool reported_ = false;
+};
+
+}  // namespace morvelle

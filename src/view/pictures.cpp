@@ -1,0 +1,41 @@
+#include "view/pictures.h"
+
+#include <wx/settings.h>
+
+#include <string>
+#include <string_view>
+
+namespace morvelle {
+
+namespace {
+
+constexpr std::string_view kUpPath = "M8 3 L14 12 L2 12 Z";
+constexpr std::string_view kDownPath = "M8 13 L2 4 L14 4 Z";
+
+wxBitmapBundle Arrow(std::string_view path) {
+  const auto colour =
+      wxSystemSettings::GetColour(wxSYS_COLOUR_BTNTEXT).GetAsString(wxC2S_HTML_SYNTAX);
+  std::string svg = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 16 16"><path d=")";
+  svg.append(path).append(R"(" fill=")").append(colour.utf8_string()).append(R"("/></svg>)");
+  return wxBitmapBundle::FromSVG(svg.c_str(), wxSize(16, 16));
+}
+
+constexpr const char* kLetterAndSieve = R"(
+<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 72 48">
+  <path d="M17 3 H55 V27 H17 Z" fill="#fdf6e3" stroke="#5b6b7b" stroke-width="1.6"/>
+  <path d="M17 3 L36 17 L55 3" fill="none" stroke="#5b6b7b" stroke-width="1.6"/>
+  <path d="M17 27 L30 13 M55 27 L42 13" fill="none" stroke="#5b6b7b" stroke-width="1.2"/>
+  <path d="M6 27 H66 L62 33 H10 Z" fill="#7fa7c9" stroke="#3b6a94" stroke-width="1.6"/>
+  <path d="M14 33 L17 37 M22 33 L24 37 M30 33 L31 37 M42 33 L41 37 M50 33 L48 37 M58 33 L55 37"
+        fill="none" stroke="#3b6a94" stroke-width="1.6"/>
+  <path d="M24 41 H27 M34.5 41 H37.5 M45 41 H48 M29 45 H32 M40 45 H43" fill="none"
+        stroke="#c8862b" stroke-width="2.2"/>
+</svg>)";
+
+}  // namespace
+
+wxBitmapBundle UpArrow() { return Arrow(kUpPath); }
+wxBitmapBundle DownArrow() { return Arrow(kDownPath); }
+wxBitmapBundle LetterAndSieve() { return wxBitmapBundle::FromSVG(kLetterAndSieve, wxSize(72, 48)); }
+
+}  // namespace morvelle

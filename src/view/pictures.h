@@ -1,0 +1,15 @@
+#pragma once
+
+#include <wx/bmpbndl.h>
+
+/// The window's own drawings, sharp at every scale.
+namespace morvelle {
+
+/// An arrow in the colour of the window's text.
+wxBitmapBundle UpArrow();
+wxBitmapBundle DownArrow();
+
+/// A letter on its way through a sieve.
+wxBitmapBundle LetterAndSieve();
+
+}  // namespace morvelle

@@ -1,0 +1,13 @@
+# The windows, and the halves of the desktop ports that are answered with wxWidgets.
+if(MORVELLE_WX)
+  include(${PROJECT_SOURCE_DIR}/cmake/MorvelleWx.cmake)
+  morvelle_room(platform_wx
+    SOURCES platform/dialogs_wx.cpp
+    USES messages ports wx)
+  morvelle_room(view
+    SOURCES view/french.cpp view/gestures.cpp view/line_list.cpp view/main_window.cpp
+      view/main_window_layout.cpp view/marked_text.cpp view/menu_bar.cpp view/mirror.cpp
+      view/pictures.cpp view/rule_menu.cpp view/stack_sizer.cpp view/text_line.cpp
+      view/widget_maker.cpp view/window_place.cpp view/wx_text.cpp
+    USES ui ports wx)
+endif()

@@ -1,0 +1,53 @@
+#include "view/text_line.h"
+
+#include <utility>
+
+#include "view/wx_text.h"
+
+namespace morvelle {
+
+TextLine::TextLine(wxWindow* parent, bool readOnly)
+    : wxTextCtrl(parent, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize,
+                 readOnly ? wxTE_READONLY : wxTE_PROCESS_ENTER) {
+  if (readOnly) return;
+  Bind(wxEVT_TEXT, [this](wxCommandEvent&) {
+    typing_ = true;
+    if (onType) onType(GetValue());
+    typing_ = false;
+  });
+  Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) {
+    if (onEnter) onEnter();
+  });
+  // Before each way in which the text can change, and whenever the user rests.
+  Bind(wxEVT_KEY_DOWN, [this](wxKeyEvent& event) {
+    RememberCaret();
+    event.Skip();
+  });
+  Bind(wxEVT_TEXT_PASTE, [this](wxClipboardTextEvent& event) {
+    RememberCaret();
+    event.Skip();
+  });
+  Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
+    if (HasFocus()) RememberCaret();
+    event.Skip();
+  });
+}
+
+void TextLine::RememberCaret() {
+  long end = 0;
+  GetSelection(&caret_, &end);
+}
+
+void TextLine::TakeOver(const TextBox& box) {
+  const wxString text = ToWx(box.Text());
+  const wxString former = std::exchange(shown_, text);
+  if (GetValue() == text) return;
+  const bool refused = typing_ && text == former;
+  const long caret = refused ? caret_ : IsEditable() ? static_cast<long>(text.length()) : 0L;
+  ChangeValue(text);
+  SetInsertionPoint(caret);
+  // The toolkit moves the caret once more when it has finished with what was typed.
+  if (typing_) CallAfter([this, caret] { SetInsertionPoint(caret); });
+}
+
+}  // namespace morvelle

@@ -1,0 +1,91 @@
+#include "view/window_place.h"
+
+#include <wx/display.h>
+#include <wx/fileconf.h>
+#include <wx/filename.h>
+#include <wx/log.h>
+#include <wx/stdpaths.h>
+#include <wx/toplevel.h>
+
+#include <algorithm>
+
+namespace morvelle {
+
+namespace {
+
+constexpr const char* kLeft = "/Fenetre/Gauche";
+constexpr const char* kTop = "/Fenetre/Haut";
+constexpr const char* kWidth = "/Fenetre/Largeur";
+constexpr const char* kHeight = "/Fenetre/Hauteur";
+constexpr const char* kMaximized = "/Fenetre/PleinEcran";
+
+std::vector<wxRect> Screens() {
+  std::vector<wxRect> screens;
+  for (unsigned i = 0; i < wxDisplay::GetCount(); ++i) {
+    const wxDisplay display(i);
+    screens.insert(display.IsPrimary() ? screens.begin() : screens.end(), display.GetClientArea());
+  }
+  return screens;
+}
+
+int Area(const wxRect& rect) { return rect.width * rect.height; }
+
+}  // namespace
+
+wxRect PutOnScreen(wxRect wanted, const std::vector<wxRect>& screens) {
+  if (screens.empty()) return wanted;
+  const auto screen = *std::max_element(
+      screens.begin(), screens.end(), [&](const wxRect& left, const wxRect& right) {
+        return Area(left.Intersect(wanted)) < Area(right.Intersect(wanted));
+      });
+  wanted.width = std::min(wanted.width, screen.width);
+  wanted.height = std::min(wanted.height, screen.height);
+  wanted.x = std::clamp(wanted.x, screen.x, screen.x + screen.width - wanted.width);
+  wanted.y = std::clamp(wanted.y, screen.y, screen.y + screen.height - wanted.height);
+  return wanted;
+}
+
+wxString WindowPlace::UsualFile() {
+  auto& paths = wxStandardPaths::Get();
+  paths.SetFileLayout(wxStandardPaths::FileLayout_XDG);
+  wxFileName file(paths.GetUserConfigDir(), "fenetre.conf");
+  file.AppendDir("morvelle");
+  return file.GetFullPath();
+}
+
+void WindowPlace::Restore(wxTopLevelWindow& window, const wxSize& usualSize) const {
+  const wxLogNull quiet;
+  const wxFileConfig config({}, {}, file_, {}, wxCONFIG_USE_LOCAL_FILE);
+  wxSize size(static_cast<int>(config.ReadLong(kWidth, 0)),
+              static_cast<int>(config.ReadLong(kHeight, 0)));
+  const bool kept = size.x > 0 && size.y > 0;
+  size = window.FromDIP(kept ? size : usualSize);
+  size.IncTo(window.GetMinSize());
+  const auto screens = Screens();
+  wxRect wanted(wxPoint(static_cast<int>(config.ReadLong(kLeft, 0)),
+                        static_cast<int>(config.ReadLong(kTop, 0))),
+                size);
+  if (!kept && !screens.empty()) wanted = wxRect(size).CentreIn(screens.front());
+  window.SetSize(PutOnScreen(wanted, screens));
+  if (config.ReadBool(kMaximized, false)) window.Maximize();
+}
+
+void WindowPlace::Keep(const wxTopLevelWindow& window) const {
+  if (window.IsIconized()) return;
+  const wxLogNull quiet;
+  const auto folder = wxFileName(file_).GetPath();
+  if (!wxFileName::Mkdir(folder, wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL)) return;
+  wxFileConfig config({}, {}, file_, {}, wxCONFIG_USE_LOCAL_FILE);
+  config.Write(kMaximized, window.IsMaximized());
+  if (!window.IsMaximized()) {
+    const auto rect = window.GetRect();
+    const auto size = window.ToDIP(rect.GetSize());
+    config.Write(kLeft, rect.x);
+    config.Write(kTop, rect.y);
+    config.Write(kWidth, size.x);
+    config.Write(kHeight, size.y);
+  }
+  config.Flush();
+}
+
+}  // namespace morvelle
