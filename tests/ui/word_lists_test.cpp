@@ -40,18 +40,6 @@ TEST_F(WordListTest, ATypedWordIsShownForCopyingAndAddedByEnter) {
       << "the list keeps repeats until it is saved";
 }
 
-TEST_F(WordListTest, CountsReadInTheSingularBelowTwo) {
-  OpenFirst();
-  ClickWord(kSender, 1);
-  Click("cmdDel(0)");
-  EXPECT_EQ(Count(kSender), "1 mot");
-  ClickWord(kSender, 0);
-  Click("cmdDel(0)");
-  EXPECT_EQ(Count(kSender), "0 mot");
-  Add(kBody, u"gamma");
-  EXPECT_EQ(Count(kBody), "1 mot");
-}
-
 TEST_F(WordListTest, ButtonsFollowWhatIsTypedAndClicked) {
   OpenFirst();
   EXPECT_EQ(Buttons(0), "");
@@ -97,6 +85,10 @@ TEST_F(WordListTest, DeletingNeedsASelectedWord) {
   EXPECT_EQ(Typed(kSender), "");
   EXPECT_EQ(Buttons(0), "cmdRestore(0)");
   EXPECT_TRUE(Can("mnuRegContent"));
+  EXPECT_EQ(Count(kSender), "1 mot");
+  ClickWord(kSender, 0);
+  Click("cmdDel(0)");
+  EXPECT_EQ(Count(kSender), "0 mot");
 }
 
 TEST_F(WordListTest, AWordGoesToTheListInWhoseBoxItWasTyped) {
@@ -172,6 +164,7 @@ TEST_F(WordListTest, AbandoningDropsTheEditAndFreesTheWindow) {
   EXPECT_EQ(form->statBar.Panel(9), "");
   EXPECT_EQ(Stored(), before);
   EXPECT_TRUE(form->NoChange()) << "nothing is left to ask about";
+  EXPECT_FALSE(state.editing.bWordReady);
   Open(1);
   Show(kSender);
   Press(kSender, kKeyReturn);
@@ -180,17 +173,28 @@ TEST_F(WordListTest, AbandoningDropsTheEditAndFreesTheWindow) {
   EXPECT_EQ(Count(kSender), "1 mot") << "the first rule's count is forgotten too";
 }
 
-TEST_F(WordListTest, ARuleDeletedMeanwhileClosesTheEditor) {
+TEST_F(WordListTest, ARuleThatAnotherProgramTookAwayClosesTheEditor) {
+  const std::vector<std::string> editor = {"lstAct", "chkEnabled", "txtBox(0)", "mnuOptions"};
   OpenFirst();
   Add(kSender, u"gamma");
   rules.Order("001");
   Click("cmdRestore(0)");
-  EXPECT_EQ(Which({"lstAct", "chkEnabled", "txtBox(0)", "mnuOptions", "mnuRegContent"}), "");
+  EXPECT_EQ(Which(editor), "");
   EXPECT_THAT(form->lstRules.Items(), ElementsAre("  001 Famille"));
+  EXPECT_EQ(form->RuleMenu("mnuRen").Count(), 1) << "the menus shrink with the list";
+  rules.Rule("001", "Famille").Criteria("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
+  dialogs.Expect(
+      "La règle \"001 - Famille\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp);
+  Open(0);
+  EXPECT_EQ(Which(editor), "") << "it has grown beyond the tables";
+}
+
+TEST_F(WordListTest, ARuleSetEmptiedMeanwhileLeavesAUsableWindow) {
+  StartWithTwoRules();
   rules.Order("");
   Open(0);
-  EXPECT_EQ(Which({"lstAct", "chkEnabled", "txtBox(0)", "mnuOptions", "mnuChange"}), "");
-  EXPECT_EQ(Which({"mnuAdd", "mnuImpOneRule"}), "mnuAdd mnuImpOneRule");
+  EXPECT_EQ(Which({"lstAct", "txtBox(0)", "mnuOptions", "mnuChange", "mnuAdd", "mnuImpOneRule"}),
+            "mnuAdd mnuImpOneRule");
 }
 
 }  // namespace
