@@ -32,9 +32,18 @@ void frmMorvelle::mnuMod_Click(int index) {
     editing_.modes.editingContent = true;
     fraMerge.SetVisible(false);
     ClearMod();
-    const int row = tables_.RowOfId(id);
-    if (row >= 0) OpenRule(row, false);
+    OpenStoredRule(id);
   });
+}
+
+void frmMorvelle::OpenStoredRule(const std::string& id) {
+  const int row = tables_.RowOfId(id);
+  // Another program may have deleted the rule, or changed it beyond what the window can hold.
+  if (row < 0 || !RuleMenu("mnuMod").EnabledOf(row)) {
+    EnableAll(false);
+    return;
+  }
+  OpenRule(row, false);
 }
 
 void frmMorvelle::OpenRule(int row, bool modified) {
@@ -112,7 +121,6 @@ void frmMorvelle::ShowFirstSlot() {
     if (tables_.WordCount[Index(s)] > 0) slot = s;
   }
   optCriteria[Index(slot)].Choose();
-  optCriteria_Click(slot);
 }
 
 void frmMorvelle::ShowActions() {

@@ -101,7 +101,9 @@ void TextBox::SetText(std::string_view text) {
 
 void TextBox::Type(std::u16string_view text) {
   if (!Reachable() || readOnly_) return;
-  if (const auto bytes = FromUtf16(text)) {
+  const auto bytes = FromUtf16(text);
+  // A zero would end the word where it is stored.
+  if (bytes && bytes->find('\0') == std::string::npos) {
     SetText(*bytes);
     return;
   }

@@ -28,6 +28,8 @@ void frmMorvelle::optCriteria_Click(int i) {
   Ending("optCriteria_Click", [&] {
     for (int j = 0; j < kSlotCount; ++j) fraEdit[Index(j)].SetVisible(j == i);
     nCurList = static_cast<std::uint8_t>(i);
+    // A word typed in this list's box before another list was shown still waits to be added.
+    editing_.bWordReady = cmdAdd[Index(i)].Enabled();
     ShowContentQuestions();
   });
 }
@@ -38,16 +40,18 @@ void frmMorvelle::ShowContentQuestions() {
   Menu("mnuContent(1)").SetEnabled(hasWords);
   if (!hasWords) return;
   const auto& flags = SlotRecord(nCurList).Flags;
-  const bool contains = flags.empty() || flags == "0" || flags == "2";
-  const bool all = flags == "2" || flags == "3";
-  CheckPair(abContainsYesNo, contains, "mnuContentYes", "mnuContentNo");
-  CheckPair(abContainsAllOne, all, "mnuContentAll", "mnuContentOne");
+  // Flags of no known meaning check neither answer, so that answering one question keeps them.
+  const bool atLeastOne = flags.empty() || flags == "0";
+  CheckPair(abContainsYesNo, {atLeastOne || flags == "2", flags == "1" || flags == "3"},
+            "mnuContentYes", "mnuContentNo");
+  CheckPair(abContainsAllOne, {flags == "2" || flags == "3", atLeastOne || flags == "1"},
+            "mnuContentAll", "mnuContentOne");
 }
 
-void frmMorvelle::CheckPair(std::array<bool, 2>& pair, bool first, std::string_view firstMenu,
-                            std::string_view secondMenu) {
+void frmMorvelle::CheckPair(std::array<bool, 2>& pair, const std::array<bool, 2>& checks,
+                            std::string_view firstMenu, std::string_view secondMenu) {
   const Filling filling(*this);
-  pair = {first, !first};
+  pair = checks;
   Menu(firstMenu).SetChecked(pair[0]);
   Menu(secondMenu).SetChecked(pair[1]);
 }
@@ -86,7 +90,7 @@ void frmMorvelle::mnuContentYes_Click() {
   if (bFilling) return;
   Ending("mnuContentYes_Click", [&] {
     SetFlags(abContainsAllOne[0], abContainsAllOne[1], "2", "0");
-    CheckPair(abContainsYesNo, true, "mnuContentYes", "mnuContentNo");
+    CheckPair(abContainsYesNo, {true, false}, "mnuContentYes", "mnuContentNo");
   });
 }
 
@@ -94,7 +98,7 @@ void frmMorvelle::mnuContentNo_Click() {
   if (bFilling) return;
   Ending("mnuContentNo_Click", [&] {
     SetFlags(abContainsAllOne[0], abContainsAllOne[1], "3", "1");
-    CheckPair(abContainsYesNo, false, "mnuContentYes", "mnuContentNo");
+    CheckPair(abContainsYesNo, {false, true}, "mnuContentYes", "mnuContentNo");
   });
 }
 
@@ -102,7 +106,7 @@ void frmMorvelle::mnuContentAll_Click() {
   if (bFilling) return;
   Ending("mnuContentAll_Click", [&] {
     SetFlags(abContainsYesNo[0], abContainsYesNo[1], "2", "3");
-    CheckPair(abContainsAllOne, true, "mnuContentAll", "mnuContentOne");
+    CheckPair(abContainsAllOne, {true, false}, "mnuContentAll", "mnuContentOne");
   });
 }
 
@@ -110,7 +114,7 @@ void frmMorvelle::mnuContentOne_Click() {
   if (bFilling) return;
   Ending("mnuContentOne_Click", [&] {
     SetFlags(abContainsYesNo[0], abContainsYesNo[1], "0", "1");
-    CheckPair(abContainsAllOne, false, "mnuContentAll", "mnuContentOne");
+    CheckPair(abContainsAllOne, {false, true}, "mnuContentAll", "mnuContentOne");
   });
 }
 

@@ -200,6 +200,8 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void ContentEdited();
   void CharacterRefused();
   void CountWord(int i, int difference);
+  /// Counts again the words of the list boxes that hold any.
+  void RecountWords();
 
   // criteria_options.cpp
   void ConnectOptions();
@@ -213,8 +215,8 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void SetLogic(std::string_view logic);
   void SetFlags(bool otherFirst, bool otherSecond, std::string_view whenFirst,
                 std::string_view whenSecond);
-  void CheckPair(std::array<bool, 2>& pair, bool first, std::string_view firstMenu,
-                 std::string_view secondMenu);
+  void CheckPair(std::array<bool, 2>& pair, const std::array<bool, 2>& checks,
+                 std::string_view firstMenu, std::string_view secondMenu);
   void ShowContentQuestions();
   [[nodiscard]] CriterionRecord& SlotRecord(int slot);
 
@@ -222,6 +224,8 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void mnuMod_Click(int index);
   void chkEnabled_Click();
   void lstAct_Click();
+  /// Opens the rule as it is stored, after a reload.
+  void OpenStoredRule(const std::string& id);
   void OpenRule(int row, bool modified);
   void FillSlots();
   void ShowFirstSlot();
@@ -236,7 +240,9 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   [[nodiscard]] bool MayLeave();
   void mnuRegContent_Click();
   void mnuRegOrder_Click();
+  /// False when the rule could not be stored: it then stays open, modified and whole.
   [[nodiscard]] bool SaveOpenRule(bool withOrder);
+  [[nodiscard]] bool WriteOpenRule(bool withOrder);
   [[nodiscard]] bool SaveOrder();
   void mnuQuit_Click();
 

@@ -34,6 +34,13 @@ bool frmMorvelle::MayLeave() {
 }
 
 bool frmMorvelle::SaveOpenRule(bool withOrder) {
+  if (WriteOpenRule(withOrder)) return true;
+  // The save counted each word once; the list boxes still show them all.
+  RecountWords();
+  return false;
+}
+
+bool frmMorvelle::WriteOpenRule(bool withOrder) {
   const int row = tables_.RowOfId(editing_.openRuleId);
   if (row < 0) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
   const auto planned = writer_.PlanRule(row, {.contentEdit = true});

@@ -111,7 +111,6 @@ void frmMorvelle::EnableAll(bool keepContent) {
       lblNb[i].SetCaption("");
     }
     SelectAction(-1);
-    lstAct.SetItem(0, kMoveToDeletedItems);
     for (auto& filter : chkFilter) filter.SetChecked(false);
     chkEnabled.SetChecked(false);
     ForgetOpenRule();

@@ -120,6 +120,13 @@ void frmMorvelle::CountWord(int i, int difference) {
   lblNb[Index(i)].SetCaption(WordCountText(count));
 }
 
+void frmMorvelle::RecountWords() {
+  for (int i = 0; i < kSlotCount; ++i) {
+    const int listed = lstBox[Index(i)].Count();
+    if (listed > 0) CountWord(i, listed - tables_.WordCount[Index(i)]);
+  }
+}
+
 void frmMorvelle::AddWord(int i) {
   auto& box = txtBox[Index(i)];
   // A word typed in another list's box is not this list's.
@@ -179,8 +186,7 @@ void frmMorvelle::cmdRestore_Click() {
     const auto id = editing_.openRuleId;
     if (id.empty()) return;
     ClearMod();
-    const int row = tables_.RowOfId(id);
-    if (row >= 0) OpenRule(row, false);
+    OpenStoredRule(id);
   });
 }
 
