@@ -28,22 +28,11 @@ class RuleLoaderTest : public testing::Test {
 };
 
 TEST_F(RuleLoaderTest, ReadsRulesInTheirOrderWithEveryField) {
-  set.Order("002 000")
-      .PlainRule("000", "Listes"_cp, "000 001 002")
-      .Words("000", 8, {"b", "a"}, 2, 1)
-      .Criterion("001", 15, 1, 2)
-      .Number(40)
-      .Criterion("002", 20)
-      .Rule("002", "Courses", 0)
-      .Actions("000 001 002")
-      .Action("000", 6)
-      .Bytes("stored01\x09\0\0\0"s)
-      .Action("001", 2)
-      .Text("a@b.c")
-      .Action("002", 10)
-      .Number(3)
-      .Criteria("000")
-      .Words("000", 22, {"x"});
+  set.Order("002 000").PlainRule("000", "Listes", "000 001 002");
+  set.Words("000", 8, {"b", "a"}, 2, 1).Criterion("001", 15, 1, 2).Number(40).Criterion("002", 20);
+  set.Rule("002", "Courses", 0).Actions("000 001 002").Criteria("000").Words("000", 22, {"x"});
+  set.Action("000", 6).Bytes("stored01\x09\0\0\0"s);
+  set.Action("001", 2).Text("a@b.c").Action("002", 10).Number(3);
   Load();
   ASSERT_EQ(tables.RuleCount, 2);
   EXPECT_EQ(tables.Mail.Order, "002 000");
@@ -90,13 +79,9 @@ TEST_F(RuleLoaderTest, WithoutRulesImportingIsStillPossible) {
 }
 
 TEST_F(RuleLoaderTest, DamagedRulesAreReportedOnceNamingTheFirst) {
-  set.Order("000 001 002")
-      .PlainRule("000", "Bonne", "000")
-      .PlainRule("001", "Sans mots", "000")
-      .Words("000", 8, {"x"})
-      .Without("Value")
-      .PlainRule("002", "", "000")
-      .RuleWithout("Name");
+  set.Order("000 001 002").PlainRule("000", "Bonne", "000");
+  set.PlainRule("001", "Sans mots", "000").Words("000", 8, {"x"}).Without("Value");
+  set.PlainRule("002", "", "000").RuleWithout("Name");
   ExpectDamaged("001 - Sans mots");
   Load();
   EXPECT_EQ(tables.FirstCriteria[1][1].Type, "8") << "kept with an empty value";
@@ -126,12 +111,8 @@ TEST_F(RuleLoaderTest, KeysThatAreNotThereAreDamageAndAreNotMade) {
 }
 
 TEST_F(RuleLoaderTest, AReloadStartsFromBlank) {
-  set.Order("000 001")
-      .PlainRule("000", "A", "000 001")
-      .Words("000", 12, {"x"})
-      .Words("001", 9, {"y"})
-      .PlainRule("001", "B", "000")
-      .Words("000", 8, {"z"});
+  set.Order("000 001").PlainRule("000", "A", "000 001").Words("000", 12, {"x"});
+  set.Words("001", 9, {"y"}).PlainRule("001", "B", "000").Words("000", 8, {"z"});
   Load();
   set.Order("001");
   set.Rule("001", "B").Remove(kTestMailKey + "001", "Enabled");
@@ -181,10 +162,8 @@ TEST_F(RuleLoaderTest, MoreEntriesThanTheTablesHoldAreListedAndLeftAlone) {
 }
 
 TEST_F(RuleLoaderTest, TheFirstOfTwoCriteriaOfAKindOwnsTheSlot) {
-  set.Order("000")
-      .PlainRule("000", "A", "003 001")
-      .Words("001", 8, {"second"})
-      .Words("003", 8, {"premier"});
+  set.Order("000").PlainRule("000", "A", "003 001");
+  set.Words("001", 8, {"second"}).Words("003", 8, {"premier"});
   Load();
   EXPECT_EQ(tables.FirstCriteria[0][1].Id, "003");
   EXPECT_EQ(tables.FirstCriteria[0][1].Value, "premier\0\0\0"s);
@@ -192,17 +171,11 @@ TEST_F(RuleLoaderTest, TheFirstOfTwoCriteriaOfAKindOwnsTheSlot) {
 }
 
 TEST_F(RuleLoaderTest, RulesOfWordsOrOfNothingCanBeEdited) {
-  set.Order("000 001 002 003")
-      .PlainRule("000", "Mots et taille", "000 001")
-      .Criterion("000", 15)
-      .Number(1)
-      .Words("001", 9, {"x"})
-      .PlainRule("001", "Taille", "000")
-      .Criterion("000", 15)
-      .Number(1)
-      .PlainRule("002", "Enregistrée sans mots"_cp, "000")
-      .PlainRule("003", "Critère sans clef"_cp, "001");
-  ExpectDamaged(std::string("003 - Critère sans clef"_cp));
+  set.Order("000 001 002 003").PlainRule("000", "Mots et taille", "000 001");
+  set.Criterion("000", 15).Number(1).Words("001", 9, {"x"});
+  set.PlainRule("001", "Taille", "000").Criterion("000", 15).Number(1);
+  set.PlainRule("002", "Vide", "000").PlainRule("003", "Sans clef", "001");
+  ExpectDamaged("003 - Sans clef");
   Load();
   EXPECT_EQ(tables.Criteria[2], 0) << "an order 000 without a key 000 is no criterion, no damage";
   EXPECT_EQ(model.display.editable, (std::set<int>{0, 2}));
