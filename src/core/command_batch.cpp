@@ -10,9 +10,18 @@ namespace morvelle {
 namespace {
 
 constexpr std::string_view kNotStored = "Les modifications n'ont pas pu être enregistrées."_cp;
+constexpr std::string_view kRegistryStatus = "Erreur du registre n° "_cp;
 constexpr std::string_view kReplaceChanged =
     "Un autre programme a modifié le fichier des règles depuis son ouverture.\r"
     "Voulez-vous le remplacer par ce que montre Morvelle ?"_cp;
+
+/// Registry statuses are numbered otherwise than run-time errors.
+std::string ReasonOf(RegistryStatus status) {
+  if (status == kStatusAccessDenied) {
+    return ErrorDescription(static_cast<int>(ErrorNumber::PermissionDenied));
+  }
+  return std::string(kRegistryStatus) + std::to_string(status);
+}
 
 }  // namespace
 
@@ -38,7 +47,7 @@ bool CommandBatch::Commit(RegistryStatus status) {
     reason = store_.LastError();
   } else {
     reason = store_.LastError();
-    if (reason.empty()) reason = ErrorDescription(status);
+    if (reason.empty()) reason = ReasonOf(status);
   }
   if (outcome == CommitOutcome::Done) {
     open_ = false;

@@ -53,7 +53,8 @@ void IdentityFinder::MakeRulesKey() {
   registry_.SetKeyValue(handle, "Version", ValueKind::Dword, kRuleStoreVersion);
   registry_.CloseKey(handle);
   if (store.CommitBatch(true) != CommitOutcome::Done) {
-    registry_.Boxes().Msg(store.LastError(), kBoxStop);
+    const auto reason = store.LastError();
+    if (!reason.empty()) registry_.Boxes().Msg(reason, kBoxStop);
     registry_.Boxes().Boxes().ShowMessage(std::string("Impossible de créer la clef"_cp), kBoxOk,
                                           "CreateKey");
     throw ProgramEnd{};

@@ -44,11 +44,8 @@ std::string TextOf(const RegistryValue& value) {
 void RegistryAccess::CreateKey(const std::string& path) {
   Trap(messages_.Boxes(), "CreateKey", [&] {
     KeyHandle handle = 0;
-    if (store_.CreateKey(path, handle) == kStatusSuccess) {
-      // Callers open the key again; the handle serves nobody.
-      store_.CloseKey(handle);
-      return;
-    }
+    // The handle is dropped, neither closed nor given: callers open the key again.
+    if (store_.CreateKey(path, handle) == kStatusSuccess) return;
     messages_.Boxes().ShowMessage(std::string("Impossible de créer la clef"_cp), kBoxOk,
                                   "CreateKey");
     throw ProgramEnd{};
@@ -153,6 +150,7 @@ RegistryStatus RegistryAccess::DeleteKey(const std::string& path) {
     KeyHandle handle = 0;
     auto status = store_.OpenKey(path, KeyAccess::ReadWrite, handle);
     if (status != kStatusSuccess) return status;
+    const auto below = path.back() == '\\' ? path : path + "\\";
     for (;;) {
       std::string subkey;
       status = store_.EnumKey(handle, 0, subkey);
@@ -162,7 +160,7 @@ RegistryStatus RegistryAccess::DeleteKey(const std::string& path) {
       }
       if (status != kStatusSuccess) break;
       // A subkey that stays would be met again at index 0 for ever.
-      status = DeleteKey(path + "\\" + subkey);
+      status = DeleteKey(below + subkey);
       if (status != kStatusSuccess) break;
     }
     store_.CloseKey(handle);

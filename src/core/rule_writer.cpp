@@ -20,10 +20,27 @@ constexpr std::string_view kBadId =
 
 std::size_t Index(int row) { return static_cast<std::size_t>(row); }
 
+/// An id as keys are told apart: without regard to letter case.
+std::string KeyName(const std::string& id) { return LowerCase(id); }
+
+/// Three characters of a damaged order may hold a "\\"; as a key's name they would lead elsewhere.
+bool CanName(const std::string& id) { return !id.empty() && id.find('\\') == std::string::npos; }
+
+/// The id of an action to be appended: its index, or the next one that no action has.
+std::string FreeActionId(const std::vector<ActionRecord>& actions) {
+  for (auto number = static_cast<int>(actions.size());; ++number) {
+    auto id = ThreeDigitId(number);
+    if (std::none_of(actions.begin(), actions.end(),
+                     [&](const auto& action) { return EqualIgnoringCase(action.Id, id); })) {
+      return id;
+    }
+  }
+}
+
 bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
 
 /// The argument of an entry, or its removal, as the type asks for. What is not there and has no
-/// text is not made up, and a "ValueType" stays beside a value that stays.
+/// text is not made up, and what stands beside a value that stays is left alone.
 void PlanArgument(WritePlan& plan, const std::string& key, Argument argument,
                   const std::string& value, const std::string& storedIn) {
   bool written = false;
@@ -43,15 +60,17 @@ void PlanArgument(WritePlan& plan, const std::string& key, Argument argument,
     case Argument::Unknown:
       return;
   }
-  if (written || plan.LacksValue(storedIn, "ValueType")) {
-    plan.SetNumber(key, "ValueType", std::string(ValueTypeOf(argument)), storedIn);
-  }
+  if (written) plan.SetNumber(key, "ValueType", std::string(ValueTypeOf(argument)), storedIn);
 }
 
 }  // namespace
 
 bool RuleWriter::KeyExists(const std::string& path) {
   return OpenedKey(registry_, path, false).IsOpen();
+}
+
+bool RuleWriter::IsStoredCriterion(const RuleRecord& rule, const std::string& id) {
+  return CanName(id) && KeyExists(mailKey_ + rule.Id + "\\Criteria\\" + id);
 }
 
 PlannedRule RuleWriter::PlanRule(int row, SaveFlags flags) {
@@ -83,11 +102,7 @@ void RuleWriter::RuleToBdR(PlannedRule& planned, SaveFlags flags) {
 }
 
 void RuleWriter::PlanVersion(WritePlan& plan) {
-  const OpenedKey key(registry_, mailKey_, false);
-  if (key.IsOpen() &&
-      !std::holds_alternative<std::monostate>(registry_.Peek(key.Handle(), "Version"))) {
-    return;
-  }
+  if (KeyExists(mailKey_) && !plan.LacksValue(mailKey_, "Version")) return;
   plan.SetNumber(mailKey_, "Version", std::to_string(kRuleStoreVersion));
 }
 
@@ -101,6 +116,7 @@ void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
     planned.actionsOrder = "000";
     ActionRecord action = rule.ActionsParam[0];
     action.Id = planned.actionsOrder;
+    if (action.Flags.empty()) action.Flags = "0";
     if (action.Type.empty()) {
       if (!IsDeletedItems(deletedItems_.DeletedItems())) {
         planned.refusal = kFoldersUnreadable;
@@ -112,13 +128,14 @@ void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
     }
     actions = {std::move(action)};
   }
-  if (closingAction && actions.back().Type != kActionStop) {
+  if (closingAction && (actions.empty() || actions.back().Type != kActionStop)) {
     if (actions.size() == kMaxEntries) {
       planned.refusal = kTooManyEntries;
       return;
     }
     ActionRecord stop;
-    stop.Id = ThreeDigitId(static_cast<int>(actions.size()));
+    stop.Id = FreeActionId(actions);
+    stop.Flags = "0";
     stop.Type = kActionStop;
     planned.actionsOrder += " " + stop.Id;
     actions.push_back(std::move(stop));
@@ -141,7 +158,8 @@ void RuleWriter::ActionsParamToBdR(WritePlan& plan, const std::string& key,
 std::vector<std::string> RuleWriter::StoredCriteria(int row) const {
   std::vector<std::string> ids;
   for (int j = 0; j < tables_.Criteria[Index(row)]; ++j) {
-    ids.push_back(tables_.RuleAt(row).CriteriaParam[Index(j)].Id);
+    const auto& id = tables_.RuleAt(row).CriteriaParam[Index(j)].Id;
+    if (CanName(id)) ids.push_back(id);
   }
   return ids;
 }
@@ -154,10 +172,10 @@ std::vector<RuleWriter::NewCriterion> RuleWriter::KeptCriteria(int row, bool slo
   for (int j = 0; j < tables_.Criteria[Index(row)]; ++j) {
     const auto& criterion = rule.CriteriaParam[Index(j)];
     // An order that names a criterion twice has it once.
-    if (!seen.insert(criterion.Id).second) continue;
+    if (!seen.insert(KeyName(criterion.Id)).second) continue;
     const int slot = tables_.SlotOfType(criterion.Type);
     if (!slotsToo && slot >= 0 && owners[Index(slot)].Id == criterion.Id) continue;
-    const bool stored = KeyExists(mailKey_ + rule.Id + "\\Criteria\\" + criterion.Id);
+    const bool stored = IsStoredCriterion(rule, criterion.Id);
     if (!stored && criterion.Type.empty()) continue;
     kept.push_back({criterion, stored ? criterion.Id : std::string{}, false});
   }
@@ -182,7 +200,7 @@ std::vector<RuleWriter::NewCriterion> RuleWriter::DecodeCriteria(int row) {
     for (int slot = 0; slot < kSlotCount; ++slot) {
       if (display_.ListedWords(slot).empty()) continue;
       auto record = SlotCriterion(row, slot);
-      auto storedId = record.Id;
+      auto storedId = IsStoredCriterion(tables_.RuleAt(row), record.Id) ? record.Id : std::string{};
       criteria.push_back({std::move(record), std::move(storedId), true});
     }
     SetLogics(criteria, row);
@@ -240,13 +258,14 @@ void RuleWriter::PlanCriteriaKeys(WritePlan& plan, int row, const std::string& c
       emptied.push_back(criterion.record.Id);
       continue;
     }
-    sources.insert(criterion.storedId);
-    moved = moved || criterion.storedId != criterion.record.Id;
+    sources.insert(KeyName(criterion.storedId));
+    moved = moved || !EqualIgnoringCase(criterion.storedId, criterion.record.Id);
     renames.push_back({criterion.storedId, criterion.record.Id});
   }
   std::unordered_set<std::string> done;
   for (const auto& id : emptied) {
-    if (sources.count(id) != 0 || !done.insert(id).second) continue;
+    const auto name = KeyName(id);
+    if (sources.count(name) != 0 || !done.insert(name).second) continue;
     plan.DeleteKey(criteriaKey + "\\" + id);
   }
   if (moved) plan.RenameSubkeys(criteriaKey, std::move(renames));

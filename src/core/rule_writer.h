@@ -58,7 +58,8 @@ class RuleWriter {
   [[nodiscard]] static RegistryStatus Apply(const PlannedRule& planned);
   void Settle(const PlannedRule& planned);
 
-  /// Writes Mail.Order and ends the pending order.
+  /// Writes Mail.Order. The order is pending no more once the command's batch is stored: that is
+  /// for the caller to note.
   RegistryStatus MailTopToBdR();
 
  private:
@@ -83,6 +84,7 @@ class RuleWriter {
                         const std::vector<NewCriterion>& criteria);
   void PlanVersion(WritePlan& plan);
   [[nodiscard]] bool KeyExists(const std::string& path);
+  [[nodiscard]] bool IsStoredCriterion(const RuleRecord& rule, const std::string& id);
   [[nodiscard]] std::vector<std::string> StoredCriteria(int row) const;
 
   RegistryAccess& registry_;

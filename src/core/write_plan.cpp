@@ -17,17 +17,20 @@ constexpr std::array<std::string_view, 5> kCriterionValues = {"Type", "Flags", "
 bool WritePlan::IsStored(const std::string& path, std::string_view name,
                          const std::string& text) const {
   const OpenedKey key(registry_, path, false);
-  if (path.empty() || !key.IsOpen()) return false;
-  const auto stored = registry_.Peek(key.Handle(), name);
-  return !std::holds_alternative<std::monostate>(stored) && TextOf(stored) == text;
+  if (path.empty() || !key.IsOpen() || IsMissing(key, name)) return false;
+  // A value of a type that has no text was read as an empty one.
+  return TextOf(registry_.Peek(key.Handle(), name)) == text;
+}
+
+bool WritePlan::IsMissing(const OpenedKey& key, std::string_view name) const {
+  ValueKind kind{};
+  std::uint32_t size = 0;
+  return registry_.Store().DescribeValue(key.Handle(), name, kind, size) == kStatusNotFound;
 }
 
 bool WritePlan::LacksValue(const std::string& path, std::string_view name) const {
   const OpenedKey key(registry_, path, false);
-  if (path.empty() || !key.IsOpen()) return false;
-  ValueKind kind{};
-  std::uint32_t size = 0;
-  return registry_.Store().DescribeValue(key.Handle(), name, kind, size) == kStatusNotFound;
+  return !path.empty() && key.IsOpen() && IsMissing(key, name);
 }
 
 void WritePlan::CreateKey(const std::string& path) { Add({Verb::CreateKey, path, {}, {}, {}, {}}); }

@@ -55,6 +55,7 @@ class WritePlan {
   void Add(Step step) { steps_.push_back(std::move(step)); }
   [[nodiscard]] bool IsStored(const std::string& path, std::string_view name,
                               const std::string& text) const;
+  [[nodiscard]] bool IsMissing(const OpenedKey& key, std::string_view name) const;
   [[nodiscard]] RegistryStatus Apply(const Step& step) const;
 
   RegistryAccess& registry_;

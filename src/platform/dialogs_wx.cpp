@@ -79,6 +79,15 @@ wxArtID IconOf(int style) {
   }
 }
 
+/// Wide enough for its title, which the window system would cut.
+void FitWithTitle(wxDialog& dialog, wxSizer& content) {
+  constexpr int kTitleButtons = 110;
+  content.SetMinSize(
+      wxSize(dialog.GetTextExtent(dialog.GetTitle()).x + dialog.FromDIP(kTitleButtons), -1));
+  dialog.SetSizerAndFit(&content);
+  dialog.CentreOnParent();
+}
+
 /// A text as it stands; one that would not fit on the screen can be scrolled.
 wxWindow* MakeText(wxWindow* parent, const wxString& text) {
   auto* label = new wxStaticText(parent, wxID_ANY, {});
@@ -162,8 +171,7 @@ InputBox::InputBox(const std::string& prompt, const std::string& title, const st
   column->Add(input_, wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, gap));
   column->Add(refusal_, wxSizerFlags().Expand().Border(wxALL, gap / 2));
   column->Add(MakeCommands(), wxSizerFlags().Expand().Border(wxALL & ~wxTOP, gap));
-  dialog_.SetSizerAndFit(column);
-  dialog_.CentreOnParent();
+  FitWithTitle(dialog_, *column);
 
   input_->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) { Accept(); });
   input_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Judge(); });
@@ -224,8 +232,7 @@ Button WxDialogs::ShowMessage(const std::string& prompt, int style, const std::s
   column->Add(message, wxSizerFlags(1).Expand().Border(wxALL, gap));
   column->Add(MakeButtons(dialog, choices, usual),
               wxSizerFlags().Expand().Border(wxALL & ~wxTOP, gap));
-  dialog.SetSizerAndFit(column);
-  dialog.CentreOnParent();
+  FitWithTitle(dialog, *column);
   // The last button is the one that changes nothing.
   CloseWith(dialog, choices.back().button);
   return static_cast<Button>(dialog.ShowModal());

@@ -42,7 +42,7 @@ std::string Reason(int error) {
         return {};
     }
   }();
-  return text.empty() ? "erreur " + std::to_string(error) : std::string(text);
+  return text.empty() ? std::string("erreur ").append(std::to_string(error)) : std::string(text);
 }
 
 /// An open file, closed at the end.
@@ -88,7 +88,9 @@ void SyncFolder(const path& file) {
 }
 
 path Beside(const path& file, const std::string& suffix) {
-  path name = "." + file.filename().string() + suffix;
+  path name = ".";
+  name += file.filename();
+  name += suffix;
   return file.parent_path() / name;
 }
 
@@ -164,7 +166,8 @@ class PosixFiles : public HostFiles {
     if (wasThere && ::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0) {
       return Reason(errno);
     }
-    const path aside = Beside(file, "." + std::to_string(::getpid()) + ".tmp");
+    const path aside =
+        Beside(file, std::string(".").append(std::to_string(::getpid())).append(".tmp"));
     ::unlink(aside.c_str());
     const int error = WriteAside(aside, bytes, wasThere ? &old : nullptr, stamp);
     if (error == 0 && ::rename(aside.c_str(), file.c_str()) == 0) {

@@ -168,6 +168,7 @@ class Reader {
     auto path = RestOfLine();
     const auto close = path.rfind(u']');
     if (close == std::u16string_view::npos) return false;
+    at_ += path.size();
     path = path.substr(0, close);
     const bool deletion = path.starts_with(u'-');
     if (deletion) path.remove_prefix(1);
@@ -273,6 +274,7 @@ class Reader {
   bool ReadHex() {
     hex_.clear();
     while (true) {
+      ReadPlainBytes();
       SkipBlanks();
       const auto high = DigitOf(Peek());
       if (high == kNoDigit) {
@@ -293,6 +295,24 @@ class Reader {
       if (Peek() != u',') return AtLineEndOrComment();
       ++at_;
     }
+  }
+
+  /// Bytes of two digits with a comma behind them: nearly all there are.
+  void ReadPlainBytes() {
+    std::array<char, 64> bytes;  // Only what is filled is read.
+    std::size_t count = 0;
+    while (end_ - at_ >= 3) {
+      const auto high = DigitOf(at_[0]);
+      const auto low = DigitOf(at_[1]);
+      if ((high | low) > 0xF || at_[2] != u',') break;
+      if (count == bytes.size()) {
+        hex_.append(bytes.data(), count);
+        count = 0;
+      }
+      bytes[count++] = static_cast<char>(high * 16 + low);
+      at_ += 3;
+    }
+    hex_.append(bytes.data(), count);
   }
 
   /// Past blank lines and comments; false when the text ends.

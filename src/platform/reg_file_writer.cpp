@@ -129,9 +129,9 @@ class Writer {
       if (unit == u'\0' || unit == u'\r' || unit == u'\n') return false;
       ascii = ascii && unit < 0x80;
     }
-    if (ascii || format_.encoding == RegFileFormat::Encoding::Utf16) return true;
-    return format_.encoding == RegFileFormat::Encoding::Utf8 ? IsWellFormed(text)
-                                                             : FromUtf16(text).has_value();
+    if (ascii) return true;
+    return format_.encoding == RegFileFormat::Encoding::Windows1252 ? FromUtf16(text).has_value()
+                                                                    : IsWellFormed(text);
   }
 
   void WriteQuoted(std::u16string_view text) {
@@ -163,16 +163,21 @@ class Writer {
     const std::string narrow =
         format_.version == 4 && isText ? FromUtf16Lossy(Units(entry.data)) : std::string();
     const std::string_view data = format_.version == 4 && isText ? narrow : entry.data;
-    std::size_t column = out_.size() - lineStart;
-    for (std::size_t i = 0; i < data.size(); ++i) {
-      WriteByte(data[i]);
-      if (i + 1 == data.size()) break;
-      out_ += u',';
-      column += 3;
+    WriteBytes(data, out_.size() - lineStart);
+  }
+
+  void WriteBytes(std::string_view data, std::size_t column) {
+    if (data.empty()) return;
+    for (const char byte : data.substr(0, data.size() - 1)) {
+      const auto code = static_cast<unsigned char>(byte);
+      const std::array<char16_t, 3> digits = {kDigits[code >> 4U], kDigits[code & 0xFU], u','};
+      out_.append(digits.data(), digits.size());
+      column += digits.size();
       if (column < kLastHexColumn) continue;
       out_ += u"\\\r\n  ";
       column = 2;
     }
+    WriteByte(data.back());
   }
 
   void WriteKind(std::uint32_t kind) {

@@ -16,12 +16,42 @@ std::u16string Folded(std::u16string_view text) {
   return folded;
 }
 
-auto SubkeyPlace(const RegistryKey& key, const std::u16string& folded) {
-  return std::lower_bound(
-      key.subkeys.begin(), key.subkeys.end(), folded,
-      [](const std::unique_ptr<RegistryKey>& subkey, const std::u16string& text) {
-        return subkey->name->folded->text < text;
-      });
+/// A text folded without use of the heap, as long as it is no longer than names mostly are.
+class ShortFold {
+ public:
+  explicit ShortFold(std::u16string_view text) : size_(text.size()) {
+    char16_t* to = near_.data();
+    if (size_ > near_.size()) {
+      far_.resize(size_);
+      to = far_.data();
+    }
+    std::transform(text.begin(), text.end(), to, UpperCase);
+  }
+  [[nodiscard]] std::u16string_view Text() const {
+    return {size_ > near_.size() ? far_.data() : near_.data(), size_};
+  }
+
+ private:
+  std::array<char16_t, 32> near_;  // Left as it is: only the first size_ units are ever read.
+  std::u16string far_;
+  std::size_t size_;
+};
+
+/// Position of a value (or of its deletion); the number of entries when there is none.
+std::size_t Position(const RegistryKey& key, std::u16string_view folded) {
+  std::size_t at = 0;
+  while (at < key.entries.size() &&
+         (key.entries[at].name == nullptr || key.entries[at].name->folded->text != folded)) {
+    ++at;
+  }
+  return at;
+}
+
+auto SubkeyPlace(const RegistryKey& key, std::u16string_view folded) {
+  return std::lower_bound(key.subkeys.begin(), key.subkeys.end(), folded,
+                          [](const std::unique_ptr<RegistryKey>& subkey, std::u16string_view text) {
+                            return subkey->name->folded->text < text;
+                          });
 }
 
 bool IsUnder(const FilePlace& place, const RegistryKey& key) {
@@ -39,24 +69,21 @@ void SetGone(RegistryKey& key, bool gone) {
 }  // namespace
 
 const RegistryName* NameTable::Intern(std::u16string_view text) {
+  const std::size_t slot =
+      text.empty() ? 0 : (text.size() * 7 + text.front() * 3U + text.back()) % kRecent;
+  const RegistryName*& recent = recent_[slot];
+  if (recent == nullptr || recent->text != text) recent = InternNew(text);
+  return recent;
+}
+
+const RegistryName* NameTable::InternNew(std::u16string_view text) {
   if (const auto known = names_.find(text); known != names_.end()) return &*known;
   const std::u16string folded = Folded(text);
-  const RegistryName* upper = text == folded ? nullptr : Intern(folded);
+  const RegistryName* upper = text == folded ? nullptr : InternNew(folded);
   const auto added = names_.insert(RegistryName{std::u16string(text), upper}).first;
   // The hash covers the text only, so that an element may learn that it is its own folded name.
   if (upper == nullptr) const_cast<RegistryName&>(*added).folded = &*added;  // NOLINT
   return &*added;
-}
-
-const RegistryName* NameTable::FindFolded(std::u16string_view text) const {
-  std::array<char16_t, 64> near{};
-  if (text.size() > near.size()) {
-    const auto found = names_.find(std::u16string_view(Folded(text)));
-    return found == names_.end() ? nullptr : &*found;
-  }
-  std::transform(text.begin(), text.end(), near.begin(), UpperCase);
-  const auto found = names_.find(std::u16string_view(near.data(), text.size()));
-  return found == names_.end() ? nullptr : &*found;
 }
 
 RegistryTree::RegistryTree() {
@@ -64,11 +91,11 @@ RegistryTree::RegistryTree() {
   top_.name = names_.Intern({});
 }
 
-RegistryKey* RegistryTree::Subkey(const RegistryKey& key, std::u16string_view name) const {
-  const RegistryName* folded = names_.FindFolded(name);
-  if (folded == nullptr) return nullptr;
-  const auto at = SubkeyPlace(key, folded->text);
-  return at != key.subkeys.end() && (*at)->name->folded == folded ? at->get() : nullptr;
+RegistryKey* RegistryTree::Subkey(const RegistryKey& key, std::u16string_view name) {
+  const ShortFold folded(name);
+  const auto at = SubkeyPlace(key, folded.Text());
+  return at != key.subkeys.end() && (*at)->name->folded->text == folded.Text() ? at->get()
+                                                                               : nullptr;
 }
 
 RegistryKey& RegistryTree::AddSubkey(RegistryKey& parent, std::u16string_view name,
@@ -147,31 +174,19 @@ std::u16string RegistryTree::PathOf(const RegistryKey& key) {
   return path;
 }
 
-std::size_t RegistryTree::Position(const RegistryKey& key, const RegistryName* folded) {
-  std::size_t at = 0;
-  while (at < key.entries.size() &&
-         (key.entries[at].name == nullptr || key.entries[at].name->folded != folded)) {
-    ++at;
-  }
-  return at;
-}
-
-const RegistryEntry* RegistryTree::FindValue(const RegistryKey& key,
-                                             std::u16string_view name) const {
-  const RegistryName* folded = names_.FindFolded(name);
-  if (folded == nullptr) return nullptr;
-  const std::size_t at = Position(key, folded);
-  if (at == key.entries.size() || key.entries[at].role != RegistryEntry::Role::Value) {
+const RegistryEntry* RegistryTree::FindValue(const RegistryKey& key, std::u16string_view name) {
+  const auto position = Position(key, ShortFold(name).Text());
+  if (position == key.entries.size() || key.entries[position].role != RegistryEntry::Role::Value) {
     return nullptr;
   }
-  return &key.entries[at];
+  return &key.entries[position];
 }
 
 void RegistryTree::SetValue(RegistryKey& key, std::u16string_view name, std::uint32_t kind,
                             std::string data) {
   const RegistryName* interned = names_.Intern(name);
   if (!key.Listed()) ListBeforeSubkeys(key);
-  const std::size_t at = Position(key, interned->folded);
+  const std::size_t at = Position(key, interned->folded->text);
   if (at == key.entries.size()) {
     key.entries.push_back({interned, kind, RegistryEntry::Role::Value, std::move(data)});
     Record([&key] { key.entries.pop_back(); });
@@ -281,8 +296,8 @@ FileLine& RegistryTree::AddLine(FilePlace::Role role, std::u16string_view text, 
   return line;
 }
 
-RegistryKey* PathCursor::Find(RegistryKey& from, std::u16string_view path) {
-  KeepShared(path);
+RegistryKey* PathCursor::Find(RegistryKey& from, std::u16string_view path, std::size_t shared) {
+  KeepShared(path, shared);
   std::size_t at = steps_.empty() ? 0 : steps_.back().end;
   for (auto name = NextName(path, at); !name.empty(); name = NextName(path, at)) {
     RegistryKey* key = tree_.Subkey(Last(from), name);
@@ -309,19 +324,18 @@ RegistryKey* PathCursor::Create(RegistryKey& from, std::u16string_view path,
   return &Last(from);
 }
 
-void PathCursor::KeepShared(std::u16string_view path) {
+void PathCursor::KeepShared(std::u16string_view path, std::size_t shared) {
   if (generation_ != tree_.Generation()) {
     steps_.clear();
     generation_ = tree_.Generation();
   }
-  const auto shared = static_cast<std::size_t>(
-      std::mismatch(path.begin(), path.end(), path_.begin(), path_.end()).first - path.begin());
+  shared = SharedLength(path, std::u16string_view(path_), shared);
   // A step counts only when the path ends there or goes on with a "\".
   while (!steps_.empty() && (steps_.back().end > shared || (steps_.back().end < path.size() &&
                                                             path[steps_.back().end] != u'\\'))) {
     steps_.pop_back();
   }
-  path_ = path;
+  path_.replace(shared, path_.size() - shared, path.substr(shared));
 }
 
 std::u16string_view PathCursor::NextName(std::u16string_view path, std::size_t& at) {

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
@@ -10,6 +13,20 @@
 #include <vector>
 
 namespace morvelle {
+
+/// How many characters two texts share at their start.
+template <typename Char>
+std::size_t SharedLength(std::basic_string_view<Char> left, std::basic_string_view<Char> right,
+                         std::size_t known = 0) {
+  constexpr std::size_t kStride = 16;  // Compared at once: long shared starts are the rule.
+  const std::size_t limit = std::min(left.size(), right.size());
+  std::size_t at = known;
+  while (at + kStride <= limit && std::memcmp(&left[at], &right[at], kStride * sizeof(Char)) == 0) {
+    at += kStride;
+  }
+  while (at < limit && left[at] == right[at]) ++at;
+  return at;
+}
 
 /// A name of keys or values as one file spells it, kept once however many keys carry it. Two names
 /// are the same to the registry when their `folded` is the same object.
@@ -25,10 +42,10 @@ class NameTable {
   NameTable& operator=(const NameTable&) = delete;
 
   const RegistryName* Intern(std::u16string_view text);
-  /// The folded name of a text; null when no name of the table is spelt so in any letter case.
-  [[nodiscard]] const RegistryName* FindFolded(std::u16string_view text) const;
 
  private:
+  const RegistryName* InternNew(std::u16string_view text);
+
   struct Hash {
     using is_transparent = void;
     std::size_t operator()(std::u16string_view text) const {
@@ -46,7 +63,11 @@ class NameTable {
     }
   };
 
+  /// The few names that nearly all values carry, found without the set.
+  static constexpr std::size_t kRecent = 64;
+
   std::unordered_set<RegistryName, Hash, Same> names_;
+  std::array<const RegistryName*, kRecent> recent_{};
 };
 
 /// What stands under a key, in the order of its file: its values, and what an exchange file says
@@ -117,7 +138,7 @@ class RegistryTree {
   [[nodiscard]] const FilePlace* FirstPlace() const { return ends_.next; }
 
   /// The subkey of that name, null when there is none.
-  [[nodiscard]] RegistryKey* Subkey(const RegistryKey& key, std::u16string_view name) const;
+  [[nodiscard]] static RegistryKey* Subkey(const RegistryKey& key, std::u16string_view name);
   /// Where the new key stands in the chain.
   enum class Placing {
     Nowhere,  ///< In none yet: a key of a file that is being read, listed when its line comes.
@@ -139,10 +160,9 @@ class RegistryTree {
   /// The key's own path from the top, "HKEY_CURRENT_USER\…".
   [[nodiscard]] static std::u16string PathOf(const RegistryKey& key);
 
-  /// Position of a value (or of its deletion); the number of entries when there is none.
-  [[nodiscard]] static std::size_t Position(const RegistryKey& key, const RegistryName* folded);
-  [[nodiscard]] const RegistryEntry* FindValue(const RegistryKey& key,
-                                               std::u16string_view name) const;
+  /// The value of that name, null when there is none.
+  [[nodiscard]] static const RegistryEntry* FindValue(const RegistryKey& key,
+                                                      std::u16string_view name);
   void SetValue(RegistryKey& key, std::u16string_view name, std::uint32_t kind, std::string data);
   void DeleteValue(RegistryKey& key, const RegistryEntry& value);
 
@@ -194,8 +214,9 @@ class PathCursor {
  public:
   explicit PathCursor(RegistryTree& tree) : tree_(tree) {}
   /// The key of a path below `from`, which must be the same key at each call; "\" without a name
-  /// between them do not count. Null when there is none.
-  RegistryKey* Find(RegistryKey& from, std::u16string_view path);
+  /// between them do not count. Null when there is none. `shared` is what the caller knows the path
+  /// to share with the last one, 0 when it knows nothing.
+  RegistryKey* Find(RegistryKey& from, std::u16string_view path, std::size_t shared = 0);
   /// The key of that path, made with its missing parents. Null when it would pass a limit.
   RegistryKey* Create(RegistryKey& from, std::u16string_view path, RegistryTree::Placing placing);
   /// Moves `at` past the next name of the path and gives the name; empty at the end.
@@ -207,7 +228,7 @@ class PathCursor {
     RegistryKey* key;
   };
   /// Drops the steps that the path does not share with the last one.
-  void KeepShared(std::u16string_view path);
+  void KeepShared(std::u16string_view path, std::size_t shared);
   RegistryKey& Last(RegistryKey& from) { return steps_.empty() ? from : *steps_.back().key; }
 
   RegistryTree& tree_;

@@ -35,13 +35,17 @@ std::string Stored(std::uint32_t kind, std::string_view data) {
 }  // namespace
 
 void TreeStore::UseRoot() {
-  root_ = tree_.Subkey(tree_.Top(), kRootName);
+  root_ = RegistryTree::Subkey(tree_.Top(), kRootName);
   if (root_ == nullptr) {
     root_ = &tree_.AddSubkey(tree_.Top(), kRootName, RegistryTree::Placing::Nowhere);
   }
 }
 
-RegistryKey* TreeStore::KeyAt(std::string_view path) { return cursor_.Find(*root_, Wide(path)); }
+RegistryKey* TreeStore::KeyAt(std::string_view path) {
+  std::size_t shared = 0;
+  const auto wide = WidePath(path, shared);
+  return cursor_.Find(*root_, wide, shared);
+}
 
 RegistryStatus TreeStore::OpenKey(std::string_view path, KeyAccess access, KeyHandle& handle) {
   RegistryKey* key = KeyAt(path);
@@ -52,7 +56,9 @@ RegistryStatus TreeStore::OpenKey(std::string_view path, KeyAccess access, KeyHa
 
 RegistryStatus TreeStore::CreateKey(std::string_view path, KeyHandle& handle) {
   return Written([&] {
-    RegistryKey* key = cursor_.Create(*root_, Wide(path), RegistryTree::Placing::InOrder);
+    std::size_t shared = 0;
+    const auto wide = WidePath(path, shared);
+    RegistryKey* key = cursor_.Create(*root_, wide, RegistryTree::Placing::InOrder);
     if (key == nullptr) return kStatusInvalidParameter;
     handle = Give(*key, KeyAccess::ReadWrite);
     return kStatusSuccess;
@@ -93,7 +99,7 @@ RegistryStatus TreeStore::SetValue(KeyHandle handle, std::string_view name, Valu
   if (status != kStatusSuccess) return status;
   const auto code = static_cast<std::uint32_t>(kind);
   return Written([&] {
-    const RegistryEntry* present = tree_.FindValue(*key, Wide(name));
+    const RegistryEntry* present = RegistryTree::FindValue(*key, Wide(name));
     if (present == nullptr || present->kind != code || View(*present) != data) {
       tree_.SetValue(*key, wide_, code, Stored(code, data));
     }
@@ -106,7 +112,7 @@ RegistryStatus TreeStore::DeleteValue(KeyHandle handle, std::string_view name) {
   const auto status = KeyOf(handle, KeyAccess::ReadWrite, key);
   if (status != kStatusSuccess) return status;
   return Written([&] {
-    const RegistryEntry* value = tree_.FindValue(*key, Wide(name));
+    const RegistryEntry* value = RegistryTree::FindValue(*key, Wide(name));
     if (value == nullptr) return kStatusNotFound;
     tree_.DeleteValue(*key, *value);
     return kStatusSuccess;
@@ -208,14 +214,24 @@ RegistryStatus TreeStore::ValueOf(KeyHandle handle, std::string_view name,
   RegistryKey* key = nullptr;
   const auto status = KeyOf(handle, KeyAccess::ReadWrite, key);
   if (status != kStatusSuccess) return status;
-  value = tree_.FindValue(*key, Wide(name));
+  value = RegistryTree::FindValue(*key, Wide(name));
   return value == nullptr ? kStatusNotFound : kStatusSuccess;
 }
 
-std::u16string_view TreeStore::Wide(std::string_view text) {
-  wide_.resize(text.size());
-  std::transform(text.begin(), text.end(), wide_.begin(), CodeUnitOf);
+std::u16string_view TreeStore::Wide(std::string_view name) {
+  wide_.resize(name.size());
+  std::transform(name.begin(), name.end(), wide_.begin(), CodeUnitOf);
   return wide_;
+}
+
+std::u16string_view TreeStore::WidePath(std::string_view path, std::size_t& shared) {
+  shared = SharedLength(path, std::string_view(path_));
+  const auto rest = path.substr(shared);
+  path_.replace(shared, path_.size() - shared, rest);
+  widePath_.resize(path.size());
+  std::transform(rest.begin(), rest.end(), widePath_.begin() + static_cast<std::ptrdiff_t>(shared),
+                 CodeUnitOf);
+  return widePath_;
 }
 
 template <typename Write>

@@ -62,8 +62,10 @@ class TreeStore : public RegistryStore {
   KeyHandle Give(RegistryKey& key, KeyAccess access);
   RegistryStatus KeyOf(KeyHandle handle, KeyAccess wanted, RegistryKey*& key) const;
   RegistryStatus ValueOf(KeyHandle handle, std::string_view name, const RegistryEntry*& value);
-  /// The name as UTF-16; good until the next call.
-  std::u16string_view Wide(std::string_view text);
+  /// A value name as UTF-16; good until the next call.
+  std::u16string_view Wide(std::string_view name);
+  /// As Wide, for a path. `shared` is how much it has in common with the path before.
+  std::u16string_view WidePath(std::string_view path, std::size_t& shared);
   /// Runs one write: in the open batch, or as a batch of its own.
   template <typename Write>
   RegistryStatus Written(Write&& write);
@@ -75,6 +77,8 @@ class TreeStore : public RegistryStore {
   std::vector<OpenedKey> opened_;
   std::vector<KeyHandle> freeHandles_;
   std::u16string wide_;
+  std::string path_;
+  std::u16string widePath_;
   std::string lastError_;
   bool inBatch_ = false;
 };

@@ -11,8 +11,8 @@ namespace morvelle {
 
 namespace {
 
-/// Up to so many lines are changed one by one (about 0.1 ms each); a larger block is exchanged
-/// whole (about 2 µs a line).
+/// Up to so many lines are changed one by one, at about 0.1 ms each; a block with more changes is
+/// exchanged whole, at about 2 µs a line.
 constexpr std::ptrdiff_t kMostSingleChanges = 64;
 
 }  // namespace
@@ -48,16 +48,14 @@ void LineList::TakeOverLines(const std::vector<std::string>& lines) {
 
 void LineList::ReplaceBlock(const std::vector<std::string>& lines, std::size_t first,
                             std::size_t oldEnd, std::size_t newEnd) {
-  auto differs = [&](std::size_t i) { return shown_[i] != lines[i]; };
-  if (oldEnd == newEnd) {
-    std::vector<std::size_t> changed;
-    for (std::size_t i = first; i < newEnd; ++i) {
-      if (differs(i)) changed.push_back(i);
-    }
-    if (std::ssize(changed) <= kMostSingleChanges) {
-      for (const auto i : changed) SetString(static_cast<unsigned>(i), show_(lines[i]));
-      return;
-    }
+  const auto bothEnd = std::min(oldEnd, newEnd);
+  std::vector<std::size_t> changed;
+  for (std::size_t i = first; i < bothEnd; ++i) {
+    if (shown_[i] != lines[i]) changed.push_back(i);
+  }
+  if (std::ssize(changed) <= kMostSingleChanges) {
+    for (const auto i : changed) SetString(static_cast<unsigned>(i), show_(lines[i]));
+    first = bothEnd;
   }
   const wxWindowUpdateLocker calm(this);
   if (first == 0 && oldEnd == shown_.size()) {

@@ -36,8 +36,18 @@ MainWindow::MainWindow(frmMorvelle& form, WindowPlace place)
   Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
 }
 
+// A box of the load event that came before the window is on the screen would stand behind it.
 void MainWindow::Start() {
+  panel_->Bind(wxEVT_PAINT, &MainWindow::OnFirstPaint, this);
   Show();
+}
+
+void MainWindow::OnFirstPaint(wxPaintEvent& event) {
+  event.Skip();
+  if (panel_->Unbind(wxEVT_PAINT, &MainWindow::OnFirstPaint, this)) CallAfter(&MainWindow::Load);
+}
+
+void MainWindow::Load() {
   gestures_.Perform([this] { form_.Form_Load(); });
   if (auto* list = FindWindow(wxString(form_.lstRules.Name()))) list->SetFocus();
 }

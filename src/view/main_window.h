@@ -20,7 +20,11 @@ class MainWindow final : public wxFrame {
   /// The form must outlive the window.
   explicit MainWindow(frmMorvelle& form, WindowPlace place = WindowPlace(WindowPlace::UsualFile()));
 
-  /// Shows the window and raises the form's load event.
+  MainWindow(const MainWindow&) = delete;
+  MainWindow& operator=(const MainWindow&) = delete;
+  ~MainWindow() override { form_.onClose = nullptr; }
+
+  /// Shows the window; as soon as it is on the screen the form's load event is raised.
   void Start();
 
   /// Brings the widgets up to date now. To be called before a box is shown, so that it does not
@@ -47,6 +51,8 @@ class MainWindow final : public wxFrame {
 
   void MoveRulesByKey(wxWindow* list);
   void DeleteByKey(wxWindow* list, PushButton& button);
+  void OnFirstPaint(wxPaintEvent& event);
+  void Load();
   void OnClose(wxCloseEvent& event);
   void CloseAtOnce();
 
@@ -56,6 +62,7 @@ class MainWindow final : public wxFrame {
   Gestures gestures_;
   WidgetMaker maker_;
   MenuBar menus_;
+  wxWindow* panel_ = nullptr;
   bool closing_ = false;
 };
 

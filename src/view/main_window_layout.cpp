@@ -50,6 +50,7 @@ wxSizer* Framed(wxStaticBox* box, wxSizer* content, int gap) {
 
 void MainWindow::Build() {
   auto* panel = new wxPanel(this);
+  panel_ = panel;
   // The order of creation is the order of the tabulator.
   auto* order = BuildOrder(panel);
   auto* options = BuildOptions(panel);

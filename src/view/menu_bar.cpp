@@ -168,6 +168,14 @@ wxMenuItem* MenuBar::Find(std::string_view name) const {
   return found == byName_.end() ? nullptr : found->second->item;
 }
 
+bool MenuBar::Reachable(std::string_view name) const {
+  const auto found = byName_.find(name);
+  if (found == byName_.end()) return false;
+  const auto& place = *found->second;
+  if (place.item == nullptr) return bar_->IsEnabledTop(PositionOf(place));
+  return place.shown && place.item->IsEnabled() && Reachable(place.entry->parent);
+}
+
 RuleMenu* MenuBar::FindRuleMenu(std::string_view name) {
   const auto found = ruleMenusByName_.find(name);
   return found == ruleMenusByName_.end() ? nullptr : found->second;

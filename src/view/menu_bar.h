@@ -35,6 +35,8 @@ class MenuBar {
   /// The toolkit's entry of a name; null where the name is a menu of the bar, a per-rule array or
   /// unknown. One that is hidden now is in no menu.
   [[nodiscard]] wxMenuItem* Find(std::string_view name) const;
+  /// Whether the entry of a name, and every menu around it, is enabled and shown.
+  [[nodiscard]] bool Reachable(std::string_view name) const;
   /// The submenu of a per-rule array; null where there is none of that name.
   [[nodiscard]] RuleMenu* FindRuleMenu(std::string_view name);
 

@@ -25,6 +25,7 @@ class RuleMenu {
   wxMenu* Widget() { return menu_; }
   [[nodiscard]] MenuArray& Array() const { return array_; }
   [[nodiscard]] bool Owns(int id) const;
+  [[nodiscard]] int IdOf(int index) const { return firstId_ + index; }
   [[nodiscard]] int IndexOf(int id) const { return id - firstId_; }
 
   /// The array has changed.

@@ -1,0 +1,196 @@
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <string>
+
+#include "bench/loaded_rules.h"
+#include "bench/rule_set.h"
+
+/// The program at its limit: 4096 rules of four word lists of eight words and one action. Every
+/// figure is set against another one of the same run.
+namespace morvelle::bench {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int kRules = 4096;
+
+double SecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+/// A field of /proc/self/status in bytes (the kernel gives kibibytes).
+double MemoryField(const std::string& field) {
+  std::ifstream status("/proc/self/status");
+  for (std::string name; status >> name;) {
+    double value = 0;
+    if (name == field + ":" && status >> value) return value * 1024;
+  }
+  return 0;
+}
+
+/// The folder of the rule set, made once in a run.
+class Workplace {
+ public:
+  Workplace() : folder_(std::filesystem::temp_directory_path() / "morvelle-bench") {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+    WriteRuleSet(RuleSetFile(), kRules);
+  }
+  Workplace(const Workplace&) = delete;
+  Workplace& operator=(const Workplace&) = delete;
+  ~Workplace() { std::filesystem::remove_all(folder_); }
+  [[nodiscard]] std::filesystem::path RuleSetFile() const { return folder_ / "regles.reg"; }
+
+ private:
+  std::filesystem::path folder_;
+};
+
+/// The number that a command prints.
+double NumberFrom(const std::string& command, benchmark::State& state) {
+  double number = 0;
+  std::FILE* output = popen(command.c_str(), "r");
+  const bool read = output != nullptr && std::fscanf(output, "%lf", &number) == 1;
+  if (output == nullptr || pclose(output) != 0 || !read) state.SkipWithError(command.c_str());
+  return number;
+}
+
+/// The yardstick: iconv turns the same file into UTF-8.
+void Iconv(benchmark::State& state, const std::filesystem::path& file) {
+  const auto command = "iconv -f UTF-16LE -t UTF-8 '" + file.string() + "' > /dev/null";
+  for ([[maybe_unused]] auto step : state) {
+    if (std::system(command.c_str()) != 0) state.SkipWithError("iconv failed");
+  }
+}
+
+void Load(benchmark::State& state, const std::filesystem::path& file) {
+  for ([[maybe_unused]] auto step : state) {
+    const auto start = Clock::now();
+    const LoadedRules loaded(file);
+    // Letting go of the rule set is no part of loading it.
+    state.SetIterationTime(SecondsSince(start));
+  }
+}
+
+/// One word more in one rule: the file written and the rule set read again, as the window does.
+void SaveOneRule(benchmark::State& state, const std::filesystem::path& file) {
+  LoadedRules loaded(file);
+  auto& form = loaded.Form();
+  for ([[maybe_unused]] auto step : state) {
+    form.RuleMenu("mnuMod").Choose(kRules / 2);
+    form.txtBox[0].Type(u"encore un mot");
+    form.txtBox[0].KeyDown(kKeyReturn);
+    form.chkEnabled.Click();
+    const auto start = Clock::now();
+    form.cmdRecord[0].Click();
+    state.SetIterationTime(SecondsSince(start));
+    if (loaded.State().editing.bContentChanged) state.SkipWithError("not saved");
+  }
+}
+
+/// The most memory that loading takes, in bytes, asked of a fresh process.
+void Memory(benchmark::State& state, const std::string& program,
+            const std::filesystem::path& file) {
+  for ([[maybe_unused]] auto step : state) {
+    const double bytes = NumberFrom(program + " --memory '" + file.string() + "'", state);
+    state.SetIterationTime(bytes / static_cast<double>(std::filesystem::file_size(file)));
+  }
+}
+
+int PrintMemory(const std::filesystem::path& file) {
+  const double before = MemoryField("VmRSS");
+  const LoadedRules loaded(file);
+  std::printf("%.0f\n", MemoryField("VmHWM") - before);
+  return EXIT_SUCCESS;
+}
+
+/// From the start of the program to the window's first idle moment with everything drawn.
+void Window(benchmark::State& state, const std::string& program,
+            const std::filesystem::path& file) {
+  for ([[maybe_unused]] auto step : state) {
+    state.SetIterationTime(NumberFrom(program + " '" + file.string() + "' 2> /dev/null", state));
+  }
+}
+
+/// Keeps the time of each benchmark beside printing it.
+class Keeper final : public benchmark::ConsoleReporter {
+ public:
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const auto& run : runs) {
+      if (!run.error_occurred) {
+        seconds_[run.benchmark_name().substr(0, run.benchmark_name().find('/'))] =
+            run.real_accumulated_time / static_cast<double>(run.iterations);
+      }
+    }
+    ConsoleReporter::ReportRuns(runs);
+  }
+  void PrintRatio(const char* what, const char* left, const char* right, double bound) const {
+    if (seconds_.count(left) == 0 || seconds_.count(right) == 0) return;
+    std::printf("%-58s %6.2f  (at most %.2f)\n", what, seconds_.at(left) / seconds_.at(right),
+                bound);
+  }
+  void PrintDifference(const char* what, const char* left, const char* right, double bound) const {
+    if (seconds_.count(left) == 0 || seconds_.count(right) == 0) return;
+    std::printf("%-58s %6.2f  (at most %.2f)\n", what, seconds_.at(left) - seconds_.at(right),
+                bound);
+  }
+  void PrintFigure(const char* what, const char* name, double bound) const {
+    if (seconds_.count(name) == 0) return;
+    std::printf("%-58s %6.2f  (at most %.2f)\n", what, seconds_.at(name), bound);
+  }
+
+ private:
+  std::map<std::string, double> seconds_;
+};
+
+void RegisterAll(const std::string& program, const std::filesystem::path& file) {
+  using benchmark::kMillisecond;
+  benchmark::RegisterBenchmark("Iconv", Iconv, file)->Unit(kMillisecond)->UseRealTime();
+  benchmark::RegisterBenchmark("Load", Load, file)->Unit(kMillisecond)->UseManualTime();
+  benchmark::RegisterBenchmark("Memory", Memory, program, file)->Iterations(3)->UseManualTime();
+  const auto probe = std::filesystem::path(program).parent_path() / "window_probe";
+  if (std::getenv("DISPLAY") != nullptr && std::filesystem::exists(probe)) {
+    const std::filesystem::path sample = MORVELLE_SAMPLE_FILE;
+    benchmark::RegisterBenchmark("WindowOnSample", Window, probe.string(), sample)
+        ->Unit(kMillisecond)
+        ->Iterations(5)
+        ->UseManualTime();
+    benchmark::RegisterBenchmark("WindowOnRuleSet", Window, probe.string(), file)
+        ->Unit(kMillisecond)
+        ->Iterations(5)
+        ->UseManualTime();
+  }
+  // Last, for it changes the file.
+  benchmark::RegisterBenchmark("SaveOneRule", SaveOneRule, file)
+      ->Unit(kMillisecond)
+      ->UseManualTime();
+}
+
+}  // namespace
+
+int Main(int argc, char** argv) {
+  if (argc == 3 && std::string(argv[1]) == "--memory") return PrintMemory(argv[2]);
+  const Workplace workplace;
+  RegisterAll(std::filesystem::absolute(argv[0]).string(), workplace.RuleSetFile());
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return EXIT_FAILURE;
+  Keeper keeper;
+  benchmark::RunSpecifiedBenchmarks(&keeper);
+  std::printf("\n");
+  keeper.PrintRatio("loading / iconv on the same file", "Load", "Iconv", 2);
+  keeper.PrintFigure("memory taken by loading / size of the file", "Memory", 4);
+  keeper.PrintRatio("saving one rule / loading", "SaveOneRule", "Load", 1);
+  keeper.PrintDifference("window on the rule set, seconds later than on the sample",
+                         "WindowOnRuleSet", "WindowOnSample", 0.5);
+  return EXIT_SUCCESS;
+}
+
+}  // namespace morvelle::bench
+
+int main(int argc, char** argv) { return morvelle::bench::Main(argc, argv); }

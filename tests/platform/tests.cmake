@@ -1,0 +1,13 @@
+morvelle_test(platform_tests
+  SOURCES
+    platform/edited_file_test.cpp
+    platform/reg_file_test.cpp
+    platform/registry_contract_test.cpp
+    platform/registry_regfile_test.cpp
+  USES platform)
+
+# What the store writes, read by a program that shares no line with ours.
+add_executable(reg_file_sample platform/reg_file_sample.cpp)
+target_link_libraries(reg_file_sample PRIVATE morvelle_flags morvelle_platform)
+add_test(NAME reg_file_read_by_hivexregedit
+  COMMAND sh ${CMAKE_CURRENT_LIST_DIR}/read_by_hivexregedit.sh $<TARGET_FILE:reg_file_sample>)

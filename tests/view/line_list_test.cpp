@@ -1,0 +1,120 @@
+#include "view/line_list.h"
+
+#include <gtest/gtest.h>
+#include <wx/frame.h>
+#include <wx/sizer.h>
+#include <wx/stopwatch.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/window_driver.h"
+
+namespace morvelle {
+namespace {
+
+struct LineListTest : testing::Test {
+  LineListTest() {
+    auto* sizer = new wxBoxSizer(wxVERTICAL);
+    sizer->Add(widget, 1, wxEXPAND);
+    frame.SetSizer(sizer);
+    frame.SetSize(300, 240);
+    frame.Show();
+    WindowDriver::Settle();
+  }
+  std::vector<std::string> Shown() const {
+    std::vector<std::string> lines;
+    for (const auto& line : widget->GetStrings()) lines.push_back(line.utf8_string());
+    return lines;
+  }
+  void Fill(int count) {
+    for (int i = 0; i < count; ++i) list.AddItem("mot " + std::to_string(i));
+    widget->TakeOver(list);
+  }
+
+  wxFrame frame{nullptr, wxID_ANY, "listes"};
+  LineList* widget = new LineList(&frame, false, wxSize(100, 80));
+  ListBox list{"list", nullptr};
+};
+
+TEST_F(LineListTest, FollowsEveryKindOfChange) {
+  const std::vector<std::function<void()>> changes = {
+      [&] { list.AddItem("un"); },
+      [&] {
+        for (const char* word : {"deux", "trois", "trois", "quatre"}) list.AddItem(word);
+      },
+      [&] { list.SetItem(2, "TROIS"); },
+      [&] { list.RemoveItem(0); },
+      [&] { list.RemoveItem(3); },
+      [&] {
+        list.SetItem(0, "fin");
+        list.RemoveItem(1);
+        list.AddItem("deux");
+      },
+      [&] { list.Clear(); },
+      [&] {
+        for (int i = 0; i < 200; ++i) list.AddItem(std::to_string(i));
+      },
+      [&] {
+        for (int i = 1; i < 199; ++i) list.SetItem(i, std::to_string(-i));
+      },
+  };
+  for (const auto& change : changes) {
+    change();
+    widget->TakeOver(list);
+    EXPECT_EQ(Shown(), list.Items());
+  }
+}
+
+TEST_F(LineListTest, PlaceAndSelectionStayWhenALineIsAddedOrChangedElsewhere) {
+  Fill(400);
+  list.SetListIndex(210);
+  widget->TakeOver(list);
+  widget->SetFirstItem(200);
+  WindowDriver::Settle();
+  const int top = widget->GetTopItem();
+  ASSERT_GT(top, 150);
+  list.AddItem("un de plus");
+  list.SetItem(3, "autre");
+  widget->TakeOver(list);
+  WindowDriver::Settle();
+  EXPECT_EQ(widget->GetTopItem(), top);
+  EXPECT_EQ(widget->GetSelection(), 210);
+  list.RemoveItem(210);
+  widget->TakeOver(list);
+  EXPECT_EQ(widget->GetSelection(), wxNOT_FOUND);
+}
+
+TEST_F(LineListTest, ALongListTakesAWordAtOnce) {
+  wxStopWatch watch;
+  Fill(32767);
+  const auto filled = watch.TimeInMicro();
+  WindowDriver::Settle();
+  list.AddItem("un de plus");
+  watch.Start();
+  widget->TakeOver(list);
+  const auto added = watch.TimeInMicro();
+  RecordProperty("fillMicroseconds", filled.ToString().utf8_string());
+  RecordProperty("addMicroseconds", added.ToString().utf8_string());
+  // A rebuilt list costs as much as filling it does.
+  EXPECT_LT(added.ToLong(), filled.ToLong() / 4);
+}
+
+TEST_F(LineListTest, SeveralLinesAreShownSelectedAtOnce) {
+  auto* several = new LineList(&frame, true, wxSize(100, 80));
+  ListBox actions("actions", nullptr, true);
+  for (const char* word : {"a", "b", "c", "d"}) actions.AddItem(word);
+  actions.SetSelected(1, true);
+  actions.SetSelected(3, true);
+  several->TakeOver(actions);
+  wxArrayInt selections;
+  EXPECT_EQ(several->GetSelections(selections), 2);
+  EXPECT_TRUE(several->IsSelected(1));
+  EXPECT_TRUE(several->IsSelected(3));
+  actions.SetSelected(1, false);
+  several->TakeOver(actions);
+  EXPECT_FALSE(several->IsSelected(1));
+}
+
+}  // namespace
+}  // namespace morvelle

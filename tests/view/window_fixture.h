@@ -1,0 +1,94 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <wx/app.h>
+
+#include <string>
+#include <vector>
+
+#include "app/messages/text.h"
+#include "platform/dialogs_wx.h"
+#include "tests/support/fake_environment.h"
+#include "tests/support/fake_registry.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/window_driver.h"
+#include "view/main_window.h"
+
+namespace morvelle {
+
+/// The real window on the real form, over a registry in memory with three rules: Publicités
+/// (active, sender words alpha and beta), Listes (not active), Famille & amis (active).
+class WindowTest : public testing::Test {
+ protected:
+  WindowTest() {
+    const std::vector<std::string> names = {std::string("Publicités"_cp), "Listes",
+                                            "Famille & amis"};
+    Put(kMailKey, "Order", ValueKind::String, Zeroed("000 001 002"));
+    Put(kMailKey, "Version", ValueKind::Dword, Dword(327680));
+    for (int row = 0; row < 3; ++row) AddRule(row, names[static_cast<std::size_t>(row)], row != 1);
+    state.tables.SlotType = {"12", "8", "9", "22"};
+    state.identity.MailKey = kMailKey;
+    // What the window asks on its way out is no matter of these tests.
+    state.settings.QuietMode = "Silent";
+    boxes.BeforeBox([this] { window->ShowChanges(); });
+    window->Show();
+    form.LoadRules();
+    form.FinishStart();
+    EXPECT_TRUE(WindowDriver::WaitUntil([this] { return window->IsActive(); }));
+    driver.Settle();
+  }
+  ~WindowTest() override {
+    if (!closed) window->Destroy();
+    WindowDriver::Settle();
+  }
+
+  static constexpr const char* kMailKey =
+      "Identities\\{0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9}\\Software\\Microsoft\\"
+      "Outlook Express\\5.0\\Rules\\Mail\\";
+
+  static std::string Zeroed(std::string text) { return text + '\0'; }
+  static std::string Dword(std::uint32_t value) {
+    std::string bytes;
+    for (unsigned shift = 0; shift < 32; shift += 8) {
+      bytes += static_cast<char>((value >> shift) & 0xFFU);
+    }
+    return bytes;
+  }
+  void Put(const std::string& path, const char* name, ValueKind kind, const std::string& data) {
+    KeyHandle key = 0;
+    registry.CreateKey(path, key);
+    registry.SetValue(key, name, kind, data);
+    registry.CloseKey(key);
+  }
+  void AddRule(int row, const std::string& name, bool active) {
+    const auto rule = kMailKey + ThreeDigitId(row);
+    Put(rule, "Name", ValueKind::String, Zeroed(name));
+    Put(rule, "Enabled", ValueKind::Dword, Dword(active ? 1 : 0));
+    Put(rule, "Version", ValueKind::Dword, Dword(0));
+    Put(rule + "\\Actions", "Order", ValueKind::String, Zeroed("000"));
+    Put(rule + "\\Actions\\000", "Type", ValueKind::Dword, Dword(8));
+    Put(rule + "\\Actions\\000", "Flags", ValueKind::Dword, Dword(0));
+    const auto criterion = rule + "\\Criteria\\000";
+    Put(rule + "\\Criteria", "Order", ValueKind::String, Zeroed("000"));
+    Put(criterion, "Type", ValueKind::Dword, Dword(12));
+    Put(criterion, "Flags", ValueKind::Dword, Dword(0));
+    Put(criterion, "Logic", ValueKind::Dword, Dword(0));
+    Put(criterion, "Value", ValueKind::Binary,
+        Zeroed("alpha") + Zeroed("beta") + Zeroed("") + '\0');
+    Put(criterion, "ValueType", ValueKind::Dword, Dword(65));
+  }
+
+  TempFolder folder;
+  FakeRegistry registry;
+  WxDialogs boxes;
+  FakeEnvironment environment{folder.Path()};
+  Ports ports{registry, boxes, environment};
+  ProgramState state;
+  frmMorvelle form{ports, state};
+  MainWindow* window = new MainWindow(form, WindowPlace(wxString((folder / "place").string())));
+  WindowDriver driver{*window};
+  /// Set by a test after which the window is gone.
+  bool closed = false;
+};
+
+}  // namespace morvelle
