@@ -243,9 +243,9 @@ std::u16string_view TreeStore::WidePath(std::string_view path, std::size_t& shar
 template <typename Write>
 RegistryStatus TreeStore::Written(Write&& write) {
   if (inBatch_) return std::forward<Write>(write)();
-  BeginBatch();
+  TreeStore::BeginBatch();
   const RegistryStatus status = std::forward<Write>(write)();
-  switch (CommitBatch(false)) {
+  switch (TreeStore::CommitBatch(false)) {
     case CommitOutcome::Done:
       return status;
     case CommitOutcome::ChangedMeanwhile:

@@ -17,10 +17,10 @@ class RuleWriterTest : public testing::Test {
   std::array<std::vector<std::string>, kSlotCount>& lists = model.display.lists;
 
   /// The lines of the store below a key of rule 000.
-  std::string Below(const std::string& key) const {
+  std::string Below(const std::string& key) {
     return DumpOf(model.store, kTestMailKey + "000\\" + key);
   }
-  std::string Criteria() const { return Below("Criteria"); }
+  std::string Criteria() { return Below("Criteria"); }
   /// Saves the open rule; the tables must then be what a reload finds.
   void SaveAndReload() {
     ASSERT_TRUE(model.Save()) << ToUtf8(model.refusal);

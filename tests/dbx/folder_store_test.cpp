@@ -8,7 +8,7 @@
 #include <random>
 
 #include "app/messages/text.h"
-#include "tests/support/dbx_builder.h"
+#include "samples/dbx_builder.h"
 #include "tests/support/fake_environment.h"
 #include "tests/support/scripted_dialogs.h"
 #include "tests/support/temp_folder.h"

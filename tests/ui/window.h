@@ -12,7 +12,7 @@
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "app/program.h"
-#include "tests/support/dbx_builder.h"
+#include "samples/dbx_builder.h"
 #include "tests/support/fake_environment.h"
 #include "tests/support/fake_registry.h"
 #include "tests/support/rule_set.h"
@@ -125,8 +125,8 @@ struct Window : testing::Test {
     return selected;
   }
   /// All that is stored below the rules key.
-  [[nodiscard]] std::string Stored() const { return DumpOf(store); }
-  [[nodiscard]] std::string Stored(const std::string& below) const {
+  [[nodiscard]] std::string Stored() { return DumpOf(store); }
+  [[nodiscard]] std::string Stored(const std::string& below) {
     return DumpOf(store, kTestMailKey + below);
   }
 
