@@ -18,12 +18,44 @@ std::size_t Index(int row) { return static_cast<std::size_t>(row); }
 
 void RuleLoader::FinishEmpty() {
   display_.EnableMnu();
+  display_.EnableContentMenus(false);
   display_.EnableImports();
+}
+
+RuleLoader::LoadedRules RuleLoader::TakeRows() {
+  LoadedRules rows;
+  for (int row = 0; row < tables_.RuleCount; ++row) {
+    auto& rule = tables_.RuleAt(row);
+    if (rule.readMark == 0) continue;
+    auto id = rule.Id;
+    rows.try_emplace(std::move(id), LoadedRule{std::move(rule), tables_.Actions[Index(row)],
+                                               tables_.Criteria[Index(row)],
+                                               std::move(tables_.FirstCriteria[Index(row)])});
+  }
+  return rows;
+}
+
+bool RuleLoader::PutBack(LoadedRules& rows, std::int16_t row) {
+  const auto found = rows.find(tables_.RuleAt(row).Id);
+  if (found == rows.end()) return false;
+  const auto mark = registry_.Store().ChangeMark(KeyOf(row));
+  const bool holds = mark && *mark == found->second.rule.readMark;
+  if (holds) {
+    tables_.RuleAt(row) = std::move(found->second.rule);
+    tables_.Actions[Index(row)] = found->second.actions;
+    tables_.Criteria[Index(row)] = found->second.criteria;
+    tables_.FirstCriteria[Index(row)] = std::move(found->second.slots);
+    display_.LoadMnu(row, tables_.RuleAt(row).Id + " " + tables_.RuleAt(row).Name, true);
+    display_.EnableRuleEditing(row, IsEditable(row));
+  }
+  rows.erase(found);
+  return holds;
 }
 
 void RuleLoader::MailFromBdR() {
   Trap(registry_.Boxes().Boxes(), "MailFromBdR", [&] {
     display_.BeginLoad();
+    auto rows = TakeRows();
     tables_.Blank();
     {
       const OpenedKey key(registry_, mailKey_, true);
@@ -48,7 +80,8 @@ void RuleLoader::MailFromBdR() {
     display_.ShowPanel(9, "");
     bool anyEditable = false;
     for (std::int16_t row = 0; row < tables_.RuleCount; ++row) {
-      anyEditable = RuleFromBdR(row) || anyEditable;
+      const bool editable = PutBack(rows, row) ? IsEditable(row) : RuleFromBdR(row);
+      anyEditable = editable || anyEditable;
     }
     display_.EnableContentMenus(anyEditable);
   });
@@ -57,6 +90,7 @@ void RuleLoader::MailFromBdR() {
 bool RuleLoader::RuleFromBdR(std::int16_t row) {
   return Trap(registry_.Boxes().Boxes(), "RuleFromBdR", [&] {
     auto& rule = tables_.RuleAt(row);
+    const int damageBefore = registry_.Damage().Count();
     tables_.RuleLabel = rule.Id;
     {
       const OpenedKey key(registry_, KeyOf(row), false);
@@ -74,6 +108,10 @@ bool RuleLoader::RuleFromBdR(std::int16_t row) {
     CiteriaFromBdR(row);
     const bool editable = IsEditable(row);
     display_.EnableRuleEditing(row, editable);
+    // A damaged rule is reported at each load, and so read at each.
+    if (registry_.Damage().Count() == damageBefore) {
+      rule.readMark = registry_.Store().ChangeMark(KeyOf(row)).value_or(0);
+    }
     return editable;
   });
 }

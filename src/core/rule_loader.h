@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
+#include <unordered_map>
 
 #include "core/displays.h"
 #include "core/registry_access.h"
@@ -16,13 +19,27 @@ class RuleLoader {
              RuleDisplay& display)
       : registry_(registry), mailKey_(mailKey), tables_(tables), display_(display) {}
 
-  /// Loads the whole rule set.
+  /// Loads the whole rule set. A rule that was loaded before is read again only when it was changed
+  /// in the tables or in the store, or when the store cannot tell.
   void MailFromBdR();
 
   /// Loads the rule of a row; true when its words can be edited.
   bool RuleFromBdR(std::int16_t row);
 
  private:
+  /// What the tables hold of one rule.
+  struct LoadedRule {
+    RuleRecord rule;
+    std::uint8_t actions = 0;
+    std::uint8_t criteria = 0;
+    std::array<CriterionRecord, kSlotCount> slots;
+  };
+  using LoadedRules = std::unordered_map<std::string, LoadedRule>;
+
+  /// Takes the rows that may still hold out of the tables, by id.
+  LoadedRules TakeRows();
+  /// Puts a rule back into its row when the store has not changed it since; shows it as a read one.
+  bool PutBack(LoadedRules& rows, std::int16_t row);
   void ActionsFromBdR(int row);
   void CiteriaFromBdR(int row);
   void ActionsParamFromBdR(int row, int entry);

@@ -162,6 +162,12 @@ RegistryStatus TreeStore::RenameSubkeys(std::string_view path, std::span<const K
   });
 }
 
+std::optional<std::uint64_t> TreeStore::ChangeMark(std::string_view path) {
+  const RegistryKey* key = KeyAt(path);
+  if (key == nullptr) return std::nullopt;
+  return tree_.MarkOf(*key);
+}
+
 void TreeStore::BeginBatch() {
   inBatch_ = true;
   tree_.StartBatch();

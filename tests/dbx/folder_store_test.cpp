@@ -16,7 +16,7 @@
 namespace morvelle {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 constexpr std::string_view kBin = "Éléments supprimés"_cp;
 constexpr std::string_view kBadFile = "Erreur de lecture du fichier Folders.dbx";

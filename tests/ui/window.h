@@ -36,8 +36,7 @@ inline constexpr int kRecipients = 3;
 
 /// The program with its window, on a registry and a disk of the test's own, driven by gestures.
 /// `rules` makes the rule set; then Start.
-class Window : public testing::Test {
- protected:
+struct Window : testing::Test {
   Window() {
     std::filesystem::create_directories(environment.userFolder);
     WriteFile(FoldersFile(), DbxBuilder(kStoreMark)
