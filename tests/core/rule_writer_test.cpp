@@ -30,17 +30,19 @@ class RuleWriterTest : public testing::Test {
   }
 };
 
-/// "000\Type = 15" and its kin, as the builder of rule sets makes them.
-std::string SizeLines(const std::string& id, int size) {
-  return id + "\\Type = 15\n" + id + "\\Flags = 0\n" + id + "\\Logic = 0\n" + id +
-         "\\ValueType = 19\n" + id + "\\Value = " + std::to_string(size) + "\n";
+/// The lines of a criterion as the builder of rule sets makes it.
+std::string Lines(const std::string& id, int type, const std::string& logic, int valueType,
+                  const std::string& value) {
+  return id + "\\Type = " + std::to_string(type) + "\n" + id + "\\Flags = 0\n" + id +
+         "\\Logic = " + logic + "\n" + id + "\\ValueType = " + std::to_string(valueType) + "\n" +
+         id + "\\Value = " + value + "\n";
 }
-
+std::string SizeLines(const std::string& id, int size) {
+  return Lines(id, 15, "0", 19, std::to_string(size));
+}
 std::string WordLines(const std::string& id, int type, const std::string& words,
                       const std::string& logic = "0") {
-  return id + "\\Type = " + std::to_string(type) + "\n" + id + "\\Flags = 0\n" + id +
-         "\\Logic = " + logic + "\n" + id + "\\ValueType = 65\n" + id + "\\Value = 3:\"" + words +
-         "\"\n";
+  return Lines(id, type, logic, 65, "3:\"" + words + "\"");
 }
 
 TEST_F(RuleWriterTest, WhatWasNotTouchedStaysByteForByte) {
@@ -133,6 +135,14 @@ TEST_F(RuleWriterTest, AListThatLostItsWordsLosesItsCriterion) {
             (std::vector<std::string>{"x", "y"}));
 }
 
+TEST_F(RuleWriterTest, ARuleLeftWithoutCriteriaTakesUpNoForgottenKey) {
+  set.Order("000").PlainRule("000", "A", "003").Words("003", 8, {"x"}).Words("000", 12, {"vieux"});
+  model.Open();
+  lists[1].clear();
+  SaveAndReload();
+  EXPECT_EQ(Criteria(), "Order = \"000\"\n");
+}
+
 TEST_F(RuleWriterTest, AThirteenthEntryIsRefusedBeforeAnyWrite) {
   const std::string eleven = "000 001 002 003 004 005 006 007 008 009 00A";
   set.Order("000").PlainRule("000", "A", eleven);
@@ -203,8 +213,8 @@ TEST_F(RuleWriterTest, TheClosingActionIsAddedWhereTheRuleHasNone) {
 }
 
 TEST_F(RuleWriterTest, TypesWithoutArgumentLoseTheirs) {
-  set.Order("000").Rule("000", "A").Actions("000").Action("000", 6).Bytes("dossier");
-  set.Criteria("000").Criterion("000", 14).Number(7);
+  set.Order("000").PlainRule("000", "A", "000").Action("000", 6).Bytes("dossier");
+  set.Criterion("000", 14).Number(7);
   model.Open();
   model.tables.RuleAt(0).ActionsParam[0].Type = "12";
   ASSERT_TRUE(model.Save());
