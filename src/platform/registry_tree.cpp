@@ -219,7 +219,7 @@ void RegistryTree::AddDeletion(std::u16string_view path) { PutDeletion(path, *en
 void RegistryTree::Undo() {
   recording_ = false;
   ++generation_;
-  undoMark_ = ++lastMark_;
+  if (!undo_.empty()) undoMark_ = ++lastMark_;
   while (!undo_.empty()) {
     const auto undo = std::move(undo_.back());
     undo_.pop_back();

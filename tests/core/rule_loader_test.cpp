@@ -124,6 +124,49 @@ TEST_F(RuleLoaderTest, AReloadStartsFromBlank) {
   EXPECT_EQ(tables.RuleAt(0).CriteriaParam[1].Type, "");
 }
 
+TEST_F(RuleLoaderTest, AReloadFindsEveryChangeAndKeepsTheRest) {
+  for (const auto* const id : {"000", "001", "002", "003"}) {
+    set.PlainRule(id, "Avant", "000").Words("000", 12, {"x"});
+  }
+  set.Order("000 001 002 003");
+  Load();
+  model.display.editable.clear();
+  model.display.rules.clear();
+  // Changed in the tables, in a key below, by and by a new order.
+  tables.RuleAt(0).Name = "Autre";
+  tables.Touch(0);
+  set.PutText(kTestMailKey + "003\\Criteria", "Order", "000 001").Words("001", 8, {"y"});
+  set.Order("003 002 001 000 004").PlainRule("004", "Neuve", "000").Words("000", 9, {"z"});
+  // Not touched: the row is taken over as it is.
+  tables.RuleAt(1).Version = "77";
+  Load();
+  EXPECT_EQ(tables.RuleAt(2).Version, "77");
+  tables.RuleAt(2).Version = "0";
+  const auto rows = [&] {
+    std::string text;
+    for (int row = 0; row < tables.RuleCount; ++row) text += model.Row(row) + "\n";
+    return text;
+  };
+  const auto reloaded = rows();
+  const auto shown = model.display.rules;
+  const auto editable = model.display.editable;
+  model.store.tellsChanges = false;
+  model.display.rules.clear();
+  Load();
+  EXPECT_EQ(reloaded, rows());
+  EXPECT_EQ(shown, model.display.rules);
+  EXPECT_EQ(editable, model.display.editable);
+  // What a batch wrote and was read meanwhile does not outlive its undoing.
+  model.store.tellsChanges = true;
+  model.store.BeginBatch();
+  set.PutText(kTestMailKey + "002", "Name", "Perdu");
+  Load();
+  EXPECT_NE(reloaded, rows());
+  model.store.AbandonBatch();
+  Load();
+  EXPECT_EQ(reloaded, rows());
+}
+
 TEST_F(RuleLoaderTest, MoreEntriesThanTheTablesHoldAreListedAndLeftAlone) {
   const std::string twelve = "000 001 002 003 004 005 006 007 008 009 00A 00B";
   set.Order("000 001").PlainRule("000", "Douze", twelve);
