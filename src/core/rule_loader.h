@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
-#include <unordered_map>
+#include <vector>
 
 #include "core/displays.h"
 #include "core/registry_access.h"
@@ -34,12 +34,14 @@ class RuleLoader {
     std::uint8_t criteria = 0;
     std::array<CriterionRecord, kSlotCount> slots;
   };
-  using LoadedRules = std::unordered_map<std::string, LoadedRule>;
 
-  /// Takes the rows that may still hold out of the tables, by id.
-  LoadedRules TakeRows();
-  /// Puts a rule back into its row when the store has not changed it since; shows it as a read one.
-  bool PutBack(LoadedRules& rows, std::int16_t row);
+  /// Gives the tables one row for each id. What was loaded of a rule goes to its new row.
+  void ArrangeRows(const std::vector<std::string>& ids);
+  void BlankRow(int row);
+  /// Whether the store still says what the row was read from.
+  [[nodiscard]] bool StillHolds(int row) const;
+  /// Reads a rule where it has to be, and shows it.
+  bool LoadRow(std::int16_t row);
   void ActionsFromBdR(int row);
   void CiteriaFromBdR(int row);
   void ActionsParamFromBdR(int row, int entry);
