@@ -22,7 +22,7 @@ constexpr std::size_t kIndexHead = 4;
 /// Windows lets an index of subkeys fill one block; hivex reads no tree of indexes deeper than two.
 constexpr std::size_t kLongestIndex = 500;
 /// Documented limit of a value in the older form of hives.
-constexpr std::size_t kLargestUndividedValue = 1024 * 1024;
+constexpr std::size_t kLargestUndividedValue = 1'048'576;
 
 bool IsLatin(std::u16string_view name) {
   return std::all_of(name.begin(), name.end(), [](char16_t unit) { return unit < 0x100; });
