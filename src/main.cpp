@@ -15,6 +15,7 @@
 #include "platform/dialogs_wx.h"
 #include "platform/environment_posix.h"
 #include "platform/host_files.h"
+#include "platform/registry_hive.h"
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"
 #include "ui/frm_morvelle.h"
@@ -75,8 +76,11 @@ class MorvelleApp final : public wxApp {
                                           : OwnSampleIdentity(ShippedSample(environment),
                                                               environment.UserFolder());
       environment.SetRegistryFolder(file.parent_path());
-      auto opened =
-          OpenRegFile(file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
+      // An NTUSER.DAT lies in the profile's own folder.
+      const bool isHive = IsHive(file);
+      if (isHive && !commandLine_.profile) environment.SetProfile(file.parent_path());
+      const auto open = isHive ? OpenHive : OpenRegFile;
+      auto opened = open(file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
       if (opened.store != nullptr) return std::move(opened.store);
       error = std::move(opened.error);
     } catch (const std::filesystem::filesystem_error& failure) {

@@ -2,7 +2,14 @@
 if(WIN32)
   set(platform_system_sources)
 else()
-  set(platform_system_sources platform/environment_posix.cpp platform/host_files_posix.cpp)
+  include(${PROJECT_SOURCE_DIR}/cmake/MorvelleHivex.cmake)
+  set(platform_system_sources
+    platform/environment_posix.cpp
+    platform/hive_cells.cpp
+    platform/hive_reader.cpp
+    platform/hive_writer.cpp
+    platform/host_files_posix.cpp
+    platform/registry_hive.cpp)
 endif()
 
 morvelle_room(platform
@@ -21,3 +28,6 @@ morvelle_room(platform
     platform/windows_paths.cpp
     ${platform_system_sources}
   USES messages)
+if(NOT WIN32)
+  target_link_libraries(morvelle_platform PRIVATE PkgConfig::HIVEX)
+endif()
