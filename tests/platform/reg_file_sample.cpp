@@ -7,8 +7,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <iostream>
 #include <string>
+#include <utility>
 
 #include "app/messages/text.h"
 #include "platform/registry_regfile.h"
@@ -19,6 +21,10 @@ namespace {
 
 void Put(std::string& bytes, std::size_t at, std::uint32_t number, std::size_t count = 4) {
   for (std::size_t i = 0; i < count; ++i) bytes[at + i] = static_cast<char>(number >> (8 * i));
+}
+
+void Put(std::string& bytes, std::initializer_list<std::pair<std::size_t, std::uint32_t>> numbers) {
+  for (const auto& [at, number] : numbers) Put(bytes, at, number);
 }
 
 void Put(std::string& bytes, std::size_t at, std::string_view text) {
@@ -37,14 +43,9 @@ std::string EmptyHive() {
   constexpr std::uint32_t kFree = kSecurity + kSecuritySize;
   std::string hive(std::size_t{2} * kBlock, '\0');
   Put(hive, 0, "regf");
-  Put(hive, 4, 1);
-  Put(hive, 8, 1);
-  Put(hive, 0x14, 1);  // Version 1.3.
-  Put(hive, 0x18, 3);
-  Put(hive, 0x20, 1);
-  Put(hive, 0x24, kRoot);
-  Put(hive, 0x28, kBlock);
-  Put(hive, 0x2C, 1);
+  // Sequence numbers, version 1.3, format, root, size, clusters.
+  Put(hive, {{4, 1}, {8, 1}, {0x14, 1}, {0x18, 3}, {0x20, 1}, {0x24, kRoot}});
+  Put(hive, {{0x28, kBlock}, {0x2C, 1}});
   std::uint32_t checksum = 0;
   for (std::size_t at = 0; at < 0x1FC; at += 4) {
     for (std::size_t i = 0; i < 4; ++i) {
@@ -59,23 +60,17 @@ std::string EmptyHive() {
   Put(hive, root, 0U - kRootSize);
   Put(hive, root + 4, "nk");
   Put(hive, root + 6, 0x2C, 2);  // Root of a hive, name of single bytes.
-  Put(hive, root + 0x14, kNone);
-  Put(hive, root + 0x20, kNone);
-  Put(hive, root + 0x24, kNone);
-  Put(hive, root + 0x2C, kNone);
-  Put(hive, root + 0x30, kSecurity);
-  Put(hive, root + 0x34, kNone);
+  Put(hive, {{root + 0x14, kNone}, {root + 0x20, kNone}, {root + 0x24, kNone}});
+  Put(hive, {{root + 0x2C, kNone}, {root + 0x30, kSecurity}, {root + 0x34, kNone}});
   Put(hive, root + 0x4C, 4, 2);
   Put(hive, root + 0x50, "ROOT");
 
   const std::size_t security = kBlock + kSecurity;
-  Put(hive, security, 0U - kSecuritySize);
   Put(hive, security + 4, "sk");
-  Put(hive, security + 8, kSecurity);
-  Put(hive, security + 12, kSecurity);
-  Put(hive, security + 16, 1);
-  Put(hive, security + 20, 20);  // A self-relative descriptor with nothing in it.
-  Put(hive, security + 24, 1, 1);
+  Put(hive,
+      {{security, 0U - kSecuritySize}, {security + 8, kSecurity}, {security + 12, kSecurity}});
+  Put(hive, {{security + 16, 1}, {security + 20, 20}});  // A self-relative descriptor,
+  Put(hive, security + 24, 1, 1);                        // nothing in it.
   Put(hive, security + 26, 0x8000, 2);
   Put(hive, kBlock + kFree, kBlock - kFree);
   return hive;
