@@ -37,31 +37,25 @@ TEST_F(SettingsTest, AMissingFileLeavesTheDefaultsAndIsMade) {
 TEST_F(SettingsTest, LinesMayBeMissingOrEndOtherwise) {
   struct Case {
     std::string_view content, book, quiet;
+    bool automatic, silent;
   };
-  for (const auto& [content, book, quiet] :
-       {Case{"Auto\r\nSilent\r\n", "Auto", "Silent"}, Case{"Auto\nSilent", "Auto", "Silent"},
-        Case{"Auto\rSilent\r", "Auto", "Silent"}, Case{"Auto", "Auto", ""},
-        Case{"\r\nSilent\r\nplus", "", "Silent"}, Case{"", "", ""},
-        Case{"Man\xFCl\r\n x \r\n", "Man\xFCl", " x "}}) {
+  const Case cases[] = {{"Auto\r\nSilent\r\n", "Auto", "Silent", true, true},
+                        {"Auto\nsilent", "Auto", "silent", true, true},
+                        {"auto\rSILENT\r", "auto", "SILENT", false, true},
+                        {"Auto", "Auto", "", true, false},
+                        {"\r\nSilent\r\nplus", "", "Silent", false, true},
+                        {"", "", "", false, false},
+                        {"Auto \r\n Silent \r\n", "Auto ", " Silent ", false, false}};
+  for (const auto& [content, book, quiet, automatic, silent] : cases) {
     settings.QuietMode = "Silent";
     Read(content);
     EXPECT_EQ(settings.BookMode, book) << content;
     EXPECT_EQ(settings.QuietMode, quiet) << content;
+    EXPECT_EQ(settings.BookIsAutomatic(), automatic) << "letter case counts for the book alone";
+    EXPECT_EQ(settings.IsQuiet(), silent) << content;
     file.Write();
     EXPECT_EQ(ReadFile(ini), std::string(book) + "\r\n" + std::string(quiet) + "\r\n");
   }
-}
-
-TEST_F(SettingsTest, LetterCaseCountsForTheBookAndNotForSilence) {
-  Read("auto\r\nSILENT\r\n");
-  EXPECT_FALSE(settings.BookIsAutomatic());
-  EXPECT_TRUE(settings.IsQuiet());
-  Read("Auto\r\nsilent\r\n");
-  EXPECT_TRUE(settings.BookIsAutomatic());
-  EXPECT_TRUE(settings.IsQuiet());
-  Read("Auto \r\nSilent \r\n");
-  EXPECT_FALSE(settings.BookIsAutomatic());
-  EXPECT_FALSE(settings.IsQuiet());
 }
 
 TEST_F(SettingsTest, AFileThatCannotBeWrittenIsSaidAndTheProgramGoesOn) {

@@ -48,21 +48,16 @@ TEST_F(FindIDTest, FindsAndShowsTheIdentity) {
   EXPECT_EQ(panels, "1 Identité, 2 0A1B2C3D, 3 4E5F, 4 6071, 5 8293, 6 A4B5C6D7E8F9, ");
 }
 
-TEST_F(FindIDTest, EveryKeyThatIsMissingIsFatal) {
+TEST_F(FindIDTest, EveryKeyThatIsMissingAndADamagedUserIdAreFatal) {
+  model.set.PutText("Identities", "Last User ID", "{");
+  ExpectFatal();
+  model.set.PutText("Identities", "Last User ID", kTestIdentity);
   const auto identityKey = "Identities\\" + std::string(kTestIdentity);
   for (const auto& gone : {kTestSettingsKey, identityKey, "Identities"s}) {
     model.registry.DeleteKey(gone);
     ExpectFatal();
   }
   EXPECT_EQ(DumpOf(model.store, ""), "\n") << "nothing is made on the way";
-}
-
-TEST_F(FindIDTest, AMissingOrDamagedUserIdIsFatal) {
-  model.set.PutText("Identities", "Last User ID", "{");
-  ExpectFatal();
-  model.set.Remove("Identities", "Last User ID");
-  model.dialogs.Expect("Identité introuvable"_cp);
-  ExpectFatal();
 }
 
 TEST_F(FindIDTest, ExpandsTheVariableAtTheHeadOfTheStoreRoot) {
@@ -79,15 +74,6 @@ TEST_F(FindIDTest, ExpandsTheVariableAtTheHeadOfTheStoreRoot) {
   identity.StoreRoot = "avant";
   EXPECT_TRUE(finder.FindID()) << "no store root is no error";
   EXPECT_EQ(identity.StoreRoot, "");
-}
-
-TEST_F(FindIDTest, MakesTheRulesKeyOnce) {
-  model.dialogs.Expect("La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp,
-                       kBoxInformation, "Morvelle");
-  EXPECT_FALSE(finder.FindID());
-  EXPECT_EQ(model.Dump(), "Version = 327680\n");
-  EXPECT_EQ(model.store.commits, 1);
-  EXPECT_TRUE(finder.FindID());
 }
 
 TEST_F(FindIDTest, ARulesKeyThatCannotBeMadeEndsTheProgram) {

@@ -27,13 +27,6 @@ TEST(WordValues, TooShortOnesHoldNoWordAndALastOneWithoutItsZeroIsKept) {
   }
 }
 
-TEST(WordValues, SortedByCodeUnitsEachOnce) {
-  const auto e = std::string("été"_cp);
-  const auto euro = std::string("€"_cp);
-  EXPECT_EQ(SortedOnce({euro, e, "zebra", "b", e, "apple", "Zebra", "b"}),
-            (Words{"Zebra", "apple", "b", "zebra", e, euro}));
-}
-
 TEST(WordLists, TakeOverTheListBoxSortedAndOnce) {
   RuleModel model;
   model.display.lists[1] = {"b", "b", "c"};
@@ -58,10 +51,6 @@ TEST(WordLists, ShowWhatTheyDecodeAndCountIt) {
   model.wordLists.DecodeValue("", 3);
   EXPECT_EQ(model.display.counts[3], "0 mot");
   EXPECT_EQ(model.wordLists.EnCodeValue(3), "");
-  model.tables.Words0 = {"b", "a", "c", "A"};
-  model.tables.WordCount[0] = 3;
-  model.wordLists.SortTable(model.tables.Words0, 0);
-  EXPECT_EQ(model.tables.Words0, (Words{"a", "b", "c", "A"})) << "the first WordCount of them";
 }
 
 TEST(WordLists, HoldAsManyWordsAsTheyCanCount) {

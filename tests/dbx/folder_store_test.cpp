@@ -100,6 +100,7 @@ TEST_F(FolderStoreTest, RefusesAFileThatIsNotAFolderList) {
     EXPECT_EQ(Read(bad), "False") << "byte " << offset;
   }
   EXPECT_FALSE(FolderStore::IsGood("False"));
+  EXPECT_EQ(Read(good), kMark + "\x05\0\0"s) << "read again after a failure";
   for (const std::size_t size : {0U, 7U, 27U, 239U}) {
     ExpectBadFile();
     EXPECT_EQ(Read(good.substr(0, size)), "False") << size << " bytes";
@@ -112,15 +113,6 @@ TEST_F(FolderStoreTest, ReportsAFileThatCannotBeOpened) {
   std::filesystem::create_directories(folder_ / "drive_c" / "Courrier" / "Folders.dbx");
   ExpectBadFile();
   EXPECT_EQ(store_.ReadFolders(), "False") << "a folder in the file's place";
-  storeRoot_.clear();
-  ExpectBadFile();
-  EXPECT_EQ(store_.ReadFolders(), "False");
-}
-
-TEST_F(FolderStoreTest, ReadsAgainAfterAFailure) {
-  ExpectBadFile();
-  EXPECT_EQ(Read("CF"), "False");
-  EXPECT_EQ(Read(DbxBuilder(kMark).Add(Folder(5, kBin)).Build()), kMark + "\x05\0\0"s);
 }
 
 TEST_F(FolderStoreTest, ReportsABadNodeTwice) {
@@ -142,6 +134,8 @@ TEST_F(FolderStoreTest, ReportsABadNodeTwice) {
   ExpectBadNode(good.nodeOffset);
   ExpectBadFile();
   EXPECT_EQ(Read(good.bytes.substr(0, good.nodeOffset + 17)), "False");
+  ExpectBadFile();
+  EXPECT_EQ(Read(good.bytes.substr(0, good.nodeOffset + 24 + 3)), "False") << "cut in its entries";
 }
 
 TEST_F(FolderStoreTest, GoesOnAfterABadRecord) {
@@ -160,12 +154,6 @@ TEST_F(FolderStoreTest, GoesOnAfterABadRecord) {
   ExpectBadRecord(-1);
   EXPECT_EQ(Read(image), kMark + "\x05\0\0"s);
   EXPECT_THAT(Names(), testing::ElementsAre("", "", "", kBin));
-}
-
-TEST_F(FolderStoreTest, FailsWithoutMoreWordsWhenTheNodeIsCut) {
-  const auto image = DbxBuilder(kMark).Add(Folder(2, "un")).Add(Folder(5, kBin)).Build();
-  ExpectBadFile();
-  EXPECT_EQ(Read(image.bytes.substr(0, image.nodeOffset + 24 + 12 + 3)), "False");
 }
 
 TEST_F(FolderStoreTest, ReadsUpTo255Folders) {
@@ -218,35 +206,25 @@ TEST_F(FolderStoreTest, ReportsALengthThatCannotBe) {
     ExpectBadRecord(good.recordOffsets[0]);
     EXPECT_EQ(Read(bad), kMark) << length;
   }
-  auto crowded = good;
-  crowded.bytes[good.recordOffsets[0] + 10] = '\xFF';
-  ExpectBadRecord(good.recordOffsets[0]);
-  EXPECT_EQ(Read(crowded), kMark) << "255 attributes where there is room for none";
 }
 
 TEST_F(FolderStoreTest, TellsWhetherTheLastAttributeCounts) {
-  const auto image = DbxBuilder(kMark)
-                         .AddRaw({{0x80, 7}, {0, 0}}, "x")
-                         .AddRaw({}, "")
-                         .AddRaw({{0, 0}, {0x80, 8}}, "x")
-                         .Build();
+  const auto image =
+      DbxBuilder(kMark).AddRaw({{0x80, 7}, {0, 0}}, "x").AddRaw({{0, 0}, {0x80, 8}}, "x").Build();
   EXPECT_EQ(Read(image), kMark);
   EXPECT_EQ(store_.Folders[0].Id, "070000") << "read all the same";
   store_.Open();
-  const auto record = [&](std::int16_t index, std::size_t at) {
-    return store_.ReadFolderRecord(index, static_cast<std::int32_t>(image.recordOffsets[at]));
+  const auto record = [&](int index, std::size_t at) {
+    return store_.ReadFolderRecord(static_cast<std::int16_t>(index),
+                                   static_cast<std::int32_t>(image.recordOffsets[at]));
   };
   EXPECT_FALSE(record(1, 0));
-  EXPECT_FALSE(record(1, 1));
-  EXPECT_TRUE(record(1, 2));
-  EXPECT_EQ(store_.Folders[0].Id, "080000");
-  for (const auto index : {std::int16_t{0}, std::int16_t{4}}) {
+  EXPECT_TRUE(record(1, 1));
+  for (const int index : {0, 3, 1}) {  // No such folder, then the file is closed.
+    if (index == 1) store_.Close();
     ExpectBadRecord(image.recordOffsets[0]);
-    EXPECT_FALSE(record(index, 0)) << "no folder has the index " << index;
+    EXPECT_FALSE(record(index, 0)) << index;
   }
-  store_.Close();
-  ExpectBadRecord(image.recordOffsets[0]);
-  EXPECT_FALSE(record(1, 0)) << "the file is closed";
   EXPECT_EQ(store_.Folders[0].Id, "080000") << "left as it was";
 }
 
@@ -256,9 +234,7 @@ TEST_F(FolderStoreTest, SurvivesDamageAnywhere) {
   const auto good = builder.Build();
   dialogs_.AllowAnyBox();
   std::mt19937 random(20031117);  // NOLINT: a fixed seed makes a failure repeatable.
-  const auto pick = [&random](std::size_t from, std::size_t to) {
-    return from + random() % (to - from);
-  };
+  const auto pick = [&](std::size_t from, std::size_t to) { return from + random() % (to - from); };
   for (int round = 0; round < 500; ++round) {
     auto bytes = good.bytes;
     for (int k = 0; k < 4; ++k) {

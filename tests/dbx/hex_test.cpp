@@ -27,19 +27,12 @@ TEST(Hex, ReadsNumbersLeastSignificantByteFirst) {
   EXPECT_EQ(HexToLong24("050000"), 5);
   EXPECT_EQ(HexToLong24("FFFF7F"), 0x7FFFFF);
   EXPECT_THROW(HexToLong("785634"), RuntimeError);
-}
-
-TEST(Hex, GivesTheTopByteASignOfItsOwn) {
+  // The top byte has a sign of its own.
   EXPECT_EQ(HexToLong("000000FF"), -127 * 0x1000000);
   EXPECT_EQ(HexToLong("01000080"), 1) << "80 counts as 0";
   EXPECT_EQ(HexToLong("FFFFFF81"), -1);
   EXPECT_EQ(HexToLong24("0000FF"), -127 * 0x10000);
   EXPECT_EQ(HexToLong24("FEFF81"), -2);
-}
-
-TEST(Hex, KeepsTheLargerOfTwo) {
-  EXPECT_EQ(MaxInt(-3, 1), 1);
-  EXPECT_EQ(MaxInt(7, 1), 7);
 }
 
 }  // namespace

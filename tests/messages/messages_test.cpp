@@ -11,7 +11,7 @@
 namespace morvelle {
 namespace {
 
-TEST(MessageBoxes, AnEmptyTitleBecomesTheApplications) {
+TEST(MessageBoxes, HaveATitleAndQuestionsAreAnsweredByYesAlone) {
   ScriptedDialogs dialogs;
   const Messages messages(dialogs);
   dialogs.Expect("Bonjour", kBoxInformation, "Morvelle");
@@ -21,15 +21,10 @@ TEST(MessageBoxes, AnEmptyTitleBecomesTheApplications) {
   EXPECT_EQ(title, "Morvelle") << "the caller sees it";
   title = "FindID";
   messages.Msg("Bonjour", kBoxStop, title);
-}
-
-TEST(MessageBoxes, AQuestionIsAnsweredByYesAlone) {
-  ScriptedDialogs dialogs;
-  const Messages messages(dialogs);
-  dialogs.Expect("Oui ?", 292, "Morvelle", Button::Yes);
-  dialogs.Expect("Oui ?", 292, "Morvelle", Button::No);
-  EXPECT_TRUE(messages.TestOui("Oui ?"));
-  EXPECT_FALSE(messages.TestOui("Oui ?"));
+  for (const auto answer : {Button::Yes, Button::No}) {
+    dialogs.Expect("Oui ?", 292, "Morvelle", answer);
+    EXPECT_EQ(messages.TestOui("Oui ?"), answer == Button::Yes);
+  }
 }
 
 TEST(FileTests, AnEmptyFileIsThereAndReportedWhereAsked) {
@@ -48,21 +43,8 @@ TEST(FileTests, AnEmptyFileIsThereAndReportedWhereAsked) {
   WriteFile(file, "x");
   EXPECT_TRUE(messages.FileExists(file, true));
   EXPECT_FALSE(messages.FileExists(folder.Path()));
-}
-
-TEST(FileTests, ANameThatIsNoUtf8IsReportedAsItStands) {
-  ScriptedDialogs dialogs;
   dialogs.Expect("Fichier /m/r\xE8gle.roe introuvable ou endommag\xE9");
-  Messages(dialogs).FileDoesNotExist("/m/r\xE8gle.roe");
-}
-
-TEST(FileTests, FoldersAreFoundHiddenOnesIncluded) {
-  const TempFolder folder;
-  std::filesystem::create_directory(folder / ".cache");
-  WriteFile(folder / "fichier", "");
-  EXPECT_TRUE(Messages::FolderExists(folder / ".cache"));
-  EXPECT_FALSE(Messages::FolderExists(folder / "fichier"));
-  EXPECT_FALSE(Messages::FolderExists(folder / "fichier" / "x"));
+  messages.FileDoesNotExist("/m/r\xE8gle.roe");  // A name that is no UTF-8.
 }
 
 }  // namespace

@@ -9,12 +9,13 @@
 
 #include <csignal>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 
 #include "app/messages/text.h"
 #include "platform/registry_regfile.h"
-#include "tests/platform/temporary_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace morvelle {
 
@@ -33,7 +34,8 @@ constexpr std::string_view kOneValue =
 /// The real file system, with the failures that a test asks for.
 class FailingFiles final : public HostFiles {
  public:
-  std::string replaceFails, copyFails;
+  std::string copyFails;
+  bool canLock = true;
 
   std::filesystem::path Resolve(const std::filesystem::path& path) override {
     return real_->Resolve(path);
@@ -47,7 +49,7 @@ class FailingFiles final : public HostFiles {
   }
   std::string Replace(const std::filesystem::path& path, std::string_view bytes,
                       FileStamp& stamp) override {
-    return replaceFails.empty() ? real_->Replace(path, bytes, stamp) : replaceFails;
+    return real_->Replace(path, bytes, stamp);
   }
   Copying KeepCopy(const std::filesystem::path& from, const std::filesystem::path& to,
                    std::string& reason) override {
@@ -57,8 +59,6 @@ class FailingFiles final : public HostFiles {
   }
   void Remove(const std::filesystem::path& path) override { real_->Remove(path); }
 
-  bool canLock = true;
-
  private:
   std::unique_ptr<HostFiles> real_ = MakeHostFiles();
 };
@@ -67,14 +67,7 @@ class EditedFileTest : public testing::Test {
  protected:
   EditedFileTest() {
     // 2026-11-22 22:20:05, wherever the test runs.
-    std::tm moment{};
-    moment.tm_year = 126;
-    moment.tm_mon = 10;
-    moment.tm_mday = 22;
-    moment.tm_hour = 22;
-    moment.tm_min = 20;
-    moment.tm_sec = 5;
-    moment.tm_isdst = -1;
+    std::tm moment{5, 20, 22, 22, 10, 126, 0, 0, -1, 0, nullptr};
     now_ = std::chrono::system_clock::from_time_t(std::mktime(&moment));
   }
 
@@ -82,7 +75,8 @@ class EditedFileTest : public testing::Test {
     return OpenRegFile(path, files_, [this] { return now_; });
   }
   std::unique_ptr<RegistryStore> OpenNew() {
-    auto opened = Open(folder_.Write("a.reg", kEmpty));
+    WriteFile(file_, kEmpty);
+    auto opened = Open(file_);
     EXPECT_EQ(opened.error, "");
     opened.store->OpenKey("A", KeyAccess::ReadWrite, key_);
     return std::move(opened.store);
@@ -93,13 +87,22 @@ class EditedFileTest : public testing::Test {
     store.SetValue(key_, "v", ValueKind::Binary, data);
     return store.CommitBatch(overwrite);
   }
+  /// Names of the files, hidden ones included.
+  std::set<std::string> Names() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
+      names.insert(entry.path().filename().string());
+    }
+    return names;
+  }
   std::string Value(RegistryStore& store) const {
     std::string data = "none";
     store.ReadValue(key_, "v", data);
     return data;
   }
 
-  TemporaryFolder folder_;
+  TempFolder folder_;
+  std::filesystem::path file_ = folder_ / "a.reg";
   std::shared_ptr<FailingFiles> files_ = std::make_shared<FailingFiles>();
   std::chrono::system_clock::time_point now_;
   KeyHandle key_ = 0;
@@ -108,44 +111,41 @@ class EditedFileTest : public testing::Test {
 constexpr const char* kCopy = "a (copie du 2026-11-22 22-20-05).reg";
 
 TEST_F(EditedFileTest, TheFirstWriteOfARunLeavesADatedCopy) {
-  folder_.Write(kCopy, "older");
+  WriteFile(folder_ / kCopy, "older");
   {
     const auto store = OpenNew();
+    store->BeginBatch();
+    store->SetValue(key_, "v", ValueKind::Binary, "1");
+    store->DeleteValue(key_, "v");
+    EXPECT_EQ(store->CommitBatch(false), CommitOutcome::Done);
+    EXPECT_THAT(Names(), UnorderedElementsAre("a.reg", kCopy, ".a.reg.lock"))
+        << "no change, no copy";
     EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
-    EXPECT_EQ(folder_.Read("a.reg"), kOneValue);
+    EXPECT_EQ(ReadFile(file_), kOneValue);
     EXPECT_EQ(Save(*store, "2"), CommitOutcome::Done);
     EXPECT_EQ(Save(*store, "2"), CommitOutcome::Done);
   }
   const std::string second = "a (copie du 2026-11-22 22-20-05 n2).reg";
-  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", kCopy, second));
-  EXPECT_EQ(folder_.Read(kCopy), "older");
-  EXPECT_EQ(folder_.Read(second), kEmpty);
-}
-
-TEST_F(EditedFileTest, WhatComesToNothingIsNotWritten) {
-  const auto store = OpenNew();
-  store->BeginBatch();
-  store->SetValue(key_, "v", ValueKind::Binary, "1");
-  store->DeleteValue(key_, "v");
-  EXPECT_EQ(store->CommitBatch(false), CommitOutcome::Done);
-  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", ".a.reg.lock"));
+  EXPECT_THAT(Names(), UnorderedElementsAre("a.reg", kCopy, second));
+  EXPECT_EQ(ReadFile(folder_ / kCopy), "older");
+  EXPECT_EQ(ReadFile(folder_ / second), kEmpty);
 }
 
 TEST_F(EditedFileTest, ASecondEditorIsRefused) {
   auto store = OpenNew();
-  const auto second = Open(folder_.Path() / "a.reg");
+  const auto second = Open(file_);
   EXPECT_EQ(second.store, nullptr);
   EXPECT_THAT(second.error,
               HasSubstr("a.reg \xBB ne peut \xEAtre ouvert : il est d\xE9j\xE0 ouvert"));
   store.reset();
-  EXPECT_THAT(folder_.Names(), ElementsAre("a.reg"));
-  EXPECT_NE(Open(folder_.Path() / "a.reg").store, nullptr);
+  EXPECT_THAT(Names(), ElementsAre("a.reg"));
+  EXPECT_NE(Open(file_).store, nullptr);
 }
 
 TEST_F(EditedFileTest, SaysWhyAFileCannotBeOpened) {
-  ::mkfifo((folder_.Path() / "pipe").c_str(), 0600);
-  std::filesystem::create_directory(folder_.Path() / "folder.reg");
-  folder_.Write("wrong.reg", "[HKEY_CURRENT_USER]");
+  ::mkfifo((folder_ / "pipe").c_str(), 0600);
+  std::filesystem::create_directory(folder_ / "folder.reg");
+  WriteFile(folder_ / "wrong.reg", "[HKEY_CURRENT_USER]");
   const std::pair<const char*, const char*> cases[] = {
       {"none.reg", "none.reg \xBB ne peut \xEAtre ouvert : il n'existe pas"},
       {"folder.reg", "c'est un dossier"},
@@ -153,77 +153,55 @@ TEST_F(EditedFileTest, SaysWhyAFileCannotBeOpened) {
       {"wrong.reg", "ce n'est pas un fichier de registre"},
   };
   for (const auto& [name, reason] : cases) {
-    const auto opened = Open(folder_.Path() / name);
+    const auto opened = Open(folder_ / name);
     EXPECT_EQ(opened.store, nullptr);
     EXPECT_THAT(opened.error, HasSubstr(reason));
   }
-  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("folder.reg", "pipe", "wrong.reg"));
+  EXPECT_THAT(Names(), UnorderedElementsAre("folder.reg", "pipe", "wrong.reg"));
 }
 
 TEST_F(EditedFileTest, WhatAnotherProgramWroteIsNotOverwrittenWithoutAQuestion) {
   const auto store = OpenNew();
-  folder_.Write("a.reg", "another program's");
+  WriteFile(file_, "another program's");
   EXPECT_EQ(Save(*store, "1"), CommitOutcome::ChangedMeanwhile);
   EXPECT_THAT(store->LastError(), HasSubstr("modifi\xE9 par un autre programme"));
-  EXPECT_EQ(folder_.Read("a.reg"), "another program's");
+  EXPECT_EQ(ReadFile(file_), "another program's");
   EXPECT_EQ(Value(*store), "1") << "the batch stays open";
   EXPECT_EQ(store->CommitBatch(true), CommitOutcome::Done);
-  EXPECT_EQ(folder_.Read("a.reg"), kOneValue);
-  EXPECT_EQ(folder_.Read(kCopy), "another program's");
+  EXPECT_EQ(ReadFile(file_), kOneValue);
+  EXPECT_EQ(ReadFile(folder_ / kCopy), "another program's");
 
   // Later in the run too, and with the user's no.
-  folder_.Write("a.reg", "again");
+  WriteFile(file_, "again");
   EXPECT_EQ(Save(*store, "2"), CommitOutcome::ChangedMeanwhile);
   store->AbandonBatch();
   EXPECT_EQ(Value(*store), "1");
   EXPECT_NE(store->SetValue(key_, "v", ValueKind::Binary, "3"), kStatusSuccess);
-  EXPECT_EQ(Value(*store), "1");
-  EXPECT_EQ(folder_.Read("a.reg"), "again");
+  EXPECT_EQ(ReadFile(file_), "again");
 }
 
 TEST_F(EditedFileTest, ReplacedOrVanishedCountsAsChanged) {
   const auto store = OpenNew();
-  const auto other = folder_.Write("other", kEmpty);
-  std::filesystem::last_write_time(other,
-                                   std::filesystem::last_write_time(folder_.Path() / "a.reg"));
-  std::filesystem::rename(other, folder_.Path() / "a.reg");
+  WriteFile(folder_ / "other", kEmpty);
+  std::filesystem::last_write_time(folder_ / "other", std::filesystem::last_write_time(file_));
+  std::filesystem::rename(folder_ / "other", file_);
   EXPECT_EQ(Save(*store, "1"), CommitOutcome::ChangedMeanwhile);
-  std::filesystem::remove(folder_.Path() / "a.reg");
+  std::filesystem::remove(file_);
   EXPECT_EQ(store->CommitBatch(false), CommitOutcome::ChangedMeanwhile);
   EXPECT_EQ(store->CommitBatch(true), CommitOutcome::Done);
-  EXPECT_EQ(folder_.Read("a.reg"), kOneValue);
+  EXPECT_EQ(ReadFile(file_), kOneValue);
 }
 
 TEST_F(EditedFileTest, KeepsRightsAndLinks) {
   const auto store = OpenNew();
-  const auto real = folder_.Path() / "a.reg";
-  ::chmod(real.c_str(), 0640);
-  std::filesystem::create_directory(folder_.Path() / "links");
-  std::filesystem::create_symlink("../a.reg", folder_.Path() / "links/l.reg");
-  EXPECT_EQ(Open(folder_.Path() / "links/l.reg").store, nullptr) << "it is the same file";
+  const auto link = folder_ / "links/l.reg";
+  ::chmod(file_.c_str(), 0640);
+  std::filesystem::create_directory(folder_ / "links");
+  std::filesystem::create_symlink("../a.reg", link);
+  EXPECT_EQ(Open(link).store, nullptr) << "it is the same file";
   EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
-  EXPECT_EQ(std::filesystem::status(real).permissions(), std::filesystem::perms{0640});
-  EXPECT_TRUE(std::filesystem::is_symlink(folder_.Path() / "links/l.reg"));
-}
-
-TEST_F(EditedFileTest, AFailedSaveUndoesTheBatchAndSaysWhy) {
-  const auto store = OpenNew();
-  for (auto* failure : {&files_->replaceFails, &files_->copyFails}) {
-    *failure = "le disque est en lecture seule";
-    EXPECT_EQ(Save(*store, "1"), CommitOutcome::Failed);
-    EXPECT_THAT(
-        store->LastError(),
-        HasSubstr("a.reg \xBB ne peut \xEAtre enregistr\xE9 : le disque est en lecture seule"));
-    EXPECT_EQ(Value(*store), "none");
-    EXPECT_NE(store->DeleteKey("A"), kStatusSuccess) << "a write outside a batch";
-    EXPECT_EQ(Value(*store), "none");
-    EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", ".a.reg.lock"));
-    failure->clear();
-  }
-  EXPECT_EQ(folder_.Read("a.reg"), kEmpty);
-  EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
-  EXPECT_EQ(folder_.Read("a.reg"), kOneValue);
-  EXPECT_EQ(store->LastError(), "");
+  EXPECT_EQ(std::filesystem::status(file_).permissions(), std::filesystem::perms{0640});
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
 }
 
 TEST_F(EditedFileTest, AFullDiskLeavesTheFileWhole) {
@@ -238,10 +216,14 @@ TEST_F(EditedFileTest, AFullDiskLeavesTheFileWhole) {
   setrlimit(RLIMIT_FSIZE, &before);
   std::signal(SIGXFSZ, former);
   EXPECT_EQ(outcome, CommitOutcome::Failed);
-  EXPECT_THAT(store->LastError(), HasSubstr("le fichier serait trop grand"));
-  EXPECT_EQ(folder_.Read("a.reg"), kEmpty);
+  EXPECT_THAT(store->LastError(), HasSubstr("a.reg \xBB ne peut \xEAtre enregistr\xE9 : le fichier "
+                                            "serait trop grand"));
+  EXPECT_EQ(ReadFile(file_), kEmpty);
   EXPECT_EQ(Value(*store), "none");
-  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", ".a.reg.lock"));
+  EXPECT_THAT(Names(), UnorderedElementsAre("a.reg", ".a.reg.lock"));
+  EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
+  EXPECT_EQ(ReadFile(file_), kOneValue);
+  EXPECT_EQ(store->LastError(), "");
 }
 
 TEST_F(EditedFileTest, AFolderThatCannotBeWrittenStillOpens) {
@@ -250,11 +232,9 @@ TEST_F(EditedFileTest, AFolderThatCannotBeWrittenStillOpens) {
   const auto store = OpenNew();
   EXPECT_EQ(Save(*store, "1"), CommitOutcome::Failed);
   EXPECT_THAT(store->LastError(), HasSubstr("pas le droit"));
-  // The lock of a folder that is not there cannot be taken, and nothing is made of it.
-  std::unique_ptr<FileLock> lock;
-  EXPECT_EQ(MakeHostFiles()->Lock(folder_.Path() / "none/a.reg", lock),
-            HostFiles::Locking::Impossible);
-  EXPECT_EQ(lock, nullptr);
+  EXPECT_NE(store->DeleteKey("A"), kStatusSuccess) << "a write outside a batch";
+  EXPECT_EQ(Value(*store), "none");
+  EXPECT_EQ(ReadFile(file_), kEmpty) << "without its copy nothing is written";
 }
 
 }  // namespace

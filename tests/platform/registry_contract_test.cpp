@@ -7,7 +7,7 @@
 #include "app/messages/text.h"
 #include "platform/registry_memory.h"
 #include "platform/registry_regfile.h"
-#include "tests/platform/temporary_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace morvelle {
 
@@ -15,11 +15,12 @@ namespace {
 
 std::shared_ptr<RegistryStore> EmptyRegFile() {
   struct Place {
-    TemporaryFolder folder;
+    TempFolder folder;
     std::unique_ptr<RegistryStore> store;
   };
   auto place = std::make_shared<Place>();
-  const auto file = place->folder.Write("vide.reg", "REGEDIT4\r\n");
+  const auto file = place->folder / "vide.reg";
+  WriteFile(file, "REGEDIT4\r\n");
   place->store = OpenRegFile(file, MakeHostFiles(), std::chrono::system_clock::now).store;
   return {place, place->store.get()};
 }
@@ -83,7 +84,6 @@ TEST_P(RegistryContract, ListsSubkeysByNameWithoutRegardToCase) {
 }
 
 TEST_P(RegistryContract, DeletesOnlyKeysWithoutSubkeys) {
-  const auto rule = Created("Mail\\000");
   const auto action = Created("Mail\\000\\Actions");
   EXPECT_EQ(store_->DeleteKey("Mail\\000"), kStatusAccessDenied);
   EXPECT_EQ(store_->DeleteKey(""), kStatusAccessDenied);
@@ -92,13 +92,11 @@ TEST_P(RegistryContract, DeletesOnlyKeysWithoutSubkeys) {
   EXPECT_EQ(store_->SetValue(action, "Type", ValueKind::Binary, "x"), 1018);
   EXPECT_EQ(store_->CloseKey(action), kStatusSuccess);
   EXPECT_EQ(store_->DeleteKey("Mail\\000"), kStatusSuccess);
-  EXPECT_EQ(store_->CloseKey(rule), kStatusSuccess);
   EXPECT_EQ(Opening("Mail"), kStatusSuccess);
 }
 
 TEST_P(RegistryContract, AKeyOpenedForEnumerationGivesNoValues) {
-  Created("A\\B");
-  KeyHandle key = 0;
+  KeyHandle key = Created("A\\B");
   ASSERT_EQ(store_->OpenKey("A", KeyAccess::EnumerateSubkeys, key), kStatusSuccess);
   EXPECT_EQ(Names(key), "B");
   EXPECT_EQ(Read(key, "x"), "status 5");
@@ -116,9 +114,8 @@ TEST_P(RegistryContract, RenamesSubkeysAtOnce) {
   const std::vector<KeyRename> renames = {{"001", "002"}, {"002", "001"}, {"00a", "000"}};
   store_->BeginBatch();
   ASSERT_EQ(store_->RenameSubkeys("Criteria", renames, kKnown), kStatusSuccess);
-  const auto below = Created("Criteria");
   const auto shown = [&] {
-    std::string text = Names(below);
+    std::string text = Names(Created("Criteria"));
     for (const auto* name : {"000", "001", "002"}) {
       text += " " + Read(Created(std::string("Criteria\\") + name), "Value");
     }
@@ -128,42 +125,8 @@ TEST_P(RegistryContract, RenamesSubkeysAtOnce) {
   EXPECT_EQ(Names(Created("Criteria\\001")), "Below");
   if (!GetParam().undoes) return;
   store_->AbandonBatch();
-  EXPECT_EQ(Names(below), "000 001 002 00A");
   EXPECT_EQ(shown(), "000 001 002 00A 000 001 002");
   EXPECT_EQ(store_->RenameSubkeys("Criteria", {{{"00F", "000"}}}, kKnown), kStatusNotFound);
-  EXPECT_EQ(Names(below), "000 001 002 00A");
-}
-
-TEST_P(RegistryContract, AnAbandonedBatchLeavesNoTrace) {
-  if (!GetParam().undoes) GTEST_SKIP() << "every write is final";
-  const auto kept = Created("A\\Kept");
-  store_->SetValue(kept, "1", ValueKind::Binary, "one");
-  store_->SetValue(kept, "2", ValueKind::Binary, "two");
-  const auto parent = Created("A");
-  store_->BeginBatch();
-  store_->SetValue(kept, "1", ValueKind::Dword, "1234");
-  store_->DeleteValue(kept, "2");
-  store_->SetValue(kept, "3", ValueKind::Binary, "three");
-  const auto added = Created("A\\Added\\Sub");
-  EXPECT_EQ(store_->DeleteKey("A\\Kept"), kStatusSuccess);
-  const auto again = Created("A\\Kept");
-  EXPECT_EQ(Read(again, "1"), "status 2");
-  EXPECT_EQ(Names(parent), "Added Kept");
-  store_->AbandonBatch();
-  EXPECT_EQ(Names(parent), "Kept");
-  EXPECT_EQ(Read(kept, "1") + Read(kept, "2") + Read(kept, "3"), "onetwostatus 2");
-  EXPECT_EQ(store_->SetValue(added, "x", ValueKind::Binary, "x"), 1018);
-  EXPECT_EQ(Read(again, "1"), "status 1018");
-}
-
-TEST_P(RegistryContract, ACommittedBatchStays) {
-  store_->BeginBatch();
-  const auto key = Created("A\\B");
-  store_->SetValue(key, "1", ValueKind::Binary, "one");
-  EXPECT_EQ(store_->CommitBatch(false), CommitOutcome::Done);
-  store_->AbandonBatch();
-  EXPECT_EQ(Read(key, "1"), "one");
-  EXPECT_EQ(store_->CommitBatch(false), CommitOutcome::Done);
 }
 
 }  // namespace

@@ -21,11 +21,27 @@
 #include "platform/hive_cells.h"
 #include "tests/platform/hive_sample.h"
 #include "tests/platform/registry_contract.h"
-#include "tests/platform/temporary_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace morvelle {
 
 namespace {
+
+class HiveFolder : public TempFolder {
+ public:
+  std::filesystem::path Write(const std::string& name, std::string_view bytes) const {
+    WriteFile(*this / name, bytes);
+    return *this / name;
+  }
+  [[nodiscard]] std::string Read(const std::string& name) const { return ReadFile(*this / name); }
+  [[nodiscard]] std::set<std::string> Names() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(Path())) {
+      names.insert(entry.path().filename().string());
+    }
+    return names;
+  }
+};
 
 using testing::AllOf;
 using testing::HasSubstr;
@@ -37,7 +53,7 @@ OpenedStore Open(const std::filesystem::path& file) {
 
 std::shared_ptr<RegistryStore> EmptyHiveStore() {
   struct Place {
-    TemporaryFolder folder;
+    HiveFolder folder;
     std::unique_ptr<RegistryStore> store;
   };
   auto place = std::make_shared<Place>();
@@ -156,7 +172,7 @@ class HiveStoreTest : public testing::Test {
     EXPECT_EQ(folder_.Names(), (std::set<std::string>{"NTUSER.DAT"}));
   }
 
-  TemporaryFolder folder_;
+  HiveFolder folder_;
   std::filesystem::path file_;
 };
 

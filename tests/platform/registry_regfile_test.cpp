@@ -7,7 +7,7 @@
 #include <string>
 
 #include "app/messages/text.h"
-#include "tests/platform/temporary_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace morvelle {
 
@@ -18,7 +18,7 @@ constexpr std::string_view kHead = "Windows Registry Editor Version 5.00\r\n\r\n
 class RegFileStoreTest : public testing::Test {
  protected:
   std::unique_ptr<RegistryStore> Open(std::string_view body) {
-    file_ = folder_.Write("a.reg", std::string(kHead).append(body));
+    WriteFile(file_, std::string(kHead).append(body));
     auto opened =
         OpenRegFile(file_, MakeHostFiles(), [] { return std::chrono::system_clock::time_point{}; });
     EXPECT_EQ(opened.error, "");
@@ -30,12 +30,12 @@ class RegFileStoreTest : public testing::Test {
     return key;
   }
   [[nodiscard]] std::string Body() const {
-    const auto text = folder_.Read("a.reg");
+    const auto text = ReadFile(file_);
     return text.starts_with(kHead) ? text.substr(kHead.size()) : text;
   }
 
-  TemporaryFolder folder_;
-  std::filesystem::path file_;
+  TempFolder folder_;
+  std::filesystem::path file_ = folder_ / "a.reg";
 };
 
 TEST_F(RegFileStoreTest, LeavesWhatItDidNotChange) {
@@ -51,7 +51,8 @@ TEST_F(RegFileStoreTest, LeavesWhatItDidNotChange) {
   store->SetValue(key, "n", ValueKind::String, data);
   store->SetValue(key, "o", ValueKind::String, "a");
   EXPECT_EQ(Body(), before);
-  EXPECT_EQ(folder_.Names().count("a (copie du 1970-01-01 00-00-00).reg"), 0U);
+  using Entries = std::filesystem::directory_iterator;
+  EXPECT_EQ(std::distance(Entries(folder_.Path()), Entries()), 2) << "the file and its lock";
   store->SetValue(key, "p", ValueKind::Dword, std::string("\2\0\0\0", 4));
   EXPECT_EQ(Body(),
             "[HKEY_LOCAL_MACHINE\\X]\r\n\"k\"=hex(b):01\r\n\r\n"
@@ -59,15 +60,20 @@ TEST_F(RegFileStoreTest, LeavesWhatItDidNotChange) {
             "\"p\"=dword:00000002\r\n\r\n");
 }
 
-TEST_F(RegFileStoreTest, RenamesSubkeysWithAllThatTheyHold) {
+TEST_F(RegFileStoreTest, NewAndRenamedKeysStandBehindTheSiblingBefore) {
   auto store = Open(
-      "[HKEY_CURRENT_USER\\A]\r\n\r\n[HKEY_CURRENT_USER\\A\\005]\r\n\"n\"=\"\xD0\x96\"\r\n"
+      "[HKEY_CURRENT_USER\\A\\001\\X]\r\n\r\n[HKEY_CURRENT_USER\\A\\005]\r\n\"n\"=\"\xD0\x96\"\r\n"
       "\"odd\"=hex(b):01\r\n\r\n[HKEY_CURRENT_USER\\A\\005\\x]\r\n\r\n");
-  const std::vector<KeyRename> renames = {{"005", "000"}};
+  const std::vector<KeyRename> renames = {{"005", "003"}};
   EXPECT_EQ(store->RenameSubkeys("A", renames, {}), kStatusSuccess);
+  KeyHandle key = 0;
+  store->CreateKey("A\\004\\Y", key);
+  store->DeleteKey("A\\001\\X");
   EXPECT_EQ(Body(),
-            "[HKEY_CURRENT_USER\\A]\r\n\r\n[HKEY_CURRENT_USER\\A\\000]\r\n\"n\"=\"\xD0\x96\"\r\n"
-            "\"odd\"=hex(b):01\r\n\r\n[HKEY_CURRENT_USER\\A\\000\\x]\r\n\r\n");
+            "[HKEY_CURRENT_USER\\A\\001]\r\n\r\n[HKEY_CURRENT_USER\\A\\003]\r\n"
+            "\"n\"=\"\xD0\x96\"\r\n\"odd\"=hex(b):01\r\n\r\n"
+            "[HKEY_CURRENT_USER\\A\\003\\x]\r\n\r\n[HKEY_CURRENT_USER\\A\\004]\r\n\r\n"
+            "[HKEY_CURRENT_USER\\A\\004\\Y]\r\n\r\n");
 }
 
 TEST_F(RegFileStoreTest, GivesTheRulesKeyWhole) {
@@ -94,58 +100,35 @@ TEST_F(RegFileStoreTest, GivesTheRulesKeyWhole) {
 }
 
 TEST_F(RegFileStoreTest, DeletionsOfTheFileHoldAfterEdits) {
-  auto store = Open(
-      "[HKEY_CURRENT_USER\\A]\r\n\"v\"=-\r\n\r\n[-HKEY_CURRENT_USER\\A\\B]\r\n\r\n"
-      "[HKEY_CURRENT_USER\\A\\C]\r\n\r\n");
-  const auto before = Body();
-  KeyHandle key = 0;
-  store->BeginBatch();
-  store->CreateKey("A\\B\\Sub", key);
-  store->SetValue(Key(*store, "A"), "v", ValueKind::Binary, "1");
-  EXPECT_EQ(store->CommitBatch(false), CommitOutcome::Done);
-  EXPECT_EQ(Body(),
-            "[HKEY_CURRENT_USER\\A]\r\n\"v\"=hex:31\r\n\r\n[-HKEY_CURRENT_USER\\A\\B]\r\n\r\n"
-            "[HKEY_CURRENT_USER\\A\\B]\r\n\r\n[HKEY_CURRENT_USER\\A\\B\\Sub]\r\n\r\n"
-            "[HKEY_CURRENT_USER\\A\\C]\r\n\r\n");
-  store->BeginBatch();
-  store->DeleteKey("A\\B\\Sub");
-  store->DeleteKey("A\\B");
-  EXPECT_EQ(store->CommitBatch(false), CommitOutcome::Done);
-  EXPECT_EQ(Body(),
-            "[HKEY_CURRENT_USER\\A]\r\n\"v\"=hex:31\r\n\r\n[-HKEY_CURRENT_USER\\A\\B]\r\n\r\n"
-            "[HKEY_CURRENT_USER\\A\\C]\r\n\r\n");
-}
-
-TEST_F(RegFileStoreTest, AnAbandonedBatchGivesTheSameFile) {
-  auto store = Open(
-      "[HKEY_CURRENT_USER\\A]\r\n\"v\"=-\r\n\r\n[-HKEY_CURRENT_USER\\A\\B]\r\n\r\n"
+  const std::string restOfFile =
       "[HKEY_CURRENT_USER\\A\\C]\r\n\r\n[-HKEY_CURRENT_USER\\D]\r\n\r\n"
-      "[HKEY_CURRENT_USER\\D\\E]\r\n\r\n");
+      "[HKEY_CURRENT_USER\\D\\E]\r\n\r\n";
+  const std::string head = "[HKEY_CURRENT_USER\\A]\r\n\"v\"=";
+  const std::string deleted = "\r\n\r\n[-HKEY_CURRENT_USER\\A\\B]\r\n\r\n";
+  auto store = Open(head + "-" + deleted + restOfFile);
   const auto before = Body();
   KeyHandle key = 0;
-  store->BeginBatch();
-  store->CreateKey("A\\B\\Sub", key);
-  store->SetValue(Key(*store, "A"), "v", ValueKind::Binary, "1");
-  store->DeleteKey("D\\E");
-  store->DeleteKey("D");
-  store->DeleteKey("A\\C");
+  const auto edit = [&] {
+    store->BeginBatch();
+    store->CreateKey("A\\B\\Sub", key);
+    store->SetValue(Key(*store, "A"), "v", ValueKind::Binary, "1");
+  };
+  edit();
+  for (const auto* const gone : {"D\\E", "D", "A\\C"}) store->DeleteKey(gone);
   store->AbandonBatch();
   // A write and its reversal bring the whole file out again.
   store->CreateKey("Z", key);
   store->DeleteKey("Z");
   EXPECT_EQ(Body(), before);
-}
-
-TEST_F(RegFileStoreTest, NewKeysStandBehindTheSiblingBefore) {
-  auto store = Open("[HKEY_CURRENT_USER\\A\\001\\X]\r\n\r\n[HKEY_CURRENT_USER\\A\\003]\r\n\r\n");
-  KeyHandle key = 0;
-  store->CreateKey("A\\004\\Y", key);
-  store->CreateKey("A\\003\\Z", key);
-  store->DeleteKey("A\\001\\X");
-  EXPECT_EQ(Body(),
-            "[HKEY_CURRENT_USER\\A\\001]\r\n\r\n[HKEY_CURRENT_USER\\A\\003]\r\n\r\n"
-            "[HKEY_CURRENT_USER\\A\\003\\Z]\r\n\r\n[HKEY_CURRENT_USER\\A\\004]\r\n\r\n"
-            "[HKEY_CURRENT_USER\\A\\004\\Y]\r\n\r\n");
+  edit();
+  EXPECT_EQ(store->CommitBatch(false), CommitOutcome::Done);
+  EXPECT_EQ(Body(), head + "hex:31" + deleted +
+                        "[HKEY_CURRENT_USER\\A\\B]\r\n\r\n"
+                        "[HKEY_CURRENT_USER\\A\\B\\Sub]\r\n\r\n" +
+                        restOfFile);
+  store->DeleteKey("A\\B\\Sub");
+  store->DeleteKey("A\\B");
+  EXPECT_EQ(Body(), head + "hex:31" + deleted + restOfFile);
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
+#include <algorithm>
 #include <deque>
 #include <optional>
 #include <ostream>
@@ -75,8 +75,9 @@ class ScriptedDialogs : public Dialogs {
   Button ShowMessage(const std::string& prompt, int style, const std::string& title) override {
     shown.push_back({prompt, style, title});
     const auto step = TakeStep(shown.back(), false);
-    if (!step) return Closed(style);
-    if (!Offers(style, step->answer)) {
+    const auto buttons = ButtonsOf(style);
+    if (!step) return buttons.back();
+    if (std::find(buttons.begin(), buttons.end(), step->answer) == buttons.end()) {
       ADD_FAILURE_AT(step->file, step->line)
           << "the box has no such button: " << testing::PrintToString(shown.back());
     }
@@ -126,26 +127,11 @@ class ScriptedDialogs : public Dialogs {
 
   static constexpr int kButtonSet = 0x0F;
 
-  static bool Offers(int style, Button button) {
-    switch (style & kButtonSet) {
-      case kBoxYesNo:
-        return button == Button::Yes || button == Button::No;
-      case kBoxOkCancel:
-        return button == Button::Ok || button == Button::Cancel;
-      default:
-        return button == Button::Ok;
-    }
-  }
-
-  static Button Closed(int style) {
-    switch (style & kButtonSet) {
-      case kBoxYesNo:
-        return Button::No;
-      case kBoxOkCancel:
-        return Button::Cancel;
-      default:
-        return Button::Ok;
-    }
+  /// The buttons of a box; the last is what closing it without a choice comes to.
+  static std::vector<Button> ButtonsOf(int style) {
+    if ((style & kButtonSet) == kBoxYesNo) return {Button::Yes, Button::No};
+    if ((style & kButtonSet) == kBoxOkCancel) return {Button::Ok, Button::Cancel};
+    return {Button::Ok};
   }
 
   std::deque<Step> steps_;

@@ -3,8 +3,6 @@
 namespace morvelle {
 namespace {
 
-using testing::ElementsAre;
-
 struct Options : Window {
   /// The answers that are checked: those of the two content questions.
   [[nodiscard]] std::string Answers() const {
@@ -34,6 +32,9 @@ TEST_F(Options, ClickingAnOptionShowsItsListAlone) {
     EXPECT_EQ(Can("mnuContent(0)"), hasWords);
     EXPECT_EQ(Can("mnuContent(1)"), hasWords);
   }
+  EXPECT_FALSE(Can("mnuRegContent")) << "looking changes nothing";
+  Choose("mnuCriteriaNo");
+  EXPECT_TRUE(Can("mnuRegContent")) << "an and/or does";
 }
 
 TEST_F(Options, ContentAnswersAreThisRulesOwn) {
@@ -101,56 +102,34 @@ TEST_F(Options, AndOrNeedsTwoListsWithWords) {
   EXPECT_FALSE(Can("mnuCritères"));
 }
 
-TEST_F(Options, AChosenAndOrReachesEveryCriterion) {
-  rules.Order("000").PlainRule("000", "Mixte", "000 001 002").Criterion("000", 15, 0, 1).Number(9);
-  rules.Words("001", 12, {"alpha"}, 0, 1).Words("002", 8, {"beta"}, 0, 1);
-  Start();
-  Open(0);
-  EXPECT_TRUE(Checked("mnuCriteriaNo"));
-  Choose("mnuCriteriaYes");
-  EXPECT_TRUE(Checked("mnuCriteriaYes"));
-  EXPECT_FALSE(Checked("mnuCriteriaNo"));
-  EXPECT_TRUE(Can("mnuRegContent"));
-  EXPECT_TRUE(Can("cmdRecord(0)"));
-  Save();
-  for (const auto* id : {"000", "001", "002"}) {
-    EXPECT_THAT(Stored("000\\Criteria\\"s + id), testing::HasSubstr("Logic = 2\n")) << id;
+TEST_F(Options, AndOrIsTheRulesOwnUntilItIsChosen) {
+  struct Case {
+    std::uint32_t sizeLogic;
+    std::uint32_t wordsLogic;
+    const char* shown;
+    bool choose;
+    std::vector<const char*> stored;  ///< Of the size, of the words, of the new list.
+  };
+  const Case cases[] = {{7, 2, "mnuCriteriaYes", false, {"7", "2", "2"}},
+                        {2, 0, "mnuCriteriaYes", false, {"2", "2", "2"}},
+                        {1, 1, "mnuCriteriaNo", true, {"2", "2", "2"}}};
+  for (const auto& [sizeLogic, wordsLogic, shown, choose, stored] : cases) {
+    SCOPED_TRACE(sizeLogic);
+    rules.Order("000").PlainRule("000", "Mixte", "000 001");
+    rules.Criterion("000", 15, 0, sizeLogic).Number(9).Words("001", 12, {"alpha"}, 0, wordsLogic);
+    Start();
+    Open(0);
+    Add(kSubject, u"beta");
+    EXPECT_TRUE(Checked(shown));
+    if (choose) Choose("mnuCriteriaYes");
+    EXPECT_TRUE(Checked("mnuCriteriaYes"));
+    EXPECT_FALSE(Checked("mnuCriteriaNo"));
+    Save();
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+      EXPECT_THAT(Stored("000\\Criteria\\" + ThreeDigitId(static_cast<int>(i))),
+                  testing::HasSubstr("Logic = "s + stored[i] + "\n"));
+    }
   }
-}
-
-TEST_F(Options, AnAndOrThatWasNotChosenStays) {
-  rules.Order("000").PlainRule("000", "Mixte", "000 001").Criterion("000", 15, 0, 7).Number(9);
-  rules.Words("001", 12, {"alpha"}, 0, 2);
-  Start();
-  Open(0);
-  Add(kSubject, u"beta");
-  EXPECT_TRUE(Checked("mnuCriteriaYes")) << "the new list takes the rule's own";
-  Save();
-  EXPECT_THAT(Stored("000\\Criteria\\000"), testing::HasSubstr("Logic = 7\n"));
-  EXPECT_THAT(Stored("000\\Criteria\\001"), testing::HasSubstr("Logic = 2\n"));
-  EXPECT_THAT(Stored("000\\Criteria\\002"), testing::HasSubstr("Logic = 2\n"));
-}
-
-TEST_F(Options, AndOrOfOtherCriteriaServesWhenTheListsHaveNone) {
-  rules.Order("000").PlainRule("000", "Mixte", "000 001").Criterion("000", 15, 0, 2).Number(9);
-  rules.Words("001", 12, {"alpha"}, 0, 0);
-  Start();
-  Open(0);
-  Add(kSender, u"beta");
-  Save();
-  EXPECT_THAT(Stored("000\\Criteria\\001"), testing::HasSubstr("Logic = 2\n"));
-}
-
-TEST_F(Options, ARuleLeftWithOneCriterionHasNoAndOr) {
-  StartWithTwoRules();
-  Open(1);
-  ClickWord(kSubject, 0);
-  Click("cmdDel(1)");
-  Save();
-  EXPECT_EQ(Stored("001\\Criteria"),
-            "Order = \"000\"\n"
-            "000\\Type = 9\n000\\Flags = 3\n000\\Logic = 0\n000\\ValueType = 65\n"
-            "000\\Value = 3:\"bises~papa~~~\"\n");
 }
 
 }  // namespace
