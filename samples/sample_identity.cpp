@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "app/messages/text.h"
+#include "samples/dbx_builder.h"
 #include "samples/reg_export.h"
 #include "samples/sample_rules.h"
-#include "samples/dbx_builder.h"
 
 namespace morvelle {
 

@@ -181,7 +181,7 @@ class PosixFiles : public HostFiles {
       SyncFolder(file);
       return {};
     }
-    const std::string reason = Reason(error != 0 ? error : errno);
+    std::string reason = Reason(error != 0 ? error : errno);
     ::unlink(aside.c_str());
     return reason;
   }

@@ -70,7 +70,7 @@ void SetGone(RegistryKey& key, bool gone) {
 
 const RegistryName* NameTable::Intern(std::u16string_view text) {
   const std::size_t slot =
-      text.empty() ? 0 : (text.size() * 7 + text.front() * 3U + text.back()) % kRecent;
+      text.empty() ? 0 : (text.size() * 7 + std::size_t{text.front()} * 3 + text.back()) % kRecent;
   const RegistryName*& recent = recent_[slot];
   if (recent == nullptr || recent->text != text) recent = InternNew(text);
   return recent;
@@ -146,7 +146,7 @@ void RegistryTree::Delete(RegistryKey& key) {
   });
 }
 
-void RegistryTree::Rename(RegistryKey& parent, std::vector<Renaming> renamings) {
+void RegistryTree::Rename(RegistryKey& parent, const std::vector<Renaming>& renamings) {
   ++generation_;
   std::vector<std::unique_ptr<RegistryKey>> taken;
   std::vector<Renaming> before;
@@ -170,9 +170,10 @@ std::u16string RegistryTree::PathOf(const RegistryKey& key) {
   std::vector<const RegistryKey*> line;
   for (const auto* step = &key; step->parent != nullptr; step = step->parent) line.push_back(step);
   std::u16string path;
-  for (auto step = line.rbegin(); step != line.rend(); ++step) {
+  std::reverse(line.begin(), line.end());
+  for (const auto* step : line) {
     if (!path.empty()) path += u'\\';
-    path += (*step)->name->text;
+    path += step->name->text;
   }
   return path;
 }

@@ -157,7 +157,7 @@ class RegistryTree {
   };
   /// Gives subkeys of one key new names, all at once; no other subkey may bear one of them. Their
   /// lines stay where they are in the file.
-  void Rename(RegistryKey& parent, std::vector<Renaming> renamings);
+  void Rename(RegistryKey& parent, const std::vector<Renaming>& renamings);
   /// The key's own path from the top, "HKEY_CURRENT_USER\…".
   [[nodiscard]] static std::u16string PathOf(const RegistryKey& key);
 

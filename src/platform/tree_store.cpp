@@ -157,7 +157,7 @@ RegistryStatus TreeStore::RenameSubkeys(std::string_view path, std::span<const K
       if (present != nullptr && !isRenamed) tree_.Delete(*present);
       renamings[i].name = tree_.Names().Intern(wide_);
     }
-    tree_.Rename(*parent, std::move(renamings));
+    tree_.Rename(*parent, renamings);
     return kStatusSuccess;
   });
 }

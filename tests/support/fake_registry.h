@@ -71,7 +71,9 @@ class FakeRegistry final : public TreeStore {
     CloseKey(handle);
     for (const auto& subkey : key.subkeys) {
       const auto name = FromUtf16Lossy(subkey->name->text) + "\\";
-      Walk((path.ends_with('\\') ? path : path + "\\") + name, value, bare, below + name);
+      auto subpath = path;
+      if (!subpath.ends_with('\\')) subpath += '\\';
+      Walk(subpath.append(name), value, bare, below + name);
     }
   }
 };
