@@ -1,8 +1,11 @@
 # What touches the system itself, one file per system.
 if(WIN32)
-  set(platform_system_sources)
+  set(platform_system_sources
+    platform/desktop_win32.cpp platform/environment_win32.cpp platform/host_files_win32.cpp
+    platform/registry_win32.cpp)
 else()
-  set(platform_system_sources platform/environment_posix.cpp platform/host_files_posix.cpp)
+  set(platform_system_sources
+    platform/desktop_posix.cpp platform/environment_posix.cpp platform/host_files_posix.cpp)
 endif()
 
 morvelle_room(platform
@@ -16,8 +19,12 @@ morvelle_room(platform
     platform/registry_regfile.cpp
     platform/registry_tree.cpp
     platform/sample_identity.cpp
+    platform/subkey_renames.cpp
     platform/tree_store.cpp
     platform/unicode.cpp
     platform/windows_paths.cpp
     ${platform_system_sources}
   USES messages)
+if(WIN32)
+  target_link_libraries(morvelle_platform PRIVATE version)
+endif()
