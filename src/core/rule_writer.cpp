@@ -116,6 +116,7 @@ void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
     planned.actionsOrder = "000";
     ActionRecord action = rule.ActionsParam[0];
     action.Id = planned.actionsOrder;
+    if (action.Flags.empty()) action.Flags = "0";
     if (action.Type.empty()) {
       if (!IsDeletedItems(deletedItems_.DeletedItems())) {
         planned.refusal = kFoldersUnreadable;
@@ -134,6 +135,7 @@ void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
     }
     ActionRecord stop;
     stop.Id = FreeActionId(actions);
+    stop.Flags = "0";
     stop.Type = kActionStop;
     planned.actionsOrder += " " + stop.Id;
     actions.push_back(std::move(stop));

@@ -121,7 +121,6 @@ void frmMorvelle::ShowFirstSlot() {
     if (tables_.WordCount[Index(s)] > 0) slot = s;
   }
   optCriteria[Index(slot)].Choose();
-  optCriteria_Click(slot);
 }
 
 void frmMorvelle::ShowActions() {

@@ -20,6 +20,10 @@ class MainWindow final : public wxFrame {
   /// The form must outlive the window.
   explicit MainWindow(frmMorvelle& form, WindowPlace place = WindowPlace(WindowPlace::UsualFile()));
 
+  MainWindow(const MainWindow&) = delete;
+  MainWindow& operator=(const MainWindow&) = delete;
+  ~MainWindow() override { form_.onClose = nullptr; }
+
   /// Shows the window; as soon as it is on the screen the form's load event is raised.
   void Start();
 

@@ -18,7 +18,7 @@ wxRect PutOnScreen(wxRect wanted, const std::vector<wxRect>& screens);
 class WindowPlace {
  public:
   /// `file` need not exist.
-  explicit WindowPlace(wxString file) : file_(std::move(file)) {}
+  explicit WindowPlace(const wxString& file) : file_(file) {}
   /// The file in the user's folder for settings.
   static wxString UsualFile();
 

@@ -105,13 +105,33 @@ TEST_P(RegistryContract, AKeyOpenedForEnumerationGivesNoValues) {
   EXPECT_EQ(store_->SetValue(key, "x", ValueKind::Binary, ""), kStatusAccessDenied);
 }
 
-TEST_P(RegistryContract, CopiesAValue) {
-  const auto from = Created("A");
-  const auto to = Created("B");
-  store_->SetValue(from, "Value", static_cast<ValueKind>(0x12), std::string("\0\x01", 2));
-  EXPECT_EQ(store_->CopyValue(from, to, "Value"), kStatusSuccess);
-  EXPECT_EQ(Read(to, "Value"), std::string("\0\x01", 2));
-  EXPECT_EQ(store_->CopyValue(from, to, "none"), kStatusNotFound);
+TEST_P(RegistryContract, RenamesSubkeysAtOnce) {
+  constexpr std::array<std::string_view, 1> kKnown = {"Value"};
+  for (const auto* name : {"000", "001", "002", "00A"}) {
+    const auto key = Created(std::string("Criteria\\") + name);
+    store_->SetValue(key, "Value", static_cast<ValueKind>(0x12), name);
+  }
+  Created("Criteria\\002\\Below");
+  // 001 and 002 exchange places, 00A takes the place of 000, which is not renamed itself.
+  const std::vector<KeyRename> renames = {{"001", "002"}, {"002", "001"}, {"00a", "000"}};
+  store_->BeginBatch();
+  ASSERT_EQ(store_->RenameSubkeys("Criteria", renames, kKnown), kStatusSuccess);
+  const auto below = Created("Criteria");
+  const auto shown = [&] {
+    std::string text = Names(below);
+    for (const auto* name : {"000", "001", "002"}) {
+      text += " " + Read(Created(std::string("Criteria\\") + name), "Value");
+    }
+    return text;
+  };
+  EXPECT_EQ(shown(), "000 001 002 00A 002 001");
+  EXPECT_EQ(Names(Created("Criteria\\001")), "Below");
+  if (!GetParam().undoes) return;
+  store_->AbandonBatch();
+  EXPECT_EQ(Names(below), "000 001 002 00A");
+  EXPECT_EQ(shown(), "000 001 002 00A 000 001 002");
+  EXPECT_EQ(store_->RenameSubkeys("Criteria", {{{"00F", "000"}}}, kKnown), kStatusNotFound);
+  EXPECT_EQ(Names(below), "000 001 002 00A");
 }
 
 TEST_P(RegistryContract, AnAbandonedBatchLeavesNoTrace) {

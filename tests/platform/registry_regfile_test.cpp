@@ -59,13 +59,15 @@ TEST_F(RegFileStoreTest, LeavesWhatItDidNotChange) {
             "\"p\"=dword:00000002\r\n\r\n");
 }
 
-TEST_F(RegFileStoreTest, CopiesStoredBytes) {
-  auto store =
-      Open("[HKEY_CURRENT_USER\\A]\r\n\"n\"=\"\xD0\x96\"\r\n\r\n[HKEY_CURRENT_USER\\B]\r\n");
-  EXPECT_EQ(store->CopyValue(Key(*store, "A"), Key(*store, "B"), "N"), kStatusSuccess);
+TEST_F(RegFileStoreTest, RenamesSubkeysWithAllThatTheyHold) {
+  auto store = Open(
+      "[HKEY_CURRENT_USER\\A]\r\n\r\n[HKEY_CURRENT_USER\\A\\005]\r\n\"n\"=\"\xD0\x96\"\r\n"
+      "\"odd\"=hex(b):01\r\n\r\n[HKEY_CURRENT_USER\\A\\005\\x]\r\n\r\n");
+  const std::vector<KeyRename> renames = {{"005", "000"}};
+  EXPECT_EQ(store->RenameSubkeys("A", renames, {}), kStatusSuccess);
   EXPECT_EQ(Body(),
-            "[HKEY_CURRENT_USER\\A]\r\n\"n\"=\"\xD0\x96\"\r\n\r\n"
-            "[HKEY_CURRENT_USER\\B]\r\n\"N\"=\"\xD0\x96\"\r\n\r\n");
+            "[HKEY_CURRENT_USER\\A]\r\n\r\n[HKEY_CURRENT_USER\\A\\000]\r\n\"n\"=\"\xD0\x96\"\r\n"
+            "\"odd\"=hex(b):01\r\n\r\n[HKEY_CURRENT_USER\\A\\000\\x]\r\n\r\n");
 }
 
 TEST_F(RegFileStoreTest, GivesTheRulesKeyWhole) {

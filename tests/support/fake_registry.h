@@ -26,7 +26,10 @@ class FakeRegistry final : public RegistryStore {
     std::map<std::string, std::shared_ptr<Key>> subkeys;  // by lower-cased name
   };
 
-  RegistryStatus writeStatus = kStatusSuccess;  ///< Given by every SetValue when not 0.
+  RegistryStatus writeStatus = kStatusSuccess;     ///< Given by SetValue when not 0.
+  int goodWrites = 0;                              ///< So many writes pass before `writeStatus`.
+  RegistryStatus createStatus = kStatusSuccess;    ///< Given by CreateKey when not 0.
+  RegistryStatus describeStatus = kStatusSuccess;  ///< Given by DescribeValue when not 0.
   CommitOutcome commitOutcome = CommitOutcome::Done;
   int commits = 0;
   int writes = 0;
@@ -38,6 +41,7 @@ class FakeRegistry final : public RegistryStore {
     return Give(key, handle);
   }
   RegistryStatus CreateKey(std::string_view path, KeyHandle& handle) override {
+    if (createStatus != kStatusSuccess) return createStatus;
     auto key = root_;
     for (const auto& part : Parts(path)) {
       auto& child = key->subkeys[LowerCase(part)];
@@ -51,6 +55,7 @@ class FakeRegistry final : public RegistryStore {
   }
   RegistryStatus DescribeValue(KeyHandle key, std::string_view name, ValueKind& kind,
                                std::uint32_t& size) override {
+    if (describeStatus != kStatusSuccess) return describeStatus;
     const auto* value = FindValue(key, name);
     if (value == nullptr) return kStatusNotFound;
     kind = value->kind;
@@ -65,7 +70,7 @@ class FakeRegistry final : public RegistryStore {
   }
   RegistryStatus SetValue(KeyHandle key, std::string_view name, ValueKind kind,
                           std::string_view data) override {
-    if (writeStatus != kStatusSuccess) return writeStatus;
+    if (writeStatus != kStatusSuccess && goodWrites-- <= 0) return writeStatus;
     ++writes;
     if (auto* value = FindValue(key, name)) {
       value->kind = kind;

@@ -9,10 +9,18 @@ if(MORVELLE_WX)
     view/marked_text_test.cpp
     view/menu_bar_test.cpp
     view/mirror_test.cpp
+    view/sample_identity_test.cpp
     view/window_place_test.cpp
     support/window_driver.cpp)
   target_include_directories(view_tests PRIVATE ${PROJECT_SOURCE_DIR})
-  target_link_libraries(view_tests PRIVATE morvelle_flags morvelle_view morvelle_platform_wx
+  # The sample identity is edited through the window and then read by another program.
+  target_compile_definitions(view_tests PRIVATE
+    MORVELLE_SAMPLE_FOLDER="${PROJECT_SOURCE_DIR}/samples/identite"
+    MORVELLE_READER="${CMAKE_CURRENT_LIST_DIR}/read_sample_by_hivexregedit.sh"
+    MORVELLE_HIVE_MAKER="$<TARGET_FILE:reg_file_sample>")
+  add_dependencies(view_tests reg_file_sample)
+  target_link_libraries(view_tests PRIVATE morvelle_flags morvelle_view morvelle_platform
+    morvelle_platform_wx
     GTest::gmock GTest::gtest)
   add_test(NAME view COMMAND view_tests)
   set_tests_properties(view PROPERTIES RESOURCE_LOCK display TIMEOUT 300)

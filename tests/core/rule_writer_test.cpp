@@ -1,0 +1,376 @@
+#include "core/rule_writer.h"
+
+#include <gtest/gtest.h>
+
+#include "app/messages/errors.h"
+#include "tests/core/rule_model.h"
+
+namespace morvelle {
+namespace {
+
+using namespace std::string_literals;
+
+class RuleWriterTest : public testing::Test {
+ protected:
+  RuleModel model;
+  RuleSet& set = model.set;
+  std::array<std::vector<std::string>, kSlotCount>& lists = model.display.lists;
+
+  /// The lines of the store below a key of rule 000.
+  std::string Below(const std::string& key) const {
+    return DumpOf(model.store, kTestMailKey + "000\\" + key);
+  }
+  std::string Criteria() const { return Below("Criteria"); }
+  /// Saves the open rule; the tables must then be what a reload finds.
+  void SaveAndReload() {
+    ASSERT_TRUE(model.Save()) << ToUtf8(model.refusal);
+    const auto settled = model.Row();
+    model.loader.MailFromBdR();
+    EXPECT_EQ(settled, model.Row());
+  }
+};
+
+/// "000\Type = 15" and its kin, as the builder of rule sets makes them.
+std::string SizeLines(const std::string& id, int size) {
+  return id + "\\Type = 15\n" + id + "\\Flags = 0\n" + id + "\\Logic = 0\n" + id +
+         "\\ValueType = 19\n" + id + "\\Value = " + std::to_string(size) + "\n";
+}
+
+std::string WordLines(const std::string& id, int type, const std::string& words,
+                      const std::string& logic = "0") {
+  return id + "\\Type = " + std::to_string(type) + "\n" + id + "\\Flags = 0\n" + id +
+         "\\Logic = " + logic + "\n" + id + "\\ValueType = 65\n" + id + "\\Value = 3:\"" + words +
+         "\"\n";
+}
+
+TEST_F(RuleWriterTest, WhatWasNotTouchedStaysByteForByte) {
+  set.Order("000")
+      .PlainRule("000", "A", "000 001 002 003 004 005 006")
+      .RawAt("", "Name", ValueKind::MultiString, "a\0b\0\0"s)
+      .RawAt("", "Enabled", ValueKind{11}, "12345678")
+      .RawAt("", "Version", ValueKind::String, "vieux")
+      .RawAt("", "Inconnu", ValueKind::None, "\1\2")
+      .Actions("000 001 002 003")
+      .Action("000", 0xFFFFFFFF)
+      .Raw("Value", ValueKind::Dword, "\1")
+      .Action("001", 2)
+      .Raw("Value", ValueKind::String, "sans z\xE9ro")
+      .Action("002", 17)
+      .Number(0xFFFFFFFE)
+      .Without("Value")
+      .Action("003", 6)
+      .Bytes("autre\0\r\n"s)
+      .Without("ValueType")
+      .Criterion("000", 77, 5, 9)
+      .Raw("Value", ValueKind::Binary, "\0\1"s)
+      .Criterion("001", 15, 0xFFFFFFFF, 2)
+      .Raw("Value", ValueKind::Binary, "abcd")
+      .Criterion("002", 19)
+      .Raw("Value", ValueKind::ExpandString, "compte")
+      .Criterion("003", 13)
+      .Number(0x80000000)
+      .Without("Flags")
+      .Without("Logic")
+      .Words("004", 12, {"b", "a", "b"}, 3, 2)
+      .Raw("Flags", ValueKind::String, "trois")
+      .Criterion("005", 8, 0, 1)
+      .Raw("Value", ValueKind::Binary, "x\0y"s)
+      .Words("006", 22, {"z"}, 0, 2)
+      .Without("ValueType");
+  model.dialogs.AllowAnyBox();
+  model.Open();
+  const auto before = model.Dump();
+  const auto writes = model.store.writes;
+  ASSERT_TRUE(model.Save());
+  EXPECT_EQ(model.Dump(), before);
+  ASSERT_TRUE(model.Save(0, {}));
+  EXPECT_EQ(model.Dump(), before);
+  EXPECT_EQ(model.store.writes, writes);
+}
+
+TEST_F(RuleWriterTest, CriteriaAreRenumberedWithoutGaps) {
+  set.Order("000")
+      .PlainRule("000", "A", "000 002 005")
+      .Criterion("000", 15)
+      .Number(1)
+      .Criterion("002", 15)
+      .Number(2)
+      .Words("005", 8, {"x"}, 0, 1);
+  model.Open();
+  SaveAndReload();
+  EXPECT_EQ(Criteria(), "Order = \"000 001 002\"\n" + SizeLines("000", 1) + SizeLines("001", 2) +
+                            WordLines("002", 8, "x~~~", "1"));
+}
+
+TEST_F(RuleWriterTest, KeptCriteriaOfAnyKindChangePlaceWithAllTheyHold) {
+  set.Order("000")
+      .PlainRule("000", "A", "000 001 002")
+      .Words("000", 12, {"b", "a"}, 0, 1)
+      .Criterion("001", 99, 4, 7)
+      .Raw("Extra", ValueKind{0x12}, "\1\2")
+      .Criterion("002", 15)
+      .Number(5);
+  set.PutText(kTestMailKey + "000\\Criteria\\001\\Sous", "v", "w");
+  model.Open();
+  SaveAndReload();
+  EXPECT_EQ(Criteria(),
+            "Order = \"000 001 002\"\n"
+            "000\\Type = 99\n000\\Flags = 4\n000\\Logic = 7\n000\\Extra = 18:\"\1\2\"\n"
+            "000\\Sous\\v = \"w\"\n" +
+                SizeLines("001", 5) + WordLines("002", 12, "b~a~~~", "1"));
+}
+
+TEST_F(RuleWriterTest, TwoCriteriaMayExchangeTheirPlaces) {
+  set.Order("000")
+      .PlainRule("000", "A", "000 001")
+      .Words("000", 8, {"x"}, 0, 2)
+      .Criterion("001", 15)
+      .Number(5);
+  model.Open();
+  SaveAndReload();
+  EXPECT_EQ(Criteria(),
+            "Order = \"000 001\"\n" + SizeLines("000", 5) + WordLines("001", 8, "x~~~", "2"));
+  const auto once = model.Dump();
+  SaveAndReload();
+  EXPECT_EQ(model.Dump(), once) << "a second save finds nothing to move";
+}
+
+TEST_F(RuleWriterTest, TheSecondOfAKindIsKeptAsOtherKindsAre) {
+  set.Order("000")
+      .PlainRule("000", "A", "000 001")
+      .Words("000", 8, {"premier"}, 0, 1)
+      .Words("001", 8, {"second"}, 0, 1);
+  model.Open();
+  lists[1] = {"nouveau"};
+  ASSERT_TRUE(model.Save());
+  EXPECT_EQ(Criteria(), "Order = \"000 001\"\n" + WordLines("000", 8, "second~~~", "1") +
+                            WordLines("001", 8, "nouveau~~~", "1"));
+}
+
+TEST_F(RuleWriterTest, EditedListsAreSortedAndOnceTheOthersKeepTheirBytes) {
+  set.Order("000")
+      .PlainRule("000", "A", "000 001")
+      .Words("000", 12, {"b", "a", "b"}, 0, 1)
+      .Words("001", 8, {"b", "a"}, 0, 1);
+  model.Open();
+  lists[1] = {"b", "a", "c", "a"};
+  SaveAndReload();
+  EXPECT_EQ(Criteria(), "Order = \"000 001\"\n" + WordLines("000", 12, "b~a~b~~~", "1") +
+                            WordLines("001", 8, "a~b~c~~~", "1"));
+}
+
+TEST_F(RuleWriterTest, AListThatLostItsWordsLosesItsCriterion) {
+  set.Order("000")
+      .PlainRule("000", "A", "000 001")
+      .Words("000", 12, {"a"}, 0, 1)
+      .Words("001", 9, {"b"}, 0, 1);
+  model.Open();
+  lists[0].clear();
+  SaveAndReload();
+  EXPECT_EQ(Criteria(), "Order = \"000\"\n" + WordLines("000", 9, "b~~~"));
+  lists[2].clear();
+  SaveAndReload();
+  EXPECT_EQ(Criteria(), "Order = \"000\"\n") << "no key 000: no criterion";
+  EXPECT_EQ(model.tables.Criteria[0], 0);
+  lists[3] = {"y", "x"};
+  SaveAndReload();
+  EXPECT_EQ(DecodeWords(model.tables.FirstCriteria[0][3].Value),
+            (std::vector<std::string>{"x", "y"}));
+}
+
+TEST_F(RuleWriterTest, AThirteenthEntryIsRefusedBeforeAnyWrite) {
+  const std::string eleven = "000 001 002 003 004 005 006 007 008 009 00A";
+  set.Order("000").PlainRule("000", "A", eleven);
+  for (const auto& id : IdsOfOrder(eleven)) set.Criterion(id, 20);
+  model.Open();
+  lists[0] = {"a"};
+  lists[1] = {"b"};
+  const auto before = model.Dump();
+  const auto row = model.Row();
+  EXPECT_FALSE(model.Save());
+  EXPECT_EQ(ToUtf8(model.refusal),
+            "Cette règle ne peut être enregistrée : elle compterait plus de "
+            "12 critères ou actions");
+  EXPECT_EQ(model.Dump(), before);
+  EXPECT_EQ(model.Row(), row);
+  lists[1].clear();
+  EXPECT_TRUE(model.Save()) << "twelve are held";
+}
+
+TEST_F(RuleWriterTest, NothingIsWrittenUnderAnIdThatIsNone) {
+  set.Order("000").PlainRule("000", "A", "000").Words("000", 8, {"x"});
+  model.Open();
+  const auto before = model.Dump();
+  for (const auto* const id : {"", "00", "0000", "00G", "..\\", " 00"}) {
+    model.tables.RuleAt(0).Id = id;
+    EXPECT_FALSE(model.Save()) << id;
+    EXPECT_NE(model.refusal, "");
+    EXPECT_EQ(model.Dump(), before);
+  }
+}
+
+TEST_F(RuleWriterTest, ARuleWithoutActionsGetsAMoveToTheDeletedItems) {
+  set.Order("000").Rule("000", "A").Actions("").Criteria("000").Words("000", 8, {"x"});
+  model.Open();
+  for (const auto* const none : {"", "stored01\x04~", "stored01\x04~~~"}) {
+    model.deletedItems = none;
+    const auto before = model.Dump();
+    EXPECT_FALSE(model.Save()) << none;
+    EXPECT_EQ(model.refusal, "Erreur de lecture du fichier Folders.dbx");
+    EXPECT_EQ(model.Dump(), before);
+  }
+  model.deletedItems = "stored01\x04++";
+  SaveAndReload();
+  EXPECT_EQ(Below("Actions"),
+            "Order = \"000\"\n000\\Flags = 0\n000\\Type = 6\n"
+            "000\\Value = 3:\"stored01\x04++~\"\n000\\ValueType = 65\n");
+}
+
+TEST_F(RuleWriterTest, AnActionThatHasATypeKeepsIt) {
+  set.Order("000").Rule("000", "A").Actions("").Criteria("000").Words("000", 8, {"x"});
+  model.deletedItems.clear();
+  model.Open();
+  model.tables.RuleAt(0).ActionsParam[0].Type = "8";
+  SaveAndReload();
+  EXPECT_EQ(Below("Actions"), "Order = \"000\"\n000\\Flags = 0\n000\\Type = 8\n");
+}
+
+TEST_F(RuleWriterTest, TheClosingActionIsAddedWhereTheRuleHasNone) {
+  set.Order("000").PlainRule("000", "A", "000").Actions("000 002");
+  set.Action("000", 9).Action("002", 11);
+  model.Open();
+  ASSERT_TRUE(model.Save(0, {.closingAction = true}));
+  EXPECT_EQ(model.tables.RuleAt(0).ActionsParam[2].Flags, "0");
+  EXPECT_EQ(Below("Actions"),
+            "Order = \"000 002 003\"\n000\\Type = 9\n000\\Flags = 0\n002\\Type = 11\n"
+            "002\\Flags = 0\n003\\Flags = 0\n003\\Type = 12\n")
+      << "no action's key is taken";
+  const auto once = model.Dump();
+  ASSERT_TRUE(model.Save(0, {.closingAction = true, .skipCriteria = true}));
+  EXPECT_EQ(model.Dump(), once);
+}
+
+TEST_F(RuleWriterTest, TypesWithoutArgumentLoseTheirs) {
+  set.Order("000").Rule("000", "A").Actions("000").Action("000", 6).Bytes("dossier");
+  set.Criteria("000").Criterion("000", 14).Number(7);
+  model.Open();
+  model.tables.RuleAt(0).ActionsParam[0].Type = "12";
+  ASSERT_TRUE(model.Save());
+  EXPECT_EQ(Below("Actions\\000"), "Type = 12\nFlags = 0\n");
+  EXPECT_EQ(Below("Criteria\\000"), "Type = 14\nFlags = 0\nLogic = 0\n");
+}
+
+TEST_F(RuleWriterTest, ANewRuleIsWrittenWholeItsNumbersConverted) {
+  set.Order("000").PlainRule("000", "A", "000");
+  model.Open();
+  auto& tables = model.tables;
+  tables.RuleCount = 2;
+  tables.ReDimTables();
+  auto& rule = tables.RuleAt(1);
+  rule.Id = "001";
+  rule.Name = "B";
+  rule.ActionsOrder = "000";
+  rule.ActionsParam[0] = {"000", "", "10", "-5", "19"};
+  tables.Actions[1] = 1;
+  rule.CriteriaParam[0] = {"000", "1", "2", "19", "compte", "30"};
+  rule.CriteriaParam[1] = {"001", "", "", "", "sans type", ""};
+  rule.CriteriaParam[2] = {"002", "0", "1", "8", "x\0\0\0"s, "65"};
+  tables.Criteria[1] = 3;
+  ASSERT_TRUE(model.Save(1, {}));
+  EXPECT_EQ(DumpOf(model.store, kTestMailKey + "001"),
+            "Name = \"B\"\nEnabled = 0\nVersion = 0\n"
+            "Actions\\Order = \"000\"\n"
+            "Actions\\000\\Flags = 0\nActions\\000\\Type = 10\nActions\\000\\Value = 4294967291\n"
+            "Actions\\000\\ValueType = 19\n"
+            "Criteria\\Order = \"000 001\"\n"
+            "Criteria\\000\\Flags = 1\nCriteria\\000\\Logic = 2\nCriteria\\000\\Type = 19\n"
+            "Criteria\\000\\Value = \"compte\"\nCriteria\\000\\ValueType = 30\n"
+            "Criteria\\001\\Flags = 0\nCriteria\\001\\Logic = 1\nCriteria\\001\\Type = 8\n"
+            "Criteria\\001\\Value = 3:\"x~~~\"\nCriteria\\001\\ValueType = 65\n");
+}
+
+TEST_F(RuleWriterTest, EveryConversionComesBeforeTheFirstWrite) {
+  set.Order("000").PlainRule("000", "A", "000").Criterion("000", 15).Number(1);
+  model.Open();
+  auto& rule = model.tables.RuleAt(0);
+  rule.Name = "Autre nom";
+  const auto before = model.Dump();
+  rule.CriteriaParam[0].Value = "x";
+  model.dialogs.Expect("Incompatibilité de type"_cp, kBoxOk, "CriteriaToBdR");
+  EXPECT_THROW(model.Save(), ProgramEnd);
+  rule.CriteriaParam[0].Value = "99999999999";
+  model.dialogs.Expect("Dépassement de capacité"_cp, kBoxOk, "CriteriaToBdR");
+  EXPECT_THROW(model.Save(), ProgramEnd);
+  EXPECT_EQ(model.Dump(), before);
+}
+
+TEST_F(RuleWriterTest, TheFirstWriteGivesTheRulesKeyItsVersion) {
+  set.Order("000").PlainRule("000", "A", "000").Remove(kTestMailKey, "Version");
+  model.Open();
+  ASSERT_TRUE(model.Save());
+  EXPECT_TRUE(model.Dump().starts_with("Order = \"000\"\nVersion = 327680\n"));
+  set.Put(kTestMailKey, "Version", ValueKind::MultiString, "x");
+  const auto before = model.Dump();
+  ASSERT_TRUE(model.Save());
+  EXPECT_EQ(model.writer.MailTopToBdR(), kStatusSuccess);
+  EXPECT_EQ(model.Dump(), before) << "a version of whatever type stays";
+}
+
+TEST_F(RuleWriterTest, WordListsCarryAndOrOfTheRule) {
+  set.Order("000").PlainRule("000", "A", "000 001").Criterion("000", 15, 0, 7).Number(1);
+  set.Words("001", 8, {"x"});
+  model.Open();
+  auto& slots = model.tables.FirstCriteria[0];
+  const auto logics = [&] {
+    EXPECT_TRUE(model.Save());
+    std::string text;
+    for (const auto& record : model.tables.RuleAt(0).CriteriaParam) text += record.Logic;
+    return text;
+  };
+  EXPECT_EQ(logics(), "71") << "none has any";
+  slots[0].Logic = slots[1].Logic = slots[2].Logic = "2";
+  lists[2] = {"y"};
+  EXPECT_EQ(logics(), "722") << "without a choice other kinds keep theirs";
+  model.editing.logicChosen = true;
+  slots[0].Logic = slots[1].Logic = slots[2].Logic = "1";
+  EXPECT_EQ(logics(), "111") << "a choice goes to every criterion";
+  model.tables.RuleAt(0).CriteriaParam = {};
+  model.tables.Criteria[0] = 0;
+  lists[1].clear();
+  EXPECT_EQ(logics(), "0") << "with one criterion there is nothing to combine";
+}
+
+TEST_F(RuleWriterTest, IdsInTwoLetterCasesAreOneKey) {
+  set.Order("000").PlainRule("000", "A", "000 001 002 003 004 005 006 007 008 00a");
+  for (int i = 0; i < 9; ++i) set.Criterion(ThreeDigitId(i), 20);
+  set.Criterion("00a", 15).Number(42);
+  model.Open();
+  lists[1] = {"x"};
+  SaveAndReload();
+  EXPECT_EQ(model.tables.RuleAt(0).CriteriaParam[9].Value, "42") << "not deleted as key 00A";
+  EXPECT_EQ(model.tables.Criteria[0], 11);
+  set.Criteria("009 009 008").Remove(kTestMailKey + "000\\Criteria", "rien");
+  model.Open();
+  SaveAndReload();
+  EXPECT_EQ(model.tables.RuleAt(0).CriteriaOrder, "000 001") << "a criterion named twice is one";
+}
+
+TEST_F(RuleWriterTest, ADamagedOrderNeverLeadsOutOfItsKey) {
+  set.Order("000").PlainRule("000", "A", "\\\\\\ 001").Words("001", 8, {"x"});
+  set.PutText(kTestMailKey + "000\\Criteria\\voisin", "v", "w");
+  model.dialogs.AllowAnyBox();
+  model.Open();
+  ASSERT_TRUE(model.Save());
+  EXPECT_EQ(Criteria(), "Order = \"000\"\n" + WordLines("000", 8, "x~~~") + "voisin\\v = \"w\"\n");
+}
+
+TEST_F(RuleWriterTest, ASlotWhoseKeyIsGoneIsWrittenAgain) {
+  set.Order("000").PlainRule("000", "A", "003").Words("003", 8, {"x"});
+  model.Open();
+  model.registry.DeleteKey(kTestMailKey + "000\\Criteria\\003");
+  SaveAndReload();
+  EXPECT_EQ(model.tables.FirstCriteria[0][1].Value, "x\0\0\0"s);
+}
+
+}  // namespace
+}  // namespace morvelle

@@ -1,0 +1,3 @@
+morvelle_test(messages_tests
+  SOURCES messages/text_test.cpp messages/errors_test.cpp messages/messages_test.cpp
+  USES messages)

@@ -1,0 +1,176 @@
+#include "ui/controls.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+
+namespace morvelle {
+namespace {
+
+using testing::ElementsAre;
+
+/// Counts what it is told.
+struct Ear final : ControlObserver {
+  void ControlChanged(Control&, Aspect aspect) override { heard.push_back(aspect); }
+  std::vector<Aspect> heard;
+};
+
+TEST(Controls, RaiseEventsOnlyWhenSomethingChanges) {
+  int events = 0;
+  Ear ear;
+  TextBox box("box", nullptr);
+  box.onChange = [&] { ++events; };
+  box.Observe(&ear);
+  box.SetText("mot");
+  box.SetText("mot");
+  box.Type(u"mot");
+  EXPECT_EQ(events, 1);
+  EXPECT_THAT(ear.heard, ElementsAre(Aspect::Text));
+
+  CheckBox check("check", nullptr);
+  check.onClick = [&] { ++events; };
+  check.SetChecked(false);
+  EXPECT_EQ(events, 1);
+  check.SetChecked(true);
+  check.Click();
+  EXPECT_EQ(events, 3) << "code and gesture raise the same event";
+  EXPECT_FALSE(check.Checked());
+
+  ListBox list("list", nullptr);
+  list.onClick = [&] { ++events; };
+  list.AddItem("a");
+  list.SetListIndex(0);
+  list.SetListIndex(0);
+  EXPECT_EQ(events, 4);
+  list.ClickItem(0);
+  EXPECT_EQ(events, 5) << "a user may click the current line again";
+}
+
+TEST(Controls, GesturesAreBlockedByWhatSurroundsThem) {
+  int events = 0;
+  Frame outer("outer", nullptr);
+  Frame inner("inner", &outer);
+  PushButton button("button", &inner);
+  TextBox box("box", &inner);
+  MenuItem menu("menu", nullptr, "Menu");
+  MenuArray entries("entries", &menu);
+  ListBox list("list", &inner);
+  CheckBox check("check", &inner);
+  OptionButton option("option", &inner);
+  list.AddItem("a");
+  button.onClick = check.onClick = option.onClick = box.onChange = list.onClick = [&] { ++events; };
+  box.onKeyDown = entries.onClick = [&](int) { ++events; };
+  const auto all = [&] {
+    events = 0;
+    button.Click();
+    box.Type(box.Text().empty() ? u"a" : u"");
+    box.KeyDown(kKeyReturn);
+    list.ClickItem(0);
+    check.Click();
+    option.Click();
+    entries.Choose(0);
+    return events;
+  };
+  outer.SetEnabled(false);
+  menu.SetEnabled(false);
+  EXPECT_EQ(all(), 0);
+  outer.SetEnabled(true);
+  outer.SetVisible(false);
+  EXPECT_EQ(all(), 0);
+  outer.SetVisible(true);
+  menu.SetEnabled(true);
+  EXPECT_EQ(all(), 7);
+  entries.SetEnabledOf(0, false);
+  box.SetReadOnly(true);
+  EXPECT_EQ(all(), 4) << "neither the entry, the read-only text nor the option chosen before";
+  button.SetEnabled(false);
+  EXPECT_EQ(all(), 3);
+  entries.Choose(1);
+  list.ClickItem(1);
+  EXPECT_EQ(events, 3) << "there is no such entry";
+}
+
+TEST(Controls, AnOptionReleasesTheOthersOfItsGroup) {
+  OptionButton first("first", nullptr);
+  OptionButton second("second", nullptr);
+  first.JoinGroup({&second});
+  second.JoinGroup({&first});
+  int clicks = 0;
+  first.onClick = [&] { ++clicks; };
+  first.Click();
+  second.Click();
+  EXPECT_FALSE(first.Chosen());
+  EXPECT_TRUE(second.Chosen());
+  EXPECT_EQ(clicks, 1) << "being released is no click";
+}
+
+TEST(Controls, AListKeepsItsCurrentLineInStep) {
+  ListBox list("list", nullptr);
+  for (const auto* item : {"a", "b", "c"}) list.AddItem(item);
+  list.SetListIndex(2);
+  list.RemoveItem(0);
+  EXPECT_EQ(list.Item(list.ListIndex()), "c");
+  list.RemoveItem(1);
+  EXPECT_EQ(list.ListIndex(), -1);
+  list.SetListIndex(0);
+  list.Clear();
+  EXPECT_EQ(list.ListIndex(), -1);
+  EXPECT_EQ(list.Item(0), "");
+  EXPECT_THROW(list.SetListIndex(0), RuntimeError);
+  EXPECT_THROW(list.SetItem(0, "x"), RuntimeError);
+  EXPECT_THROW(list.RemoveItem(-1), RuntimeError);
+}
+
+TEST(Controls, AListOfSeveralSelectionsTurnsTheClickedLineOver) {
+  ListBox list("list", nullptr, true);
+  for (const auto* item : {"a", "b", "c"}) list.AddItem(item);
+  list.SetSelected(0, true);
+  list.ClickItem(2);
+  EXPECT_TRUE(list.Selected(0));
+  EXPECT_TRUE(list.Selected(2));
+  EXPECT_EQ(list.ListIndex(), 2);
+  list.ClickItem(2);
+  EXPECT_FALSE(list.Selected(2));
+  list.RemoveItem(0);
+  EXPECT_FALSE(list.Selected(0)) << "the selected state goes with its line";
+}
+
+TEST(Controls, TextThatARuleCannotHoldIsRefused) {
+  TextBox box("box", nullptr);
+  Ear ear;
+  int changes = 0;
+  int refusals = 0;
+  box.onChange = [&] { ++changes; };
+  box.onRefused = [&] { ++refusals; };
+  box.Type(u"œuf €");
+  EXPECT_EQ(box.Text(), "œuf €"_cp);
+  box.Observe(&ear);
+  for (const auto& text : {std::u16string(u"λ"), std::u16string(u"a\0b", 3)}) box.Type(text);
+  EXPECT_EQ(box.Text(), "œuf €"_cp);
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(refusals, 2);
+  EXPECT_THAT(ear.heard, ElementsAre(Aspect::Text, Aspect::Text))
+      << "the view shows the text again";
+}
+
+TEST(Controls, APerRuleMenuGrowsAndShrinksButKeepsItsFirstEntry) {
+  MenuArray menu("menu", nullptr);
+  EXPECT_FALSE(menu.Load(0));
+  EXPECT_TRUE(menu.Load(2));
+  EXPECT_FALSE(menu.Load(1));
+  menu.SetCaptionOf(2, "c");
+  menu.SetEnabledOf(2, false);
+  menu.Shorten(0);
+  EXPECT_EQ(menu.Count(), 1);
+  menu.Load(2);
+  EXPECT_EQ(menu.CaptionOf(2), "");
+  EXPECT_TRUE(menu.EnabledOf(2)) << "a new entry has nothing of an old one";
+}
+
+}  // namespace
+}  // namespace morvelle

@@ -1,0 +1,333 @@
+#include <optional>
+
+#include "tests/ui/window.h"
+
+namespace morvelle {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+constexpr auto kLoseContent =
+    "Vous avez modifié la règle en cours\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
+constexpr auto kLoseOrder =
+    "Vous avez modifié l'ordre des règles\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
+constexpr auto kLoseBoth =
+    "Vous avez modifié la règle en cours et l'ordre des règles\r"
+    "Êtes-vous d'accord pour annuler ces modifications ?"_cp;
+constexpr auto kQuit = "Voulez-vous vraiment quitter Morvelle\u00A0?"_cp;
+constexpr auto kSaveBoth =
+    "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
+    "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp;
+constexpr auto kNotStored = "Les modifications n'ont pas pu être enregistrées."_cp;
+constexpr auto kReplaceChanged =
+    "Un autre programme a modifié le fichier des règles depuis son ouverture.\r"
+    "Voulez-vous le remplacer par ce que montre Morvelle ?"_cp;
+
+struct Lifecycle : Window {
+  /// "Publicités" open, with gamma and once more alpha added.
+  void Edit() {
+    StartWithTwoRules();
+    Open(0);
+    Add(kSender, u"gamma");
+    Add(kSender, u"alpha");
+  }
+  void ExpectStillEdited() {
+    EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta", "gamma", "alpha"));
+    EXPECT_EQ(Count(kSender), "4 mots");
+    EXPECT_TRUE(Can("mnuRegContent"));
+    EXPECT_TRUE(Can("cmdRecord(0)"));
+    EXPECT_FALSE(Can("mnuChange")) << "the rule is still open";
+  }
+  /// The order and the open rule's content wait to be saved, the rules having changed places.
+  void EditBoth() {
+    Edit();
+    form->InitMod(true);
+    SwapRules();
+  }
+  void SwapRules() {
+    form->lstRules.SetItem(0, "  001 Famille");
+    form->lstRules.SetItem(1, "* 000 Publicités"_cp);
+  }
+};
+
+TEST_F(Lifecycle, SavingWritesTheSortedWordsAndNothingElse) {
+  rules.Order("000 001").PutText(kTestMailKey, "Ajout", "d'un autre programme");
+  rules.PlainRule("000", "Publicités"_cp, "000 001")
+      .RawAt("", "Inconnu", ValueKind::Binary, "\x01\x02");
+  rules.Words("000", 12, {"beta", "Zebra"}, 1, 1).Raw("Note", ValueKind::MultiString, "a\0\0");
+  rules.Words("001", 8, {"zut", "ami", "zut"}, 0, 1).RawAt("\\Autre", "x", ValueKind::None, "y");
+  rules.PlainRule("001", "Famille", "000").Words("000", 8, {"zut", "ami"});
+  Start();
+  const auto before = Stored();
+  Open(0);
+  for (const auto* word : {u"été", u"apple", u"beta"}) Add(kSender, word);
+  EXPECT_THAT(Words(kSender), ElementsAre("beta", "Zebra", "été"_cp, "apple", "beta"));
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "beta~Zebra~", "Zebra~apple~beta~été~"))
+      << "a list that was not edited keeps its bytes, sorted or not";
+  EXPECT_EQ(store.commits, 1) << "one command is stored at once";
+}
+
+TEST_F(Lifecycle, CriteriaThatTheWindowCannotShowAreKept) {
+  rules.Order("000").PlainRule("000", "Une", "000 001 002 003");
+  rules.Words("000", 12, {"alpha"}, 0, 1).Words("001", 12, {"second"}, 3, 1);
+  rules.Criterion("002", 99, 5, 1).Raw("Value", ValueKind::MultiString, "a\0b\0\0"s);
+  rules.Raw("Note", ValueKind::String, "sans fin").Criterion("003", 15, 0, 1).Number(100);
+  Start();
+  Open(0);
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha")) << "the first of a kind owns the list";
+  const auto second = Stored("000\\Criteria\\001");
+  const auto unknown = Stored("000\\Criteria\\002");
+  const auto size = Stored("000\\Criteria\\003");
+  Add(kSender, u"beta");
+  Save();
+  EXPECT_EQ(Stored("000\\Criteria\\000"), second);
+  EXPECT_EQ(Stored("000\\Criteria\\001"), unknown);
+  EXPECT_EQ(Stored("000\\Criteria\\002"), size);
+  EXPECT_THAT(Stored("000\\Criteria\\003"), HasSubstr("\"alpha~beta~~~\""));
+  EXPECT_THAT(Stored("000\\Criteria"), HasSubstr("Order = \"000 001 002 003\"\n"));
+}
+
+TEST_F(Lifecycle, ARuleWithoutCriteriaCanBeGivenWordsAndLoseThemAgain) {
+  rules.Order("000").PlainRule("000", "Vide", "000");
+  Start();
+  const auto before = Stored();
+  Open(0);
+  EXPECT_EQ(Which({"txtBox(0)", "cmdRecord(0)"}), "txtBox(0)");
+  Add(kRecipients, u"alpha");
+  Save();
+  EXPECT_EQ(Stored("000\\Criteria\\000"),
+            "Flags = 0\nLogic = 0\nType = 22\nValue = 3:\"alpha~~~\"\nValueType = 65\n");
+  Open(0);
+  ClickWord(kRecipients, 0);
+  Click("cmdDel(3)");
+  Save();
+  EXPECT_EQ(Stored(), before);
+}
+
+TEST_F(Lifecycle, AThirteenthCriterionIsRefusedBeforeAnythingIsWritten) {
+  rules.Order("000").PlainRule("000", "Pleine", "000 001 002 003 004 005 006 007 008 009 00A 00B");
+  for (int i = 0; i < 11; ++i) rules.Criterion(ThreeDigitId(i), 15, 0, 1).Number(1);
+  rules.Words("00B", 12, {"alpha"}, 0, 1);
+  Start();
+  Open(0);
+  const auto before = Stored();
+  Add(kSender, u"alpha");
+  Add(kBody, u"beta");
+  dialogs.Expect(
+      "Cette règle ne peut être enregistrée : elle compterait plus de 12 critères ou actions"_cp);
+  Save();
+  EXPECT_EQ(Stored(), before);
+  EXPECT_EQ(Count(kSender), "2 mots") << "as many as the list shows";
+  Show(kBody);
+  ClickWord(kBody, 0);
+  Click("cmdDel(2)");
+  Add(kSender, u"gamma");
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "alpha~", "alpha~gamma~"));
+}
+
+TEST_F(Lifecycle, AStoreThatFailsKeepsTheRuleOpenAndWhole) {
+  Edit();
+  const auto before = Stored();
+  store.commitOutcome = CommitOutcome::Failed;
+  store.lastError = "Disque plein";
+  dialogs.Expect(std::string(kNotStored) + "\rDisque plein", kBoxStop, kAppTitle);
+  Save();
+  ExpectStillEdited();
+  EXPECT_EQ(Stored(), before);
+
+  store.commitOutcome = CommitOutcome::Done;
+  store.writeStatus = kStatusAccessDenied;
+  dialogs.Expect(std::string(kNotStored) + "\rDisque plein");
+  Choose("mnuRegContent");
+  ExpectStillEdited();
+  EXPECT_EQ(Stored(), before);
+
+  store.writeStatus = kStatusSuccess;
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "alpha~beta~", "alpha~beta~gamma~"));
+}
+
+TEST_F(Lifecycle, AFileChangedMeanwhileIsReplacedOnlyWhenTheUserSaysSo) {
+  Edit();
+  const auto before = Stored();
+  store.commitOutcome = CommitOutcome::ChangedMeanwhile;
+  dialogs.Expect(kReplaceChanged, Button::No);
+  Save();
+  ExpectStillEdited();
+  EXPECT_EQ(Stored(), before);
+  dialogs.Expect(kReplaceChanged, Button::Yes);
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "alpha~beta~", "alpha~beta~gamma~"));
+}
+
+TEST_F(Lifecycle, SavingWritesTheOpenRuleWhateverTheCurrentRow) {
+  Edit();
+  const auto other = Stored("001");
+  state.editing.nCurRule = 1;
+  Save();
+  EXPECT_EQ(Stored("001"), other);
+  EXPECT_THAT(Stored("000"), HasSubstr("alpha~beta~gamma~"));
+}
+
+TEST_F(Lifecycle, NoChangeAsksAboutWhatChanged) {
+  Edit();
+  dialogs.Expect(kLoseContent, kBoxYesNo + kBoxSecondDefault, kAppTitle, Button::No);
+  EXPECT_FALSE(form->NoChange());
+  ExpectStillEdited();
+  state.editing.bOrderChanged = true;
+  dialogs.Expect(kLoseBoth, Button::Yes);
+  EXPECT_TRUE(form->NoChange());
+  EXPECT_EQ(Which({"mnuRegContent", "mnuRegOrder", "lstAct", "txtBox(0)"}), "");
+  EXPECT_TRUE(Can("mnuChange"));
+  state.editing.bOrderChanged = true;
+  dialogs.Expect(kLoseOrder, Button::No);
+  EXPECT_FALSE(form->NoChange());
+}
+
+TEST_F(Lifecycle, OpeningAsksBeforeItLeavesWhatChanged) {
+  StartWithTwoRules();
+  state.editing.bOrderChanged = true;
+  form->lstRules.SetItem(0, "ordre");
+  dialogs.Expect(kLoseOrder, Button::No);
+  Open(1);
+  EXPECT_FALSE(Can("lstAct"));
+  EXPECT_EQ(form->lstRules.Item(0), "ordre") << "nothing is cleared before the answer";
+  dialogs.Expect(kLoseOrder, Button::Yes);
+  Open(1);
+  EXPECT_EQ(form->statBar.Panel(9), "Famille");
+  EXPECT_EQ(form->lstRules.Item(0), "* 000 Publicités"_cp);
+}
+
+TEST_F(Lifecycle, OpeningFindsTheRuleByItsIdAfterTheReload) {
+  StartWithTwoRules();
+  rules.PlainRule("002", "Nouvelle", "000").Order("002 000 001");
+  Open(1);
+  EXPECT_EQ(form->statBar.Panel(9), "Famille");
+  EXPECT_EQ(form->lstRules.ListIndex(), 2);
+  form->RuleMenu("mnuMod").onClick(7);
+  EXPECT_EQ(form->statBar.Panel(9), "Famille") << "a row that is gone does nothing";
+}
+
+TEST_F(Lifecycle, QuittingAsksForTheWorkAndThenToQuit) {
+  struct Case {
+    bool changed;
+    bool quiet;
+    std::optional<Button> drop;
+    std::optional<Button> quit;
+    bool closes;
+  };
+  const Case cases[] = {
+      {false, false, {}, Button::Yes, true},
+      {false, false, {}, Button::No, false},
+      {false, true, {}, {}, true},
+      {true, false, Button::No, {}, false},
+      {true, false, Button::Yes, Button::No, false},
+      {true, false, Button::Yes, Button::Yes, true},
+      {true, true, Button::No, {}, false},
+      {true, true, Button::Yes, {}, true},
+  };
+  for (std::size_t i = 0; i < std::size(cases); ++i) {
+    SCOPED_TRACE(i);
+    const auto& [changed, quiet, drop, quit, closes] = cases[i];
+    closed = false;
+    WriteFile(environment.userFolder / "Morvelle.ini", quiet ? "\r\nSILENT\r\n" : "\r\n\r\n");
+    changed ? Edit() : StartWithTwoRules();
+    const auto before = Stored();
+    if (drop) dialogs.Expect(kLoseContent, *drop);
+    if (quit) dialogs.Expect(kQuit, kBoxYesNo + kBoxQuestion, kAppTitle, *quit);
+    Choose("mnuQuit");
+    dialogs.ExpectAllShown();
+    EXPECT_EQ(closed, closes);
+    if (!closes && changed) ExpectStillEdited();
+    EXPECT_EQ(Stored(), before);
+  }
+}
+
+TEST_F(Lifecycle, SavingTheOrderTakesTheListAsItStands) {
+  StartWithTwoRules();
+  const auto before = Stored();
+  SwapRules();
+  state.editing.bOrderChanged = true;
+  form->EnableMnu();
+  store.commitOutcome = CommitOutcome::Failed;
+  dialogs.Expect(kNotStored);
+  Choose("mnuRegOrder");
+  EXPECT_EQ(Stored(), before);
+  EXPECT_EQ(form->lstRules.Item(0), "  001 Famille");
+  EXPECT_EQ(state.tables.Mail.Order, "000 001");
+  EXPECT_TRUE(Can("mnuRegOrder"));
+
+  store.commitOutcome = CommitOutcome::Done;
+  Choose("mnuRegOrder");
+  EXPECT_EQ(Stored(), Replaced(before, "Order = \"000 001\"", "Order = \"001 000\""));
+  EXPECT_FALSE(Can("mnuRegOrder"));
+  EXPECT_EQ(form->RuleMenu("mnuMod").CaptionOf(0), " \t001 Famille") << "the rules are reloaded";
+  EXPECT_TRUE(form->NoChange());
+}
+
+TEST_F(Lifecycle, AnUnchangedOrderIsToldAndWrittenAllTheSame) {
+  StartWithTwoRules();
+  rules.PutText(kTestMailKey, "Order", "001");
+  form->Menu("mnuRegOrder").SetEnabled(true);
+  dialogs.Expect("L'ordre n'a pas été modifié"_cp, kBoxOk, kAppTitle);
+  Choose("mnuRegOrder");
+  EXPECT_THAT(Stored(), testing::StartsWith("Order = \"000 001\"\n"));
+}
+
+TEST_F(Lifecycle, ContentAndOrderAreSavedTogetherOrNotAtAll) {
+  for (const auto* command : {"mnuRegContent", "mnuRegOrder"}) {
+    SCOPED_TRACE(command);
+    EditBoth();
+    const auto before = Stored();
+    dialogs.Expect(kSaveBoth, kBoxYesNo, kAppTitle, Button::No);
+    Choose(command);
+    EXPECT_EQ(Stored(), before);
+    EXPECT_EQ(Which({"mnuRegContent", "mnuRegOrder", "lstAct"}),
+              "mnuRegContent mnuRegOrder lstAct");
+
+    store.commitOutcome = CommitOutcome::Failed;
+    dialogs.Expect(kSaveBoth, Button::Yes);
+    dialogs.Expect(kNotStored);
+    Choose(command);
+    EXPECT_EQ(Stored(), before);
+    EXPECT_EQ(Which({"mnuRegContent", "mnuRegOrder", "lstAct"}),
+              "mnuRegContent mnuRegOrder lstAct");
+    EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta", "gamma", "alpha"));
+    EXPECT_EQ(state.tables.Mail.Order, "000 001");
+    store.commitOutcome = CommitOutcome::Done;
+
+    const int commits = store.commits;
+    dialogs.Expect(kSaveBoth, Button::Yes);
+    Choose(command);
+    EXPECT_EQ(Stored(), Replaced(Replaced(before, "Order = \"000 001\"", "Order = \"001 000\""),
+                                 "alpha~beta~", "alpha~beta~gamma~"));
+    EXPECT_EQ(store.commits, commits + 1);
+    EXPECT_THAT(form->lstRules.Items(), ElementsAre("  001 Famille", "* 000 Publicités"_cp));
+    EXPECT_EQ(Which({"mnuRegContent", "mnuRegOrder", "lstAct"}), "");
+    EXPECT_TRUE(form->NoChange());
+  }
+}
+
+TEST_F(Lifecycle, BookMenusFollowTheRuleExceptAfterAContentSave) {
+  rules.Order("000").PlainRule("000", "CARNET D'ADRESSES", "000").Words("000", 12, {"a@b.fr"});
+  Start();
+  const std::vector<std::string> menus = {"mnuChangeBook", "mnuAddBook", "mnuAutoUpdateBook"};
+  EXPECT_EQ(Which(menus), "mnuChangeBook mnuAutoUpdateBook");
+  rules.Rule("000", "Autre");
+  Open(0);
+  Click("cmdCancelRule(0)");
+  EXPECT_EQ(Which(menus), "mnuAddBook");
+  Open(0);
+  Add(kSender, u"c@d.fr");
+  Save();
+  EXPECT_EQ(Which(menus), "mnuChangeBook mnuAutoUpdateBook");
+  Open(0);
+  Click("cmdCancelRule(0)");
+  EXPECT_EQ(Which(menus), "mnuAddBook");
+}
+
+}  // namespace
+}  // namespace morvelle

@@ -1,0 +1,201 @@
+#include "tests/ui/window.h"
+
+namespace morvelle {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr int kKeyTab = 9;
+
+struct WordListTest : Window {
+  /// The rule "Publicités" is open, its words alpha and beta on show.
+  void OpenFirst() {
+    StartWithTwoRules();
+    Open(0);
+  }
+  [[nodiscard]] std::string Buttons(int slot) const {
+    const auto index = "(" + std::to_string(slot) + ")";
+    return Which({"cmdAdd" + index, "cmdDel" + index, "cmdChange" + index, "cmdRestore" + index});
+  }
+};
+
+TEST_F(WordListTest, ATypedWordIsShownForCopyingAndAddedByEnter) {
+  OpenFirst();
+  EXPECT_EQ(Count(kSender), "2 mots");
+  Press(kSender, kKeyReturn);
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta")) << "nothing is typed";
+  Type(kSender, u" Été ");
+  EXPECT_EQ(form->txtCop[0].Text(), "' Été '"_cp);
+  Press(kSender, kKeyTab);
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta")) << "only Enter adds";
+  Press(kSender, kKeyReturn);
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta", " Été "_cp)) << "blanks are kept";
+  EXPECT_EQ(Count(kSender), "3 mots");
+  EXPECT_EQ(Typed(kSender) + form->txtCop[0].Text(), "");
+  Press(kSender, kKeyReturn);
+  EXPECT_EQ(Words(kSender).size(), 3U);
+  Add(kSender, u"alpha");
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta", " Été "_cp, "alpha"))
+      << "the list keeps repeats until it is saved";
+}
+
+TEST_F(WordListTest, ButtonsFollowWhatIsTypedAndClicked) {
+  OpenFirst();
+  EXPECT_EQ(Buttons(0), "");
+  Type(kSender, u"x");
+  EXPECT_EQ(Buttons(0), "cmdAdd(0) cmdRestore(0)");
+  Type(kSender, u"");
+  EXPECT_EQ(Buttons(0), "");
+  ClickWord(kSender, 1);
+  EXPECT_EQ(Typed(kSender), "beta");
+  EXPECT_EQ(form->txtCop[0].Text(), "'beta'");
+  EXPECT_EQ(Buttons(0), "cmdDel(0)");
+  Press(kSender, kKeyReturn);
+  EXPECT_EQ(Words(kSender).size(), 2U) << "a clicked word is not typed";
+  Type(kSender, u"betas");
+  EXPECT_EQ(Buttons(0), "cmdAdd(0) cmdChange(0) cmdRestore(0)");
+  Type(kSender, u"");
+  EXPECT_EQ(form->lstBox[0].ListIndex(), -1);
+}
+
+TEST_F(WordListTest, ChangingReplacesTheSelectedWordOnly) {
+  OpenFirst();
+  ClickWord(kSender, 0);
+  Type(kSender, u"omega");
+  Click("cmdChange(0)");
+  EXPECT_THAT(Words(kSender), ElementsAre("omega", "beta"));
+  EXPECT_EQ(Count(kSender), "2 mots");
+  EXPECT_EQ(Typed(kSender), "");
+  EXPECT_EQ(Buttons(0), "cmdRestore(0)");
+  for (const auto& button : form->cmdRestore) EXPECT_TRUE(button.Enabled());
+  EXPECT_TRUE(Can("mnuRegContent"));
+}
+
+TEST_F(WordListTest, DeletingNeedsASelectedWord) {
+  OpenFirst();
+  form->cmdDel[0].SetEnabled(true);
+  Click("cmdDel(0)");
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta"));
+  EXPECT_FALSE(Can("mnuRegContent"));
+  ClickWord(kSender, 0);
+  Click("cmdDel(0)");
+  EXPECT_THAT(Words(kSender), ElementsAre("beta"));
+  EXPECT_EQ(form->lstBox[0].ListIndex(), -1);
+  EXPECT_EQ(Typed(kSender), "");
+  EXPECT_EQ(Buttons(0), "cmdRestore(0)");
+  EXPECT_TRUE(Can("mnuRegContent"));
+  EXPECT_EQ(Count(kSender), "1 mot");
+  ClickWord(kSender, 0);
+  Click("cmdDel(0)");
+  EXPECT_EQ(Count(kSender), "0 mot");
+}
+
+TEST_F(WordListTest, AWordGoesToTheListInWhoseBoxItWasTyped) {
+  OpenFirst();
+  Type(kSender, u"sender");
+  Show(kBody);
+  Press(kBody, kKeyReturn);
+  EXPECT_THAT(Words(kBody), IsEmpty()) << "this box is empty";
+  Type(kBody, u"body");
+  Press(kBody, kKeyReturn);
+  EXPECT_THAT(Words(kBody), ElementsAre("body"));
+  Show(kSender);
+  EXPECT_TRUE(Can("cmdAdd(0)"));
+  Click("cmdAdd(0)");
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta", "sender"))
+      << "a word that waits is still added by the button that is on";
+}
+
+TEST_F(WordListTest, ALetterThatARuleCannotHoldIsRefusedWithAMessage) {
+  OpenFirst();
+  Type(kSender, u"œuf");
+  dialogs.Expect("Ce caractère ne peut être enregistré dans une règle d'Outlook Express"_cp,
+                 kBoxExclamation, kAppTitle);
+  Type(kSender, u"œufλ");
+  EXPECT_EQ(Typed(kSender), "œuf"_cp);
+  Press(kSender, kKeyReturn);
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta", "œuf"_cp));
+}
+
+TEST_F(WordListTest, TheCountEndsAtSixteenBitsWithoutLosingAWord) {
+  std::vector<std::string> words;
+  for (int i = 0; i < 32767; ++i) words.push_back(std::to_string(100000 + i));
+  rules.Order("000").PlainRule("000", "Longue", "000").Words("000", 12, words);
+  Start();
+  Open(0);
+  Type(kSender, u"encore");
+  dialogs.Expect("Dépassement de capacité"_cp, kBoxOk, "cmdAdd_Click");
+  Click("cmdAdd(0)");
+  EXPECT_EQ(Words(kSender).size(), 32767U);
+  EXPECT_EQ(Count(kSender), "32767 mots");
+  EXPECT_EQ(Typed(kSender), "encore");
+}
+
+TEST_F(WordListTest, RestoringPutsTheStoredRuleBackAndKeepsItOpen) {
+  OpenFirst();
+  const auto before = Stored();
+  Add(kSender, u"gamma");
+  Add(kBody, u"delta");
+  form->chkEnabled.Click();
+  Click("cmdRestore(2)");
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta"));
+  EXPECT_THAT(Words(kBody), IsEmpty());
+  EXPECT_EQ(Count(kSender), "2 mots");
+  EXPECT_TRUE(form->chkEnabled.Checked());
+  EXPECT_EQ(form->lstRules.Item(0), "* 000 Publicités"_cp);
+  EXPECT_TRUE(form->fraEdit[kSender].Visible()) << "the rule's first list is on show again";
+  EXPECT_FALSE(Can("mnuRegContent"));
+  EXPECT_FALSE(Can("mnuChange")) << "the rule is still open";
+  EXPECT_EQ(Stored(), before);
+  Add(kSender, u"gamma");
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "alpha~beta~", "alpha~beta~gamma~"));
+}
+
+TEST_F(WordListTest, AbandoningDropsTheEditAndFreesTheWindow) {
+  OpenFirst();
+  const auto before = Stored();
+  Add(kSender, u"gamma");
+  Type(kSender, u"delta");
+  Click("cmdCancelRule(0)");
+  EXPECT_THAT(Words(kSender), IsEmpty());
+  EXPECT_EQ(Count(kSender) + Typed(kSender) + form->txtCop[0].Text(), "");
+  EXPECT_EQ(form->statBar.Panel(9), "");
+  EXPECT_EQ(Stored(), before);
+  EXPECT_TRUE(form->NoChange()) << "nothing is left to ask about";
+  EXPECT_FALSE(state.editing.bWordReady);
+  Open(1);
+  Show(kSender);
+  Press(kSender, kKeyReturn);
+  EXPECT_THAT(Words(kSender), IsEmpty()) << "the word typed for the first rule is forgotten";
+  Add(kSender, u"epsilon");
+  EXPECT_EQ(Count(kSender), "1 mot") << "the first rule's count is forgotten too";
+}
+
+TEST_F(WordListTest, ARuleThatAnotherProgramTookAwayClosesTheEditor) {
+  const std::vector<std::string> editor = {"lstAct", "chkEnabled", "txtBox(0)", "mnuOptions"};
+  OpenFirst();
+  Add(kSender, u"gamma");
+  rules.Order("001");
+  Click("cmdRestore(0)");
+  EXPECT_EQ(Which(editor), "");
+  EXPECT_THAT(form->lstRules.Items(), ElementsAre("  001 Famille"));
+  EXPECT_EQ(form->RuleMenu("mnuRen").Count(), 1) << "the menus shrink with the list";
+  rules.Rule("001", "Famille").Criteria("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
+  dialogs.Expect(
+      "La règle \"001 - Famille\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp);
+  Open(0);
+  EXPECT_EQ(Which(editor), "") << "it has grown beyond the tables";
+}
+
+TEST_F(WordListTest, ARuleSetEmptiedMeanwhileLeavesAUsableWindow) {
+  StartWithTwoRules();
+  rules.Order("");
+  Open(0);
+  EXPECT_EQ(Which({"lstAct", "txtBox(0)", "mnuOptions", "mnuChange", "mnuAdd", "mnuImpOneRule"}),
+            "mnuAdd mnuImpOneRule");
+}
+
+}  // namespace
+}  // namespace morvelle
