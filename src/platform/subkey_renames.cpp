@@ -51,7 +51,10 @@ RegistryStatus SubkeyRenames::Run(std::span<const KeyRename> renames) {
 void SubkeyRenames::GoBack() {
   const auto moves = std::move(done_);
   done_.clear();
-  for (auto move = moves.rbegin(); move != moves.rend(); ++move) Move(move->to, move->from);
+  for (auto move = moves.rbegin(); move != moves.rend(); ++move) {
+    // The next step back would overwrite what could not step back.
+    if (Move(move->to, move->from) != kStatusSuccess) return;
+  }
 }
 
 RegistryStatus SubkeyRenames::FindAll(std::span<const KeyRename> renames) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <set>
 #include <string>
 #include <string_view>
@@ -14,8 +14,10 @@ namespace morvelle {
 class TemporaryFolder {
  public:
   TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "morvelle-XXXXXX").string();
-    path_ = ::mkdtemp(pattern.data());
+    std::random_device number;
+    do {
+      path_ = std::filesystem::temp_directory_path() / ("morvelle-" + std::to_string(number()));
+    } while (!std::filesystem::create_directory(path_));
   }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;

@@ -4,6 +4,7 @@ morvelle_test(platform_tests
     platform/reg_file_test.cpp
     platform/registry_contract_test.cpp
     platform/registry_regfile_test.cpp
+    platform/subkey_renames_test.cpp
   USES platform)
 
 # What the store writes, read by a program that shares no line with ours.
