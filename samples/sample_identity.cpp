@@ -1,6 +1,7 @@
 #include "samples/sample_identity.h"
 
 #include <algorithm>
+#include <compare>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -8,13 +9,13 @@
 #include "app/messages/text.h"
 #include "samples/reg_export.h"
 #include "samples/sample_rules.h"
-#include "tests/support/dbx_builder.h"
+#include "samples/dbx_builder.h"
 
 namespace morvelle {
 
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using Key = RegExport::Key;
 
 constexpr std::string_view kGuid = "{5B0D1C7E-3A42-4F96-8E21-7C94A0D36B18}";
@@ -94,7 +95,7 @@ std::string FolderStoreFile() {
 /// The words in binary order, each once and ended by a zero, then two more zeros.
 std::string WordList(std::vector<std::string_view> words) {
   std::sort(words.begin(), words.end(),
-            [](auto left, auto right) { return CompareBinary(left, right) < 0; });
+            [](auto left, auto right) { return std::is_lt(CompareBinary(left, right)); });
   words.erase(std::unique(words.begin(), words.end()), words.end());
   std::string value;
   for (const auto word : words) value.append(word).append(1, '\0');

@@ -7,6 +7,7 @@ namespace morvelle {
 
 void DamageReport::BadValueReport(std::string_view table) {
   Trap(messages_.Boxes(), "BadValueReport", [&] {
+    ++count_;
     if (table == "Mail") {
       if (!starting_) return;
       starting_ = false;

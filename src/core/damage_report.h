@@ -20,10 +20,14 @@ class DamageReport {
   /// A load begins: the next damaged rule is reported again.
   void Reset() { reported_ = false; }
 
+  /// Counts what was not there, reported or not.
+  [[nodiscard]] int Count() const { return count_; }
+
  private:
   const Messages& messages_;
   const std::string& ruleLabel_;
   bool reported_ = false;
+  int count_ = 0;
   /// Until the first load has met an empty rule set.
   bool starting_ = true;
 };

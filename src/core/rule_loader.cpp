@@ -1,6 +1,8 @@
 #include "core/rule_loader.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <utility>
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
@@ -18,37 +20,95 @@ std::size_t Index(int row) { return static_cast<std::size_t>(row); }
 
 void RuleLoader::FinishEmpty() {
   display_.EnableMnu();
+  display_.EnableContentMenus(false);
   display_.EnableImports();
+}
+
+void RuleLoader::BlankRow(int row) {
+  auto& rule = tables_.RuleAt(row);
+  auto id = std::move(rule.Id);
+  rule = {};
+  rule.Id = std::move(id);
+  tables_.Actions[Index(row)] = 0;
+  tables_.Criteria[Index(row)] = 0;
+  tables_.FirstCriteria[Index(row)] = {};
+}
+
+void RuleLoader::ArrangeRows(const std::vector<std::string>& ids) {
+  const auto count = Checked<std::int16_t>(ids.size());
+  bool inPlace = count == tables_.RuleCount;
+  for (int row = 0; inPlace && row < count; ++row)
+    inPlace = tables_.RuleAt(row).Id == ids[Index(row)];
+  if (inPlace) return;
+
+  std::unordered_map<std::string, LoadedRule> loaded;
+  for (int row = 0; row < tables_.RuleCount; ++row) {
+    auto& rule = tables_.RuleAt(row);
+    if (rule.readMark == 0) continue;
+    auto id = rule.Id;
+    loaded.try_emplace(std::move(id), LoadedRule{std::move(rule), tables_.Actions[Index(row)],
+                                                 tables_.Criteria[Index(row)],
+                                                 std::move(tables_.FirstCriteria[Index(row)])});
+  }
+  tables_.Blank();
+  tables_.RuleCount = count;
+  tables_.ReDimTables();
+  for (int row = 0; row < count; ++row) {
+    const auto found = loaded.find(ids[Index(row)]);
+    if (found == loaded.end()) {
+      tables_.RuleAt(row).Id = ids[Index(row)];
+      continue;
+    }
+    tables_.RuleAt(row) = std::move(found->second.rule);
+    tables_.Actions[Index(row)] = found->second.actions;
+    tables_.Criteria[Index(row)] = found->second.criteria;
+    tables_.FirstCriteria[Index(row)] = std::move(found->second.slots);
+    loaded.erase(found);
+  }
+}
+
+bool RuleLoader::StillHolds(int row) const {
+  const auto read = tables_.RuleAt(row).readMark;
+  return read != 0 && registry_.Store().ChangeMark(KeyOf(row)) == read;
+}
+
+bool RuleLoader::LoadRow(std::int16_t row) {
+  if (!StillHolds(row)) {
+    BlankRow(row);
+    return RuleFromBdR(row);
+  }
+  const auto& rule = tables_.RuleAt(row);
+  display_.LoadMnu(row, rule.Id + " " + rule.Name, true);
+  const bool editable = IsEditable(row);
+  display_.EnableRuleEditing(row, editable);
+  return editable;
 }
 
 void RuleLoader::MailFromBdR() {
   Trap(registry_.Boxes().Boxes(), "MailFromBdR", [&] {
     display_.BeginLoad();
-    tables_.Blank();
+    MailRecord mail;
+    RegistryStatus status = kStatusSuccess;
     {
       const OpenedKey key(registry_, mailKey_, true);
-      if (registry_.QueryField("Mail", key.Handle(), "Order", tables_.Mail.Order) !=
-          kStatusSuccess) {
-        FinishEmpty();
-        return;
-      }
+      status = registry_.QueryField("Mail", key.Handle(), "Order", mail.Order);
       // A rules key without a version is mended by the first write and no concern of the user's.
-      tables_.Mail.Version = TextOf(registry_.Peek(key.Handle(), "Version"));
+      if (status == kStatusSuccess) mail.Version = TextOf(registry_.Peek(key.Handle(), "Version"));
     }
-    if (tables_.Mail.Order.empty()) {
+    if (status != kStatusSuccess || mail.Order.empty()) {
+      tables_.Blank();
+      tables_.Mail = std::move(mail);
       FinishEmpty();
       return;
     }
-    const auto ids = IdsOfOrder(tables_.Mail.Order);
-    tables_.RuleCount = Checked<std::int16_t>(ids.size());
+    ArrangeRows(IdsOfOrder(mail.Order));
+    tables_.Mail = std::move(mail);
     display_.EnableMnu();
-    tables_.ReDimTables();
-    for (std::size_t k = 0; k < ids.size(); ++k) tables_.Rule[k].Id = ids[k];
     registry_.Damage().Reset();
     display_.ShowPanel(9, "");
     bool anyEditable = false;
     for (std::int16_t row = 0; row < tables_.RuleCount; ++row) {
-      anyEditable = RuleFromBdR(row) || anyEditable;
+      anyEditable = LoadRow(row) || anyEditable;
     }
     display_.EnableContentMenus(anyEditable);
   });
@@ -57,6 +117,7 @@ void RuleLoader::MailFromBdR() {
 bool RuleLoader::RuleFromBdR(std::int16_t row) {
   return Trap(registry_.Boxes().Boxes(), "RuleFromBdR", [&] {
     auto& rule = tables_.RuleAt(row);
+    const int damageBefore = registry_.Damage().Count();
     tables_.RuleLabel = rule.Id;
     {
       const OpenedKey key(registry_, KeyOf(row), false);
@@ -74,6 +135,10 @@ bool RuleLoader::RuleFromBdR(std::int16_t row) {
     CiteriaFromBdR(row);
     const bool editable = IsEditable(row);
     display_.EnableRuleEditing(row, editable);
+    // A damaged rule is reported at each load, and so read at each.
+    if (registry_.Damage().Count() == damageBefore) {
+      rule.readMark = registry_.Store().ChangeMark(KeyOf(row)).value_or(0);
+    }
     return editable;
   });
 }

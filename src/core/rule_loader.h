@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "core/displays.h"
 #include "core/registry_access.h"
@@ -16,13 +19,29 @@ class RuleLoader {
              RuleDisplay& display)
       : registry_(registry), mailKey_(mailKey), tables_(tables), display_(display) {}
 
-  /// Loads the whole rule set.
+  /// Loads the whole rule set. A rule that was loaded before is read again only when it was changed
+  /// in the tables or in the store, or when the store cannot tell.
   void MailFromBdR();
 
   /// Loads the rule of a row; true when its words can be edited.
   bool RuleFromBdR(std::int16_t row);
 
  private:
+  /// What the tables hold of one rule.
+  struct LoadedRule {
+    RuleRecord rule;
+    std::uint8_t actions = 0;
+    std::uint8_t criteria = 0;
+    std::array<CriterionRecord, kSlotCount> slots;
+  };
+
+  /// Gives the tables one row for each id. What was loaded of a rule goes to its new row.
+  void ArrangeRows(const std::vector<std::string>& ids);
+  void BlankRow(int row);
+  /// Whether the store still says what the row was read from.
+  [[nodiscard]] bool StillHolds(int row) const;
+  /// Reads a rule where it has to be, and shows it.
+  bool LoadRow(std::int16_t row);
   void ActionsFromBdR(int row);
   void CiteriaFromBdR(int row);
   void ActionsParamFromBdR(int row, int entry);

@@ -53,6 +53,9 @@ struct RuleRecord {
   /// The store holds more actions or criteria than the tables can: the rule is listed, renamed,
   /// ordered and deleted, but never opened or rewritten.
   bool overfull = false;
+  /// Change mark of the rule's key when the row was read; 0 when the row may say something else
+  /// than the store, or was damaged.
+  std::uint64_t readMark = 0;
 };
 
 struct MailRecord {
@@ -89,6 +92,8 @@ struct RuleTables {
   /// The row of a rule by number; error 9 beyond the tables.
   [[nodiscard]] RuleRecord& RuleAt(int row);
   [[nodiscard]] const RuleRecord& RuleAt(int row) const;
+  /// The row was changed and is to be read again at the next load.
+  void Touch(int row) { RuleAt(row).readMark = 0; }
   /// A rule's criterion of a word-list slot; error 9 beyond the tables.
   [[nodiscard]] CriterionRecord& SlotOf(int row, int slot);
   /// The row of the rule with that id, letter case ignored; -1 when there is none.

@@ -291,6 +291,7 @@ void RuleWriter::CriteriaParamToBdR(WritePlan& plan, const std::string& criteria
 }
 
 void RuleWriter::Settle(const PlannedRule& planned) {
+  tables_.Touch(planned.row);
   auto& rule = tables_.RuleAt(planned.row);
   rule.ActionsOrder = planned.actionsOrder;
   std::copy(planned.actions.begin(), planned.actions.end(), rule.ActionsParam.begin());

@@ -156,8 +156,8 @@ bool FolderStore::ReadTreeNode(std::int32_t nodeOffset) {
 bool FolderStore::ReadFolderEntries(std::int32_t nodeOffset) {
   return Step([&] {
     for (std::int16_t i = 1; i <= FolderCount; ++i) {
-      ReadFolderRecord(i,
-                       LongAt(std::int64_t{nodeOffset} + kNodeEntries + kNodeEntrySize * (i - 1)));
+      ReadFolderRecord(i, LongAt(std::int64_t{nodeOffset} + kNodeEntries +
+                                 kNodeEntrySize * std::int64_t{i - 1}));
     }
     return true;
   });

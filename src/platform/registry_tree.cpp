@@ -105,6 +105,7 @@ RegistryKey& RegistryTree::AddSubkey(RegistryKey& parent, std::u16string_view na
   key.parent = &parent;
   key.name = names_.Intern(name);
   parent.subkeys.insert(SubkeyPlace(parent, key.name->folded->text), std::move(made));
+  Mark(key);
   Record([this, &key] {
     auto& siblings = key.parent->subkeys;
     const auto at =
@@ -128,6 +129,7 @@ void RegistryTree::Delete(RegistryKey& key) {
   if (!parent.Listed() && parent.parent != nullptr && parent.parent != &top_) {
     ListBeforeSubkeys(parent);
   }
+  Mark(parent);
   UnlistAll(key);
   SetGone(key, true);
   ++generation_;
@@ -150,12 +152,13 @@ void RegistryTree::Rename(RegistryKey& parent, std::vector<Renaming> renamings) 
   std::vector<Renaming> before;
   auto& siblings = parent.subkeys;
   for (const auto& [subkey, name] : renamings) {
-    const auto at = siblings.begin() +
-                    (SubkeyPlace(parent, subkey->name->folded->text) - siblings.cbegin());
+    const auto at =
+        siblings.begin() + (SubkeyPlace(parent, subkey->name->folded->text) - siblings.cbegin());
     before.push_back({subkey, subkey->name});
     taken.push_back(std::move(*at));
     siblings.erase(at);
     subkey->name = name;
+    Mark(*subkey);
   }
   for (auto& subkey : taken) {
     siblings.insert(SubkeyPlace(parent, subkey->name->folded->text), std::move(subkey));
@@ -184,6 +187,7 @@ const RegistryEntry* RegistryTree::FindValue(const RegistryKey& key, std::u16str
 
 void RegistryTree::SetValue(RegistryKey& key, std::u16string_view name, std::uint32_t kind,
                             std::string data) {
+  Mark(key);
   const RegistryName* interned = names_.Intern(name);
   if (!key.Listed()) ListBeforeSubkeys(key);
   const std::size_t at = Position(key, interned->folded->text);
@@ -200,6 +204,7 @@ void RegistryTree::SetValue(RegistryKey& key, std::u16string_view name, std::uin
 }
 
 void RegistryTree::DeleteValue(RegistryKey& key, const RegistryEntry& value) {
+  Mark(key);
   const auto at = &value - key.entries.data();
   Record([&key, at, before = value] { key.entries.insert(key.entries.begin() + at, before); });
   key.entries.erase(key.entries.begin() + at);
@@ -214,6 +219,7 @@ void RegistryTree::AddDeletion(std::u16string_view path) { PutDeletion(path, *en
 void RegistryTree::Undo() {
   recording_ = false;
   ++generation_;
+  if (!undo_.empty()) undoMark_ = ++lastMark_;
   while (!undo_.empty()) {
     const auto undo = std::move(undo_.back());
     undo_.pop_back();
@@ -226,6 +232,11 @@ void RegistryTree::Keep() {
   undo_.clear();
   std::move(removed_.begin(), removed_.end(), std::back_inserter(dead_));
   removed_.clear();
+}
+
+void RegistryTree::Mark(RegistryKey& key) {
+  ++lastMark_;
+  for (auto* step = &key; step != nullptr; step = step->parent) step->mark = lastMark_;
 }
 
 void RegistryTree::Record(std::function<void()> undo) {

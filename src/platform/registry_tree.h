@@ -111,6 +111,7 @@ struct RegistryKey : FilePlace {
   const RegistryName* name = nullptr;
   std::vector<RegistryEntry> entries;
   std::vector<std::unique_ptr<RegistryKey>> subkeys;  ///< By folded name.
+  std::uint64_t mark = 0;                             ///< Of the last change here or below.
   bool replaced = false;  ///< The file deletes the key before its first line.
   bool gone = false;      ///< Deleted, and kept only until the batch ends.
 
@@ -181,11 +182,16 @@ class RegistryTree {
   void Keep();
   [[nodiscard]] bool HasDead() const { return !dead_.empty(); }
   void Bury() { dead_.clear(); }
+  /// Grows with every change of the key or below it.
+  [[nodiscard]] std::uint64_t MarkOf(const RegistryKey& key) const {
+    return key.mark > undoMark_ ? key.mark : undoMark_;
+  }
   /// Counts deletions of keys: while it stands still, a key once found is still where it was.
   [[nodiscard]] std::uint64_t Generation() const { return generation_; }
 
  private:
   void Record(std::function<void()> undo);
+  void Mark(RegistryKey& key);
   void Link(FilePlace& place, FilePlace& after);
   void Unlink(FilePlace& place);
   void ListBeforeSubkeys(RegistryKey& key);
@@ -205,6 +211,8 @@ class RegistryTree {
   std::vector<std::unique_ptr<RegistryKey>> dead_;
   std::vector<std::function<void()>> undo_;
   std::uint64_t generation_ = 0;
+  std::uint64_t lastMark_ = 1;
+  std::uint64_t undoMark_ = 1;
   bool recording_ = false;
 };
 

@@ -162,6 +162,12 @@ RegistryStatus TreeStore::RenameSubkeys(std::string_view path, std::span<const K
   });
 }
 
+std::optional<std::uint64_t> TreeStore::ChangeMark(std::string_view path) {
+  const RegistryKey* key = KeyAt(path);
+  if (key == nullptr) return std::nullopt;
+  return tree_.MarkOf(*key);
+}
+
 void TreeStore::BeginBatch() {
   inBatch_ = true;
   tree_.StartBatch();
@@ -237,9 +243,9 @@ std::u16string_view TreeStore::WidePath(std::string_view path, std::size_t& shar
 template <typename Write>
 RegistryStatus TreeStore::Written(Write&& write) {
   if (inBatch_) return std::forward<Write>(write)();
-  BeginBatch();
+  TreeStore::BeginBatch();
   const RegistryStatus status = std::forward<Write>(write)();
-  switch (CommitBatch(false)) {
+  switch (TreeStore::CommitBatch(false)) {
     case CommitOutcome::Done:
       return status;
     case CommitOutcome::ChangedMeanwhile:

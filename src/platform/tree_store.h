@@ -37,6 +37,8 @@ class TreeStore : public RegistryStore {
   RegistryStatus RenameSubkeys(std::string_view path, std::span<const KeyRename> renames,
                                std::span<const std::string_view> known) override;
 
+  [[nodiscard]] std::optional<std::uint64_t> ChangeMark(std::string_view path) override;
+
   void BeginBatch() override;
   CommitOutcome CommitBatch(bool overwriteChanged) override;
   void AbandonBatch() override;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -94,6 +95,14 @@ class RegistryStore {
   /// stored; one that cannot list a key's values carries the values of the `known` names.
   virtual RegistryStatus RenameSubkeys(std::string_view path, std::span<const KeyRename> renames,
                                        std::span<const std::string_view> known) = 0;
+
+  /// A number that grows with every change of the key or of what is below it: while it stands
+  /// still, what was read there still holds. Nothing where other programs write unseen, or where
+  /// there is no such key.
+  [[nodiscard]] virtual std::optional<std::uint64_t> ChangeMark(
+      [[maybe_unused]] std::string_view path) {
+    return std::nullopt;
+  }
 
   virtual void BeginBatch() {}
   /// Ends the batch. With `overwriteChanged` a file that another program changed meanwhile is

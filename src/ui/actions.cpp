@@ -70,6 +70,7 @@ void frmMorvelle::FillSlots() {
 }
 
 void frmMorvelle::TakeOverLogic() {
+  tables_.Touch(editing_.nCurRule);
   const auto& rule = tables_.RuleAt(editing_.nCurRule);
   auto& slots = tables_.FirstCriteria[Index(editing_.nCurRule)];
   std::string own;
@@ -231,6 +232,7 @@ void frmMorvelle::FillListBox(int slot, const std::string& criteriaKey) {
 void frmMorvelle::chkEnabled_Click() {
   if (bFilling || editing_.nCurRule < 0) return;
   Ending("chkEnabled_Click", [&] {
+    tables_.Touch(editing_.nCurRule);
     auto& rule = tables_.RuleAt(editing_.nCurRule);
     rule.Enabled = ToLongOrZero(rule.Enabled) != 0 ? "0" : "1";
     LoadMnu(editing_.nCurRule, RuleText(editing_.nCurRule), false);
@@ -243,6 +245,7 @@ void frmMorvelle::lstAct_Click() {
   Ending("lstAct_Click", [&] {
     const int item = lstAct.ListIndex();
     if (item == -1) return;
+    tables_.Touch(editing_.nCurRule);
     auto& action = tables_.RuleAt(editing_.nCurRule).ActionsParam[0];
     if (item == kMoveItem) {
       const auto& deletedItems = program_.deletedItems.DeletedItems();

@@ -31,7 +31,7 @@ MainWindow::MainWindow(frmMorvelle& form, WindowPlace place)
   });
   Build();
   mirror_.Flush();
-  place_.Restore(*this, kUsualSize);
+  wantedPlace_ = place_.Restore(*this, kUsualSize);
   form_.onClose = [this] { CloseAtOnce(); };
   Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
 }
@@ -48,6 +48,7 @@ void MainWindow::OnFirstPaint(wxPaintEvent& event) {
 }
 
 void MainWindow::Load() {
+  if (!IsMaximized() && GetPosition() != wantedPlace_) Move(wantedPlace_);
   gestures_.Perform([this] { form_.Form_Load(); });
   if (auto* list = FindWindow(wxString(form_.lstRules.Name()))) list->SetFocus();
 }

@@ -63,6 +63,7 @@ class MainWindow final : public wxFrame {
   WidgetMaker maker_;
   MenuBar menus_;
   wxWindow* panel_ = nullptr;
+  wxPoint wantedPlace_;
   bool closing_ = false;
 };
 

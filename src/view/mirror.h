@@ -25,7 +25,7 @@ class Aspects {
 
 /// The one observer of all controls. It only notes what has changed; Flush brings the widgets up to
 /// date, each once, however often its control changed meanwhile: a rule set of thousands of rules
-/// is loaded with thousands of changes.
+/// is loaded with thousands of changes. The controls must outlive it.
 class Mirror final : public ControlObserver {
  public:
   using Update = std::function<void(const Aspects& changed)>;

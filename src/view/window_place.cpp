@@ -53,7 +53,7 @@ wxString WindowPlace::UsualFile() {
   return file.GetFullPath();
 }
 
-void WindowPlace::Restore(wxTopLevelWindow& window, const wxSize& usualSize) const {
+wxPoint WindowPlace::Restore(wxTopLevelWindow& window, const wxSize& usualSize) const {
   const wxLogNull quiet;
   const wxFileConfig config({}, {}, file_, {}, wxCONFIG_USE_LOCAL_FILE);
   wxSize size(static_cast<int>(config.ReadLong(kWidth, 0)),
@@ -66,8 +66,10 @@ void WindowPlace::Restore(wxTopLevelWindow& window, const wxSize& usualSize) con
                         static_cast<int>(config.ReadLong(kTop, 0))),
                 size);
   if (!kept && !screens.empty()) wanted = wxRect(size).CentreIn(screens.front());
-  window.SetSize(PutOnScreen(wanted, screens));
+  const auto place = PutOnScreen(wanted, screens);
+  window.SetSize(place);
   if (config.ReadBool(kMaximized, false)) window.Maximize();
+  return place.GetPosition();
 }
 
 void WindowPlace::Keep(const wxTopLevelWindow& window) const {

@@ -24,7 +24,8 @@ class WindowPlace {
 
   /// Puts the window where it was; without a kept place it gets `usualSize` (96 to the inch), in
   /// the middle of the screen. Never smaller than the window's least size.
-  void Restore(wxTopLevelWindow& window, const wxSize& usualSize) const;
+  /// Gives the place that was asked for: some window managers put a new window elsewhere.
+  wxPoint Restore(wxTopLevelWindow& window, const wxSize& usualSize) const;
   /// A file that cannot be written is left as it is: a place is not worth a message.
   void Keep(const wxTopLevelWindow& window) const;
 

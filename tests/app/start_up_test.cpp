@@ -89,15 +89,5 @@ TEST_F(StartUpTest, WithoutIdentityNothingIsLoaded) {
   EXPECT_TRUE(window.steps.empty());
 }
 
-TEST_F(StartUpTest, AFolderThatCannotBeMadeIsSaidAndTheStartGoesOn) {
-  RuleSet(store).Order("");
-  WriteFile(environment.userFolder / "Fichiers VLX", "");
-  dialogs.AllowAnyBox();
-  InitVLX();
-  ASSERT_FALSE(dialogs.shown.empty());
-  EXPECT_EQ(dialogs.shown.front().title, "InitVLX");
-  EXPECT_EQ(window.steps.back(), "end");
-}
-
 }  // namespace
 }  // namespace morvelle

@@ -41,12 +41,11 @@ TEST_F(FindIDTest, FindsAndShowsTheIdentity) {
   EXPECT_EQ(identity.MailKey, kTestMailKey);
   EXPECT_EQ(identity.IdentityId, kTestIdentity);
   EXPECT_EQ(identity.StoreRoot, "C:\\Courrier");
-  EXPECT_EQ(model.display.panels, (std::map<int, std::string>{{1, std::string("Identité"_cp)},
-                                                              {2, "0A1B2C3D"},
-                                                              {3, "4E5F"},
-                                                              {4, "6071"},
-                                                              {5, "8293"},
-                                                              {6, "A4B5C6D7E8F9"}}));
+  std::string panels;
+  for (const auto& [number, text] : model.display.panels) {
+    panels += std::to_string(number) + " " + ToUtf8(text) + ", ";
+  }
+  EXPECT_EQ(panels, "1 Identité, 2 0A1B2C3D, 3 4E5F, 4 6071, 5 8293, 6 A4B5C6D7E8F9, ");
 }
 
 TEST_F(FindIDTest, EveryKeyThatIsMissingIsFatal) {

@@ -93,7 +93,7 @@ class RuleModel : public DeletedItemsSource {
   }
   std::string refusal;
 
-  [[nodiscard]] std::string Dump() const { return DumpOf(store); }
+  [[nodiscard]] std::string Dump() { return DumpOf(store); }
   /// A rule as the tables hold it.
   [[nodiscard]] std::string Row(int row = 0) const {
     const auto at = static_cast<std::size_t>(row);

@@ -20,14 +20,11 @@ TEST(WordValues, AreWordsEachWithAZeroAndTwoMore) {
   EXPECT_EQ(DecodeWords("b\0a\0a\0\0\0"s), (Words{"b", "a", "a"})) << "in stored order";
 }
 
-TEST(WordValues, TooShortOnesHoldNoWord) {
+TEST(WordValues, TooShortOnesHoldNoWordAndALastOneWithoutItsZeroIsKept) {
   for (const auto& none : {""s, "\0"s, "x"s, "\0\0"s}) EXPECT_EQ(DecodeWords(none), Words{});
-}
-
-TEST(WordValues, ALastWordWithoutItsZeroIsKept) {
-  EXPECT_EQ(DecodeWords("alpha\0beta\0\0"s), (Words{"alpha", "beta"}));
-  EXPECT_EQ(DecodeWords("alpha\0beta\0"s), (Words{"alpha", "beta"}));
-  EXPECT_EQ(DecodeWords("alpha\0beta"s), (Words{"alpha", "beta"}));
+  for (const auto& two : {"alpha\0beta\0\0"s, "alpha\0beta\0"s, "alpha\0beta"s}) {
+    EXPECT_EQ(DecodeWords(two), (Words{"alpha", "beta"}));
+  }
 }
 
 TEST(WordValues, SortedByCodeUnitsEachOnce) {

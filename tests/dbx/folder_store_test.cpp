@@ -8,7 +8,7 @@
 #include <random>
 
 #include "app/messages/text.h"
-#include "tests/support/dbx_builder.h"
+#include "samples/dbx_builder.h"
 #include "tests/support/fake_environment.h"
 #include "tests/support/scripted_dialogs.h"
 #include "tests/support/temp_folder.h"
@@ -16,7 +16,7 @@
 namespace morvelle {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 constexpr std::string_view kBin = "Éléments supprimés"_cp;
 constexpr std::string_view kBadFile = "Erreur de lecture du fichier Folders.dbx";

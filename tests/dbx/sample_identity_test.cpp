@@ -13,7 +13,7 @@
 namespace morvelle {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 TEST(SampleIdentity, ReadsWithoutABox) {
   ScriptedDialogs dialogs;

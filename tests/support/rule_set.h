@@ -132,30 +132,24 @@ class RuleSet {
 
 namespace detail {
 
-inline std::string Shown(const FakeRegistry::Value& value) {
-  if (value.kind == ValueKind::Dword && value.data.size() == 4) {
+inline std::string Shown(ValueKind kind, const std::string& data) {
+  if (kind == ValueKind::Dword && data.size() == 4) {
     std::uint32_t number = 0;
     for (std::size_t i = 4; i-- > 0;) {
-      number = number << 8U | static_cast<unsigned char>(value.data[i]);
+      number = number << 8U | static_cast<unsigned char>(data[i]);
     }
     return std::to_string(number);
   }
   std::string text;
-  for (const char character : value.data) {
+  for (const char character : data) {
     text += character == '\0' ? "~" : ToUtf8(std::string(1, character));
   }
   const auto quoted = "\"" + text + "\"";
   // A string as it should be stored, its final zero not shown.
-  if (value.kind == ValueKind::String && text.ends_with('~')) {
+  if (kind == ValueKind::String && text.ends_with('~')) {
     return "\"" + text.substr(0, text.size() - 1) + "\"";
   }
-  return std::to_string(static_cast<unsigned>(value.kind)) + ":" + quoted;
-}
-
-inline void Dump(const FakeRegistry::Key& key, const std::string& path, std::string& text) {
-  if (key.values.empty() && key.subkeys.empty()) text += path + "\n";
-  for (const auto& value : key.values) text += path + value.name + " = " + Shown(value) + "\n";
-  for (const auto& [name, subkey] : key.subkeys) Dump(*subkey, path + subkey->name + "\\", text);
+  return std::to_string(static_cast<unsigned>(kind)) + ":" + quoted;
 }
 
 }  // namespace detail
@@ -163,11 +157,16 @@ inline void Dump(const FakeRegistry::Key& key, const std::string& path, std::str
 /// All below a key as text, one line a value in stored order: `000\Actions\000\Type = 12`,
 /// `000\Name = "Famille"`, `000\Criteria\000\Value = 3:"alpha~beta~~~"`. A zero shows as "~"; a
 /// number and a string that is closed as it should be show without their type.
-inline std::string DumpOf(const FakeRegistry& store, std::string_view path = kTestMailKey) {
-  const auto key = store.Find(path);
-  if (!key) return "(no such key)";
+inline std::string DumpOf(FakeRegistry& store, std::string_view path = kTestMailKey) {
+  if (!store.HasKey(path)) return "(no such key)";
   std::string text;
-  detail::Dump(*key, "", text);
+  store.Walk(
+      std::string(path),
+      [&](const std::string& below, const std::string& name, ValueKind kind,
+          const std::string& data) {
+        text += below + name + " = " + detail::Shown(kind, data) + "\n";
+      },
+      [&](const std::string& below) { text += below + "\n"; });
   return text;
 }
 

@@ -6,7 +6,6 @@
 #include <deque>
 #include <optional>
 #include <ostream>
-#include <source_location>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,24 +37,24 @@ inline void PrintTo(const ShownBox& box, std::ostream* out) {
 ///     dialogs.ExpectText("Nom de la règle"_cp, "Famille");      // typed and confirmed
 class ScriptedDialogs : public Dialogs {
  public:
-  using Where = std::source_location;
-
   ~ScriptedDialogs() override { ExpectAllShown(); }
 
   /// A message box of this text, whatever its style and title.
   void Expect(std::string_view prompt, Button answer = Button::Ok,
-              const Where& where = Where::current()) {
-    steps_.push_back({std::string(prompt), {}, {}, answer, {}, false, where});
+              const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+    steps_.push_back({std::string(prompt), {}, {}, answer, {}, false, file, line});
   }
   /// A message box of this text, style and title.
   void Expect(std::string_view prompt, int style, std::string_view title,
-              Button answer = Button::Ok, const Where& where = Where::current()) {
-    steps_.push_back({std::string(prompt), style, std::string(title), answer, {}, false, where});
+              Button answer = Button::Ok, const char* file = __builtin_FILE(),
+              int line = __builtin_LINE()) {
+    steps_.push_back(
+        {std::string(prompt), style, std::string(title), answer, {}, false, file, line});
   }
   /// An input box of this text; nothing as answer cancels it.
-  void ExpectText(std::string_view prompt, std::optional<std::string> answer,
-                  const Where& where = Where::current()) {
-    steps_.push_back({std::string(prompt), {}, {}, Button::Ok, std::move(answer), true, where});
+  void ExpectText(std::string_view prompt, const std::optional<std::string>& answer,
+                  const char* file = __builtin_FILE(), int line = __builtin_LINE()) {
+    steps_.push_back({std::string(prompt), {}, {}, Button::Ok, answer, true, file, line});
   }
 
   /// From now on a box that is not expected is recorded and closed without a choice.
@@ -64,8 +63,7 @@ class ScriptedDialogs : public Dialogs {
   /// Fails the test for every expected box that has not come, and forgets it.
   void ExpectAllShown() {
     for (const auto& step : steps_) {
-      ADD_FAILURE_AT(step.where.file_name(), static_cast<int>(step.where.line()))
-          << "box never shown: \"" << ToUtf8(step.prompt) << '"';
+      ADD_FAILURE_AT(step.file, step.line) << "box never shown: \"" << ToUtf8(step.prompt) << '"';
     }
     steps_.clear();
   }
@@ -79,7 +77,7 @@ class ScriptedDialogs : public Dialogs {
     const auto step = TakeStep(shown.back(), false);
     if (!step) return Closed(style);
     if (!Offers(style, step->answer)) {
-      ADD_FAILURE_AT(step->where.file_name(), static_cast<int>(step->where.line()))
+      ADD_FAILURE_AT(step->file, step->line)
           << "the box has no such button: " << testing::PrintToString(shown.back());
     }
     return step->answer;
@@ -101,7 +99,9 @@ class ScriptedDialogs : public Dialogs {
     Button answer;
     std::optional<std::string> typed;
     bool isInput;
-    Where where;
+    /// Where the test wrote the step.
+    const char* file;
+    int line;
   };
 
   /// The next step of the script when it is this box; nothing, and a failure, when it is not.

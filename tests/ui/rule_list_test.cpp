@@ -90,6 +90,7 @@ TEST_F(RuleList, CommandsFollowTheRuleFromOpeningToLeaving) {
   EXPECT_EQ(Count(kSender) + Typed(kSender) + form->statBar.Panel(9), "");
   EXPECT_THAT(Words(kSender), IsEmpty());
   EXPECT_FALSE(form->chkEnabled.Checked());
+  EXPECT_THAT(state.tables.WordCount, testing::Each(0));
 }
 
 TEST_F(RuleList, ListAndMenusMarkActiveRulesDifferently) {

@@ -12,7 +12,7 @@
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "app/program.h"
-#include "tests/support/dbx_builder.h"
+#include "samples/dbx_builder.h"
 #include "tests/support/fake_environment.h"
 #include "tests/support/fake_registry.h"
 #include "tests/support/rule_set.h"
@@ -36,8 +36,7 @@ inline constexpr int kRecipients = 3;
 
 /// The program with its window, on a registry and a disk of the test's own, driven by gestures.
 /// `rules` makes the rule set; then Start.
-class Window : public testing::Test {
- protected:
+struct Window : testing::Test {
   Window() {
     std::filesystem::create_directories(environment.userFolder);
     WriteFile(FoldersFile(), DbxBuilder(kStoreMark)
@@ -126,8 +125,8 @@ class Window : public testing::Test {
     return selected;
   }
   /// All that is stored below the rules key.
-  [[nodiscard]] std::string Stored() const { return DumpOf(store); }
-  [[nodiscard]] std::string Stored(const std::string& below) const {
+  [[nodiscard]] std::string Stored() { return DumpOf(store); }
+  [[nodiscard]] std::string Stored(const std::string& below) {
     return DumpOf(store, kTestMailKey + below);
   }
 

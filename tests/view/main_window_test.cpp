@@ -243,17 +243,16 @@ TEST_F(MainWindowTest, ClosingAsksAndCanBeRefused) {
   EXPECT_FALSE(window->Close());
   EXPECT_TRUE(driver.LastBox().StartsWith("Voulez-vous vraiment quitter Morvelle"));
   driver.Answer("Oui");
-  closed = window->Close();
-  EXPECT_TRUE(closed);
-  EXPECT_FALSE(window->IsShown());
+  EXPECT_TRUE(window->Close());
+  WindowDriver::Settle();
+  EXPECT_FALSE(window);
 }
 
 TEST_F(MainWindowTest, TheMenuEntryAndTheEndOfTheProgramCloseWithoutAnotherQuestion) {
   state.settings.QuietMode.clear();
   driver.Answer("Oui");
   driver.Choose("mnuQuit");
-  closed = !window->IsShown();
-  EXPECT_TRUE(closed);
+  EXPECT_FALSE(window);
   EXPECT_EQ(driver.PendingAnswers(), 0U);
 }
 
@@ -262,8 +261,7 @@ TEST_F(MainWindowTest, AnErrorThatEndsTheProgramClosesTheWindow) {
   form.Menu("mnuAdd").SetEnabled(true);
   window->ShowChanges();
   driver.Choose("mnuAdd");
-  closed = !window->IsShown();
-  EXPECT_TRUE(closed);
+  EXPECT_FALSE(window);
 }
 
 TEST_F(MainWindowTest, StatusPanelsAndTitleFollow) {

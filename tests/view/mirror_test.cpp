@@ -19,13 +19,13 @@ struct MirrorTest : testing::Test {
     });
   }
 
+  Frame frame{"frame", nullptr};
+  ListBox list{"list", nullptr};
+  CheckBox box{"box", nullptr};
   int scheduled = 0;
   Mirror mirror{[this] { ++scheduled; }};
   std::vector<std::string> log;
   Handler onUpdate;
-  Frame frame{"frame", nullptr};
-  ListBox list{"list", nullptr};
-  CheckBox box{"box", nullptr};
 };
 
 TEST_F(MirrorTest, ManyChangesAreOneUpdatePerWidgetAndOneCall) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <wx/app.h>
+#include <wx/weakref.h>
 
 #include <string>
 #include <vector>
@@ -38,7 +39,7 @@ class WindowTest : public testing::Test {
     driver.Settle();
   }
   ~WindowTest() override {
-    if (!closed) window->Destroy();
+    if (window) window->Destroy();
     WindowDriver::Settle();
   }
 
@@ -85,10 +86,10 @@ class WindowTest : public testing::Test {
   Ports ports{registry, boxes, environment};
   ProgramState state;
   frmMorvelle form{ports, state};
-  MainWindow* window = new MainWindow(form, WindowPlace(wxString((folder / "place").string())));
+  /// Null once the window is gone.
+  wxWeakRef<MainWindow> window =
+      new MainWindow(form, WindowPlace(wxString((folder / "place").string())));
   WindowDriver driver{*window};
-  /// Set by a test after which the window is gone.
-  bool closed = false;
 };
 
 }  // namespace morvelle

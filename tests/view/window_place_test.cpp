@@ -44,7 +44,8 @@ TEST(WindowPlace, IsTheSameInTheNextRun) {
   {
     wxFrame first(nullptr, wxID_ANY, "un");
     show(first);
-    EXPECT_EQ(first.GetSize(), first.FromDIP(wxSize(640, 480)));
+    EXPECT_TRUE(WindowDriver::WaitUntil(
+        [&] { return first.GetSize() == first.FromDIP(wxSize(640, 480)); }));
     first.SetSize(70, 90, 500, 400);
     WindowDriver::Settle();
     changed = first.GetSize();

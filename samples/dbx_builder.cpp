@@ -1,4 +1,4 @@
-#include "tests/support/dbx_builder.h"
+#include "samples/dbx_builder.h"
 
 #include <algorithm>
 #include <string_view>
