@@ -14,7 +14,8 @@ set(CMAKE_RC_COMPILER ${morvelle_tools}-windres)
 set(CMAKE_FIND_ROOT_PATH /usr/${morvelle_tools})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+# wxWidgets lies in the cache.
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE BOTH)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # Windows XP: what came later is not even declared.

@@ -266,7 +266,7 @@ void RuleWriter::PlanCriteriaKeys(WritePlan& plan, int row, const std::string& c
   for (const auto& id : emptied) {
     const auto name = KeyName(id);
     if (sources.count(name) != 0 || !done.insert(name).second) continue;
-    plan.DeleteKey(criteriaKey + "\\" + id);
+    plan.DeleteKey(std::string(criteriaKey).append("\\").append(id));
   }
   if (moved) plan.RenameSubkeys(criteriaKey, std::move(renames));
 }

@@ -1,6 +1,7 @@
 #include "core/word_lists.h"
 
 #include <algorithm>
+#include <compare>
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
@@ -10,7 +11,7 @@ namespace morvelle {
 namespace {
 
 bool BinaryLess(const std::string& left, const std::string& right) {
-  return CompareBinary(left, right) < 0;
+  return std::is_lt(CompareBinary(left, right));
 }
 
 std::size_t SlotIndex(int slot) { return static_cast<std::size_t>(slot); }

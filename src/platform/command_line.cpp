@@ -59,12 +59,13 @@ std::string CommandLineHelp() {
   return "Usage : morvelle [OPTIONS] [FICHIER]\n"
          "\n"
          "Ouvre les règles de message d'une identité d'Outlook Express dans FICHIER, un export du\n"
-         "registre (.reg). Sans FICHIER : sous Windows le registre, ailleurs votre exemplaire de\n"
-         "l'identité d'exemple.\n"
+         "registre (.reg) ou, sous Linux, la ruche NTUSER.DAT d'un ancien disque. Sans FICHIER : sous\n"
+         "Windows le registre, ailleurs votre exemplaire de l'identité d'exemple.\n"
          "\n"
          "  --lecteur C:=DOSSIER  dossier où se trouve le lecteur C: de l'ancienne machine\n"
          "                        (sans cette option : drive_c à côté de FICHIER)\n"
-         "  --profil DOSSIER      dossier désigné par %UserProfile%\n"
+         "  --profil DOSSIER      dossier désigné par %UserProfile% (sans cette option : celui de\n"
+         "                        la ruche)\n"
          "  --version             affiche la version\n"
          "  --aide                affiche cette aide\n";
 }

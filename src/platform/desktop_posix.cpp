@@ -7,6 +7,7 @@
 #include "platform/desktop.h"
 #include "platform/environment_posix.h"
 #include "platform/host_files.h"
+#include "platform/registry_hive.h"
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"
 #include "platform/unicode.h"
@@ -31,8 +32,11 @@ OpenedDesktop OpenDesktop(const CommandLine& line, const std::string& version) {
         line.file ? *line.file
                   : OwnSampleIdentity(ShippedSample(*environment), environment->UserFolder());
     environment->SetRegistryFolder(file.parent_path());
-    auto opened =
-        OpenRegFile(file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
+    // An NTUSER.DAT lies in the profile's own folder.
+    const bool isHive = IsHive(file);
+    if (isHive && !line.profile) environment->SetProfile(file.parent_path());
+    const auto open = isHive ? OpenHive : OpenRegFile;
+    auto opened = open(file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
     desktop.store = std::move(opened.store);
     desktop.error = std::move(opened.error);
   } catch (const std::filesystem::filesystem_error& failure) {

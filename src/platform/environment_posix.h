@@ -27,6 +27,8 @@ class PosixEnvironment final : public Environment {
   void SetRegistryFolder(std::filesystem::path folder) {
     folders_.registryFolder = std::move(folder);
   }
+  /// What %UserProfile% stands for, when the command line does not say it.
+  void SetProfile(std::filesystem::path folder) { folders_.profile = std::move(folder); }
 
  private:
   WindowsFolders folders_;

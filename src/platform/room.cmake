@@ -4,8 +4,15 @@ if(WIN32)
     platform/desktop_win32.cpp platform/environment_win32.cpp platform/host_files_win32.cpp
     platform/registry_win32.cpp)
 else()
+  include(${PROJECT_SOURCE_DIR}/cmake/MorvelleHivex.cmake)
   set(platform_system_sources
-    platform/desktop_posix.cpp platform/environment_posix.cpp platform/host_files_posix.cpp)
+    platform/desktop_posix.cpp
+    platform/environment_posix.cpp
+    platform/hive_cells.cpp
+    platform/hive_reader.cpp
+    platform/hive_writer.cpp
+    platform/host_files_posix.cpp
+    platform/registry_hive.cpp)
 endif()
 
 morvelle_room(platform
@@ -27,4 +34,6 @@ morvelle_room(platform
   USES messages)
 if(WIN32)
   target_link_libraries(morvelle_platform PRIVATE version)
+else()
+  target_link_libraries(morvelle_platform PRIVATE PkgConfig::HIVEX)
 endif()

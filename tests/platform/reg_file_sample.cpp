@@ -1,9 +1,7 @@
 // reg_file_sample FOLDER: writes a `.reg` file through the store, and the smallest hive that a
 // reader of hives takes, for that reader to merge the one into the other.
 
-#include <array>
 #include <chrono>
-#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -12,74 +10,11 @@
 
 #include "app/messages/text.h"
 #include "platform/registry_regfile.h"
+#include "tests/platform/hive_sample.h"
 
 namespace morvelle {
 
 namespace {
-
-void Put(std::string& bytes, std::size_t at, std::uint32_t number, std::size_t count = 4) {
-  for (std::size_t i = 0; i < count; ++i) bytes[at + i] = static_cast<char>(number >> (8 * i));
-}
-
-void Put(std::string& bytes, std::size_t at, std::string_view text) {
-  bytes.replace(at, text.size(), text);
-}
-
-/// A hive with nothing but its root: base block, one bin with the root key, its security and a free
-/// cell, as the layout of the files of Windows NT is documented.
-std::string EmptyHive() {
-  constexpr std::uint32_t kBlock = 4096;
-  constexpr std::uint32_t kNone = 0xFFFFFFFF;
-  constexpr std::uint32_t kRoot = 0x20;  // Offsets of cells count from the first bin.
-  constexpr std::uint32_t kRootSize = 0x60;
-  constexpr std::uint32_t kSecurity = kRoot + kRootSize;
-  constexpr std::uint32_t kSecuritySize = 0x30;
-  constexpr std::uint32_t kFree = kSecurity + kSecuritySize;
-  std::string hive(std::size_t{2} * kBlock, '\0');
-  Put(hive, 0, "regf");
-  Put(hive, 4, 1);
-  Put(hive, 8, 1);
-  Put(hive, 0x14, 1);  // Version 1.3.
-  Put(hive, 0x18, 3);
-  Put(hive, 0x20, 1);
-  Put(hive, 0x24, kRoot);
-  Put(hive, 0x28, kBlock);
-  Put(hive, 0x2C, 1);
-  std::uint32_t checksum = 0;
-  for (std::size_t at = 0; at < 0x1FC; at += 4) {
-    for (std::size_t i = 0; i < 4; ++i) {
-      checksum ^= static_cast<std::uint32_t>(static_cast<unsigned char>(hive[at + i])) << (8 * i);
-    }
-  }
-  Put(hive, 0x1FC, checksum);
-
-  Put(hive, kBlock, "hbin");
-  Put(hive, kBlock + 8, kBlock);
-  const std::size_t root = kBlock + kRoot;
-  Put(hive, root, 0U - kRootSize);
-  Put(hive, root + 4, "nk");
-  Put(hive, root + 6, 0x2C, 2);  // Root of a hive, name of single bytes.
-  Put(hive, root + 0x14, kNone);
-  Put(hive, root + 0x20, kNone);
-  Put(hive, root + 0x24, kNone);
-  Put(hive, root + 0x2C, kNone);
-  Put(hive, root + 0x30, kSecurity);
-  Put(hive, root + 0x34, kNone);
-  Put(hive, root + 0x4C, 4, 2);
-  Put(hive, root + 0x50, "ROOT");
-
-  const std::size_t security = kBlock + kSecurity;
-  Put(hive, security, 0U - kSecuritySize);
-  Put(hive, security + 4, "sk");
-  Put(hive, security + 8, kSecurity);
-  Put(hive, security + 12, kSecurity);
-  Put(hive, security + 16, 1);
-  Put(hive, security + 20, 20);  // A self-relative descriptor with nothing in it.
-  Put(hive, security + 24, 1, 1);
-  Put(hive, security + 26, 0x8000, 2);
-  Put(hive, kBlock + kFree, kBlock - kFree);
-  return hive;
-}
 
 int WriteSample(const std::filesystem::path& folder) {
   const auto write = [&folder](const char* name, std::string_view bytes) {

@@ -28,6 +28,8 @@ using Words = std::vector<std::string>;
 class SampleIdentityTest : public testing::Test {
  protected:
   void Start() {
+    // The user's files, too, belong to the test alone.
+    setenv("XDG_DATA_HOME", folder_.Path().c_str(), 1);
     environment_ =
         std::make_unique<PosixEnvironment>(WindowsFolders{{}, {}, file_.parent_path()}, "0.0.0.0");
     opened_ = OpenRegFile(file_, MakeHostFiles(), std::chrono::system_clock::now);
@@ -45,6 +47,8 @@ class SampleIdentityTest : public testing::Test {
     driver_.reset();
     if (window_ != nullptr && !closed_) window_->Destroy();
     WindowDriver::Settle();
+    std::filesystem::current_path(currentFolder_);
+    unsetenv("XDG_DATA_HOME");
   }
   [[nodiscard]] Words Lines(const char* list) const {
     const auto& box = driver_->FindAs<wxListBox>(list);
@@ -64,6 +68,8 @@ class SampleIdentityTest : public testing::Test {
     return -1;
   }
 
+  /// The program goes to its own folder, which goes with the test.
+  std::filesystem::path currentFolder_ = std::filesystem::current_path();
   TempFolder folder_;
   std::filesystem::path file_ = OwnSampleIdentity(MORVELLE_SAMPLE_FOLDER, folder_.Path());
   std::unique_ptr<PosixEnvironment> environment_;
@@ -78,7 +84,6 @@ class SampleIdentityTest : public testing::Test {
 };
 
 TEST_F(SampleIdentityTest, AWordIsAddedSavedAndReadByAnotherProgram) {
-  setenv("XDG_DATA_HOME", folder_.Path().c_str(), 1);
   const auto before = folder_ / "avant.reg";
   std::filesystem::copy_file(file_, before);
   Start();
@@ -111,7 +116,6 @@ TEST_F(SampleIdentityTest, AWordIsAddedSavedAndReadByAnotherProgram) {
 }
 
 TEST_F(SampleIdentityTest, UnsavedWorkIsGivenUpOnlyAfterBothQuestions) {
-  setenv("XDG_DATA_HOME", folder_.Path().c_str(), 1);
   const auto before = ReadFile(file_);
   Start();
   driver_->ChooseRule("mnuMod", RowOf("Famille"));

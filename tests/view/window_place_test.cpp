@@ -44,8 +44,8 @@ TEST(WindowPlace, IsTheSameInTheNextRun) {
   {
     wxFrame first(nullptr, wxID_ANY, "un");
     show(first);
-    EXPECT_TRUE(WindowDriver::WaitUntil(
-        [&] { return first.GetSize() == first.FromDIP(wxSize(640, 480)); }));
+    // The toolkit may still correct the height by what it knows of the frame's decorations.
+    EXPECT_TRUE(WindowDriver::WaitUntil([&] { return first.GetSize().x == first.FromDIP(640); }));
     first.SetSize(70, 90, 500, 400);
     WindowDriver::Settle();
     changed = first.GetSize();
