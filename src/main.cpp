@@ -41,7 +41,7 @@ class MorvelleApp final : public wxApp {
     UseFrenchCatalogue();
     SetAppName("morvelle");
     SetAppDisplayName("Morvelle");
-    auto opened = OpenDesktop(commandLine_, MORVELLE_VERSION);
+    auto opened = OpenThisDesktop(commandLine_, MORVELLE_VERSION);
     if (opened.store == nullptr) {
       WxDialogs().ShowMessage(opened.error, kBoxStop, std::string(kAppTitle));
       return false;

@@ -20,7 +20,7 @@ struct OpenedDesktop {
 
 /// The environment, and the registry that the command line asks for. `version` is the program's
 /// own, for a system whose program files do not carry it.
-OpenedDesktop OpenDesktop(const CommandLine& line, const std::string& version);
+OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& version);
 
 /// The arguments of `main` without the program's own name, in the encoding in which a string
 /// becomes a std::filesystem::path: UTF-8 on Windows, bytes elsewhere.

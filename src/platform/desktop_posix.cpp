@@ -23,7 +23,7 @@ std::filesystem::path ShippedSample(const PosixEnvironment& environment) {
 
 }  // namespace
 
-OpenedDesktop OpenDesktop(const CommandLine& line, const std::string& version) {
+OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& version) {
   OpenedDesktop desktop;
   auto environment =
       std::make_unique<PosixEnvironment>(WindowsFolders{line.drives, line.profile, {}}, version);

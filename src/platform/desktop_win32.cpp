@@ -14,7 +14,7 @@
 
 namespace morvelle {
 
-OpenedDesktop OpenDesktop(const CommandLine& line, const std::string& /*version*/) {
+OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& /*version*/) {
   OpenedDesktop desktop;
   if (!line.file) {
     desktop.environment = std::make_unique<Win32Environment>(std::nullopt);
