@@ -82,11 +82,12 @@ void Load(benchmark::State& state, const std::filesystem::path& file) {
 void SaveOneRule(benchmark::State& state, const std::filesystem::path& file) {
   LoadedRules loaded(file);
   auto& form = loaded.Form();
+  int number = 0;
   for ([[maybe_unused]] auto step : state) {
     form.RuleMenu("mnuMod").Choose(kRules / 2);
-    form.txtBox[0].Type(u"encore un mot");
+    const auto word = ToUtf16("mot " + std::to_string(++number));
+    form.txtBox[0].Type(word);
     form.txtBox[0].KeyDown(kKeyReturn);
-    form.chkEnabled.Click();
     const auto start = Clock::now();
     form.cmdRecord[0].Click();
     state.SetIterationTime(SecondsSince(start));

@@ -45,7 +45,9 @@ class ProbeApp final : public wxApp {
   void OnIdle(wxIdleEvent& event) {
     event.Skip();
     if (!window_->IsShownOnScreen() || done_) return;
-    // The first idle moment only asks for the drawing.
+    // The rules come once the empty window is drawn; the first idle moment with them only asks for
+    // their drawing.
+    if (state_.tables.RuleCount == 0) return;
     window_->Update();
     if (++idleMoments_ < 2) {
       event.RequestMore();

@@ -74,7 +74,7 @@ bool RuleLoader::StillHolds(int row) const {
 
 bool RuleLoader::LoadRow(std::int16_t row) {
   if (!StillHolds(row)) {
-    BlankRow(row);
+    if (!tables_.RuleAt(row).blank) BlankRow(row);
     return RuleFromBdR(row);
   }
   const auto& rule = tables_.RuleAt(row);
@@ -118,6 +118,7 @@ bool RuleLoader::RuleFromBdR(std::int16_t row) {
   return Trap(registry_.Boxes().Boxes(), "RuleFromBdR", [&] {
     auto& rule = tables_.RuleAt(row);
     const int damageBefore = registry_.Damage().Count();
+    rule.blank = false;
     tables_.RuleLabel = rule.Id;
     {
       const OpenedKey key(registry_, KeyOf(row), false);

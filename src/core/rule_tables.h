@@ -56,6 +56,8 @@ struct RuleRecord {
   /// Change mark of the rule's key when the row was read; 0 when the row may say something else
   /// than the store, or was damaged.
   std::uint64_t readMark = 0;
+  /// Nothing but the id stands in the row yet.
+  bool blank = true;
 };
 
 struct MailRecord {

@@ -70,10 +70,17 @@ FileStamp StampOf(const struct stat& status) {
 
 /// 0 or the error.
 int WriteAll(int handle, std::string_view bytes) {
+  constexpr std::size_t kPiece = std::size_t{1} << 20U;
+  off_t written = 0;
   while (!bytes.empty()) {
-    const auto count = ::write(handle, bytes.data(), bytes.size());
+    const auto count = ::write(handle, bytes.data(), std::min(bytes.size(), kPiece));
     if (count < 0 && errno == EINTR) continue;
     if (count < 0) return errno;
+#ifdef SYNC_FILE_RANGE_WRITE
+    // The disk starts on this piece while the next one is copied; fsync below waits for all.
+    ::sync_file_range(handle, written, count, SYNC_FILE_RANGE_WRITE);
+#endif
+    written += count;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
   return ::fsync(handle) == 0 ? 0 : errno;

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace morvelle {
 
@@ -37,6 +38,8 @@ class RegFileBytes {
   /// `text` as FormatRegText gives it. A UTF-16 text is not copied.
   RegFileBytes(std::u16string text, const RegFileFormat& format);
   [[nodiscard]] std::string_view View() const;
+  /// The text again, for its memory to serve the next one.
+  [[nodiscard]] std::u16string TakeText() { return std::move(wide_); }
 
  private:
   std::u16string wide_;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "app/messages/text.h"
@@ -28,7 +29,9 @@ std::u16string_view Units(std::string_view bytes) {
 
 class Writer {
  public:
-  Writer(const RegFileFormat& format, std::size_t expectedSize) : format_(format) {
+  Writer(const RegFileFormat& format, std::size_t expectedSize, std::u16string buffer)
+      : format_(format), out_(std::move(buffer)) {
+    out_.clear();
     out_.reserve(expectedSize + expectedSize / 8);
     const bool wide = format.encoding == RegFileFormat::Encoding::Utf16;
     if (wide && format.byteOrderMark) out_ += u'\uFEFF';
@@ -87,10 +90,13 @@ class Writer {
   }
 
   void WritePath(const RegistryKey& key) {
-    if (key.parent->parent != nullptr) {
-      WritePath(*key.parent);
-      out_ += u'\\';
+    // Neighbours share the path of their parent.
+    if (key.parent != pathParent_) {
+      pathParent_ = key.parent;
+      parentPath_ = RegistryTree::PathOf(*key.parent);
+      if (!parentPath_.empty()) parentPath_ += u'\\';
     }
+    out_ += parentPath_;
     out_ += key.name->text;
   }
 
@@ -168,15 +174,22 @@ class Writer {
 
   void WriteBytes(std::string_view data, std::size_t column) {
     if (data.empty()) return;
+    // A line holds three characters a byte, and at most two beyond its last column.
+    std::array<char16_t, kLastHexColumn + 3> line;
+    std::size_t length = 0;
     for (const char byte : data.substr(0, data.size() - 1)) {
       const auto code = static_cast<unsigned char>(byte);
-      const std::array<char16_t, 3> digits = {kDigits[code >> 4U], kDigits[code & 0xFU], u','};
-      out_.append(digits.data(), digits.size());
-      column += digits.size();
-      if (column < kLastHexColumn) continue;
+      line[length] = kDigits[code >> 4U];
+      line[length + 1] = kDigits[code & 0xFU];
+      line[length + 2] = u',';
+      length += 3;
+      if (column + length < kLastHexColumn) continue;
+      out_.append(line.data(), length);
       out_ += u"\\\r\n  ";
       column = 2;
+      length = 0;
     }
+    out_.append(line.data(), length);
     WriteByte(data.back());
   }
 
@@ -194,14 +207,16 @@ class Writer {
   const RegFileFormat& format_;
   std::u16string out_;
   const RegistryKey* lastParent_ = nullptr;
+  const RegistryKey* pathParent_ = nullptr;
+  std::u16string parentPath_;
   std::unordered_set<const RegistryKey*> deleted_;
 };
 
 }  // namespace
 
 std::u16string FormatRegText(const RegistryTree& tree, const RegFileFormat& format,
-                             std::size_t expectedSize) {
-  return Writer(format, expectedSize).Write(tree);
+                             std::size_t expectedSize, std::u16string buffer) {
+  return Writer(format, expectedSize, std::move(buffer)).Write(tree);
 }
 
 }  // namespace morvelle

@@ -30,17 +30,21 @@ class RegFileStore final : public TreeStore {
     for (const auto& path : wholeKeys_) {
       if (RegistryKey* key = KeyAt(path)) key->replaced = true;
     }
-    auto text = FormatRegText(Tree(), format_, size_);
-    size_ = text.size();
-    const RegFileBytes bytes(std::move(text), format_);
-    if (file_->Holds(bytes.View())) return CommitOutcome::Done;
-    return file_->Replace(bytes.View(), overwriteChanged, error);
+    RegFileBytes bytes(FormatRegText(Tree(), format_, size_, std::move(buffer_)), format_);
+    const auto outcome = file_->Holds(bytes.View())
+                             ? CommitOutcome::Done
+                             : file_->Replace(bytes.View(), overwriteChanged, error);
+    buffer_ = bytes.TakeText();
+    if (!buffer_.empty()) size_ = buffer_.size();
+    return outcome;
   }
 
  private:
   std::unique_ptr<EditedFile> file_;
   RegFileFormat format_;
   std::size_t size_;  ///< Characters of the file as it was last read or written.
+  /// Memory of the last text: a fresh one of tens of megabytes costs as much as filling it.
+  std::u16string buffer_;
   std::vector<std::string> wholeKeys_;
 };
 

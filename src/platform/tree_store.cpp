@@ -220,7 +220,15 @@ RegistryStatus TreeStore::ValueOf(KeyHandle handle, std::string_view name,
   RegistryKey* key = nullptr;
   const auto status = KeyOf(handle, KeyAccess::ReadWrite, key);
   if (status != kStatusSuccess) return status;
-  value = RegistryTree::FindValue(*key, Wide(name));
+  // A value is described and then read: the second look finds it where the first one did.
+  const auto mark = tree_.MarkOf(*key);
+  if (key != lastKey_ || mark != lastMark_ || name != lastName_) {
+    lastKey_ = key;
+    lastMark_ = mark;
+    lastName_ = name;
+    lastValue_ = RegistryTree::FindValue(*key, Wide(name));
+  }
+  value = lastValue_;
   return value == nullptr ? kStatusNotFound : kStatusSuccess;
 }
 

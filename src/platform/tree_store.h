@@ -78,6 +78,10 @@ class TreeStore : public RegistryStore {
   RegistryKey* root_ = nullptr;
   std::vector<OpenedKey> opened_;
   std::vector<KeyHandle> freeHandles_;
+  const RegistryKey* lastKey_ = nullptr;
+  std::uint64_t lastMark_ = 0;
+  std::string lastName_;
+  const RegistryEntry* lastValue_ = nullptr;
   std::u16string wide_;
   std::string path_;
   std::u16string widePath_;
