@@ -1,6 +1,7 @@
 #include "platform/subkey_renames.h"
 
 #include <algorithm>
+#include <ranges>
 #include <utility>
 
 #include "app/messages/text.h"
@@ -8,6 +9,12 @@
 namespace morvelle {
 
 namespace {
+
+std::string Below(std::string path, const std::string& name) {
+  path += '\\';
+  path += name;
+  return path;
+}
 
 /// A handle that is closed at the end.
 class ScopedKey {
@@ -51,9 +58,9 @@ RegistryStatus SubkeyRenames::Run(std::span<const KeyRename> renames) {
 void SubkeyRenames::GoBack() {
   const auto moves = std::move(done_);
   done_.clear();
-  for (auto move = moves.rbegin(); move != moves.rend(); ++move) {
+  for (const auto& move : std::ranges::reverse_view(moves)) {
     // The next step back would overwrite what could not step back.
-    if (Move(move->to, move->from) != kStatusSuccess) return;
+    if (Move(move.to, move.from) != kStatusSuccess) return;
   }
 }
 
@@ -90,7 +97,7 @@ RegistryStatus SubkeyRenames::CopyTree(const std::string& from, const std::strin
   for (std::uint32_t i = 0; status == kStatusSuccess; ++i) {
     status = store_.EnumKey(source.handle, i, name);
     if (status == kStatusNoMoreItems) return kStatusSuccess;
-    if (status == kStatusSuccess) status = CopyTree(from + "\\" + name, to + "\\" + name);
+    if (status == kStatusSuccess) status = CopyTree(Below(from, name), Below(to, name));
   }
   return status;
 }
@@ -117,7 +124,7 @@ RegistryStatus SubkeyRenames::DeleteTree(const std::string& path) {
     while (status == kStatusSuccess) {
       status = store_.EnumKey(key.handle, 0, name);
       // What stays would be met again for ever: a subkey's failure ends the loop.
-      if (status == kStatusSuccess) status = DeleteTree(path + "\\" + name);
+      if (status == kStatusSuccess) status = DeleteTree(Below(path, name));
     }
     if (status != kStatusNoMoreItems) return status;
   }
