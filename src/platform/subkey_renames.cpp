@@ -1,7 +1,6 @@
 #include "platform/subkey_renames.h"
 
 #include <algorithm>
-#include <ranges>
 #include <utility>
 
 #include "app/messages/text.h"
@@ -56,9 +55,10 @@ RegistryStatus SubkeyRenames::Run(std::span<const KeyRename> renames) {
 }
 
 void SubkeyRenames::GoBack() {
-  const auto moves = std::move(done_);
+  auto moves = std::move(done_);
   done_.clear();
-  for (const auto& move : std::ranges::reverse_view(moves)) {
+  std::reverse(moves.begin(), moves.end());
+  for (const auto& move : moves) {
     // The next step back would overwrite what could not step back.
     if (Move(move.to, move.from) != kStatusSuccess) return;
   }
