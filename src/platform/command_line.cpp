@@ -4,6 +4,11 @@ namespace morvelle {
 
 namespace {
 
+/// A path from an argument: UTF-8 on Windows, elsewhere the bytes as they are.
+std::filesystem::path PathOf(const std::string& argument) {
+  return std::filesystem::absolute(std::u8string(argument.begin(), argument.end()));
+}
+
 /// "C:=/mnt/xp", the colon being optional.
 bool TakeDrive(const std::string& text, CommandLine& line) {
   const auto equals = text.find('=');
@@ -13,7 +18,7 @@ bool TakeDrive(const std::string& text, CommandLine& line) {
   const char letter =
       name[0] >= 'a' && name[0] <= 'z' ? static_cast<char>(name[0] - 'a' + 'A') : name[0];
   if (letter < 'A' || letter > 'Z') return false;
-  line.drives[letter] = std::filesystem::absolute(text.substr(equals + 1));
+  line.drives[letter] = PathOf(text.substr(equals + 1));
   return true;
 }
 
@@ -29,7 +34,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
       if (line.file) {
         line.error = "Un seul fichier peut être ouvert : " + argument;
       } else {
-        line.file = std::filesystem::absolute(argument);
+        line.file = PathOf(argument);
       }
     } else if (argument == "--") {
       optionsOver = true;
@@ -42,7 +47,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
         line.error = "--lecteur attend une lettre et un dossier, comme C:=/mnt/xp";
       }
     } else if (argument == "--profil" && hasNext) {
-      line.profile = std::filesystem::absolute(arguments[++i]);
+      line.profile = PathOf(arguments[++i]);
     } else {
       line.error = "Option inconnue ou incomplète : " + argument;
     }
@@ -54,8 +59,8 @@ std::string CommandLineHelp() {
   return "Usage : morvelle [OPTIONS] [FICHIER]\n"
          "\n"
          "Ouvre les règles de message d'une identité d'Outlook Express dans FICHIER, un export du\n"
-         "registre (.reg) ou la ruche NTUSER.DAT d'un ancien disque. Sans FICHIER, ouvre votre\n"
-         "exemplaire de l'identité d'exemple.\n"
+         "registre (.reg) ou, sous Linux, la ruche NTUSER.DAT d'un ancien disque. Sans FICHIER :\n"
+         "sous Windows le registre, ailleurs votre exemplaire de l'identité d'exemple.\n"
          "\n"
          "  --lecteur C:=DOSSIER  dossier où se trouve le lecteur C: de l'ancienne machine\n"
          "                        (sans cette option : drive_c à côté de FICHIER)\n"

@@ -48,6 +48,13 @@ wxWindow* Owner() {
   return owner != nullptr && owner->IsShown() ? owner : nullptr;
 }
 
+/// A box shows the icon of the window that it belongs to.
+void TakeIcon(wxDialog& dialog) {
+  if (const auto* owner = dynamic_cast<wxTopLevelWindow*>(dialog.GetParent())) {
+    dialog.SetIcons(owner->GetIcons());
+  }
+}
+
 struct Choice {
   Button button;
   const char* label;
@@ -156,6 +163,7 @@ class InputBox {
 
 InputBox::InputBox(const std::string& prompt, const std::string& title, const std::string& proposal)
     : dialog_(Owner(), wxID_ANY, TextOf(title)) {
+  TakeIcon(dialog_);
   const int gap = dialog_.FromDIP(kGap);
   auto* text = MakeText(&dialog_, TextOf(prompt));
   input_ = new wxTextCtrl(&dialog_, wxID_ANY, ToWx(proposal), wxDefaultPosition,
@@ -217,6 +225,7 @@ std::optional<std::string> InputBox::Ask() {
 Button WxDialogs::ShowMessage(const std::string& prompt, int style, const std::string& title) {
   if (beforeBox_) beforeBox_();
   wxDialog dialog(Owner(), wxID_ANY, TextOf(title));
+  TakeIcon(dialog);
   const int gap = dialog.FromDIP(kGap);
   auto* message = new wxBoxSizer(wxHORIZONTAL);
   if (const auto icon = IconOf(style); !icon.empty()) {

@@ -1,9 +1,12 @@
 # What touches the system itself, one file per system.
 if(WIN32)
-  set(platform_system_sources)
+  set(platform_system_sources
+    platform/desktop_win32.cpp platform/environment_win32.cpp platform/host_files_win32.cpp
+    platform/registry_win32.cpp)
 else()
   include(${PROJECT_SOURCE_DIR}/cmake/MorvelleHivex.cmake)
   set(platform_system_sources
+    platform/desktop_posix.cpp
     platform/environment_posix.cpp
     platform/hive_cells.cpp
     platform/hive_reader.cpp
@@ -23,11 +26,14 @@ morvelle_room(platform
     platform/registry_regfile.cpp
     platform/registry_tree.cpp
     platform/sample_identity.cpp
+    platform/subkey_renames.cpp
     platform/tree_store.cpp
     platform/unicode.cpp
     platform/windows_paths.cpp
     ${platform_system_sources}
   USES messages)
-if(NOT WIN32)
+if(WIN32)
+  target_link_libraries(morvelle_platform PRIVATE version)
+else()
   target_link_libraries(morvelle_platform PRIVATE PkgConfig::HIVEX)
 endif()

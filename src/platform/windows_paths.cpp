@@ -13,7 +13,8 @@ constexpr std::string_view kProfile = "%UserProfile%";
 
 /// The entry of a folder with that name, exact or without regard to case.
 std::filesystem::path FindEntry(const std::filesystem::path& folder, const std::string& name) {
-  auto exact = folder / ToUtf8(name);
+  // By UTF-16: what a narrow string means in a path is not the same on every system.
+  auto exact = folder / ToUtf16(name);
   std::error_code error;
   if (std::filesystem::exists(exact, error)) return exact;
   for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;

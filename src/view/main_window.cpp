@@ -1,5 +1,6 @@
 #include "view/main_window.h"
 
+#include "view/pictures.h"
 #include "view/wx_text.h"
 
 namespace morvelle {
@@ -26,6 +27,7 @@ MainWindow::MainWindow(frmMorvelle& form, WindowPlace place)
       maker_(mirror_, gestures_),
       menus_(*this, MenusOf(form), mirror_, gestures_) {
   SetName(form.form.Name());
+  SetIcons(ProgramIcons());
   mirror_.Follow(form.form, [this](const Aspects& changed) {
     if (changed.Has(Aspect::Caption)) SetTitle(ToWx(form_.form.Caption()));
   });

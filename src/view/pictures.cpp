@@ -32,10 +32,27 @@ constexpr const char* kLetterAndSieve = R"(
         stroke="#c8862b" stroke-width="2.2"/>
 </svg>)";
 
+/// As in packaging/windows/morvelle.svg, which the icon of the Windows program file is made of.
+constexpr const char* kProgramIcon = R"(
+<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 64 64">
+  <path d="M9 5 H55 V36 H9 Z" fill="#fdf6e3" stroke="#4a5a6a" stroke-width="3"/>
+  <path d="M9 6 L32 23 L55 6" fill="none" stroke="#4a5a6a" stroke-width="3"/>
+  <path d="M3 34 H61 L54 47 H10 Z" fill="#6f9fc9" stroke="#2f5f8a" stroke-width="3"/>
+  <path d="M17 40 H21 M26 40 H30 M35 40 H39 M44 40 H48" stroke="#2f5f8a" stroke-width="3"/>
+  <path d="M18 54 H24 M29 54 H35 M40 54 H46 M24 60 H30 M35 60 H41" stroke="#d08a1e" stroke-width="4"/>
+</svg>)";
+
 }  // namespace
 
 wxBitmapBundle UpArrow() { return Arrow(kUpPath); }
 wxBitmapBundle DownArrow() { return Arrow(kDownPath); }
 wxBitmapBundle LetterAndSieve() { return wxBitmapBundle::FromSVG(kLetterAndSieve, wxSize(72, 48)); }
+
+wxIconBundle ProgramIcons() {
+  const auto picture = wxBitmapBundle::FromSVG(kProgramIcon, wxSize(16, 16));
+  wxIconBundle icons;
+  for (const int size : {16, 24, 32, 48, 64}) icons.AddIcon(picture.GetIcon(wxSize(size, size)));
+  return icons;
+}
 
 }  // namespace morvelle

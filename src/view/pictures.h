@@ -1,6 +1,7 @@
 #pragma once
 
 #include <wx/bmpbndl.h>
+#include <wx/iconbndl.h>
 
 /// The window's own drawings, sharp at every scale.
 namespace morvelle {
@@ -11,5 +12,8 @@ wxBitmapBundle DownArrow();
 
 /// A letter on its way through a sieve.
 wxBitmapBundle LetterAndSieve();
+
+/// The program's own icon, for title bars and task lists.
+wxIconBundle ProgramIcons();
 
 }  // namespace morvelle

@@ -4,8 +4,13 @@ if(MORVELLE_WX)
   morvelle_room(platform_wx
     SOURCES platform/dialogs_wx.cpp
     USES messages ports wx)
+  if(WIN32)
+    set(view_system_sources view/french_win32.cpp)
+  else()
+    set(view_system_sources view/french_posix.cpp)
+  endif()
   morvelle_room(view
-    SOURCES view/french.cpp view/gestures.cpp view/line_list.cpp view/main_window.cpp
+    SOURCES ${view_system_sources} view/gestures.cpp view/line_list.cpp view/main_window.cpp
       view/main_window_layout.cpp view/marked_text.cpp view/menu_bar.cpp view/mirror.cpp
       view/pictures.cpp view/rule_menu.cpp view/stack_sizer.cpp view/text_line.cpp
       view/widget_maker.cpp view/window_place.cpp view/wx_text.cpp

@@ -21,10 +21,8 @@ namespace morvelle {
 
 namespace {
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
 constexpr std::string_view kEmpty = "REGEDIT4\r\n\r\n[HKEY_CURRENT_USER\\A]\r\n\r\n";

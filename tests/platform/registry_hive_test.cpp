@@ -27,22 +27,6 @@ namespace morvelle {
 
 namespace {
 
-class HiveFolder : public TempFolder {
- public:
-  std::filesystem::path Write(const std::string& name, std::string_view bytes) const {
-    WriteFile(*this / name, bytes);
-    return *this / name;
-  }
-  [[nodiscard]] std::string Read(const std::string& name) const { return ReadFile(*this / name); }
-  [[nodiscard]] std::set<std::string> Names() const {
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(Path())) {
-      names.insert(entry.path().filename().string());
-    }
-    return names;
-  }
-};
-
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
@@ -53,7 +37,7 @@ OpenedStore Open(const std::filesystem::path& file) {
 
 std::shared_ptr<RegistryStore> EmptyHiveStore() {
   struct Place {
-    HiveFolder folder;
+    FileFolder folder;
     std::unique_ptr<RegistryStore> store;
   };
   auto place = std::make_shared<Place>();
@@ -172,7 +156,7 @@ class HiveStoreTest : public testing::Test {
     EXPECT_EQ(folder_.Names(), (std::set<std::string>{"NTUSER.DAT"}));
   }
 
-  HiveFolder folder_;
+  FileFolder folder_;
   std::filesystem::path file_;
 };
 

@@ -5,6 +5,7 @@ morvelle_test(platform_tests
     platform/registry_contract_test.cpp
     platform/registry_hive_test.cpp
     platform/registry_regfile_test.cpp
+    platform/subkey_renames_test.cpp
   USES platform)
 target_link_libraries(platform_tests PRIVATE PkgConfig::HIVEX)
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -57,5 +58,22 @@ inline std::string ReadFile(const std::filesystem::path& path) {
   if (!file) ADD_FAILURE() << "cannot be read: " << path;
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
+
+/// A folder whose files are reached by name.
+class FileFolder : public TempFolder {
+ public:
+  std::filesystem::path Write(const std::string& name, std::string_view bytes) const {
+    WriteFile(*this / name, bytes);
+    return *this / name;
+  }
+  [[nodiscard]] std::string Read(const std::string& name) const { return ReadFile(*this / name); }
+  [[nodiscard]] std::set<std::string> Names() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(Path())) {
+      names.insert(entry.path().filename().string());
+    }
+    return names;
+  }
+};
 
 }  // namespace morvelle

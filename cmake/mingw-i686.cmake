@@ -1,0 +1,2 @@
+set(morvelle_processor i686)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)

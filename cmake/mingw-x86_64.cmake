@@ -1,0 +1,2 @@
+set(morvelle_processor x86_64)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)

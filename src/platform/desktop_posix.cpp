@@ -1,0 +1,58 @@
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include "app/messages/text.h"
+#include "platform/desktop.h"
+#include "platform/environment_posix.h"
+#include "platform/host_files.h"
+#include "platform/registry_hive.h"
+#include "platform/registry_regfile.h"
+#include "platform/sample_identity.h"
+#include "platform/unicode.h"
+
+namespace morvelle {
+
+namespace {
+
+/// Shipped beside the program: `bin/morvelle` and `share/morvelle/`.
+std::filesystem::path ShippedSample(const PosixEnvironment& environment) {
+  return environment.ProgramFile().parent_path().parent_path() / "share" / "morvelle" / "identite";
+}
+
+}  // namespace
+
+OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& version) {
+  OpenedDesktop desktop;
+  auto environment =
+      std::make_unique<PosixEnvironment>(WindowsFolders{line.drives, line.profile, {}}, version);
+  try {
+    const auto file =
+        line.file ? *line.file
+                  : OwnSampleIdentity(ShippedSample(*environment), environment->UserFolder());
+    environment->SetRegistryFolder(file.parent_path());
+    // An NTUSER.DAT lies in the profile's own folder.
+    const bool isHive = IsHive(file);
+    if (isHive && !line.profile) environment->SetProfile(file.parent_path());
+    const auto open = isHive ? OpenHive : OpenRegFile;
+    auto opened = open(file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
+    desktop.store = std::move(opened.store);
+    desktop.error = std::move(opened.error);
+  } catch (const std::filesystem::filesystem_error& failure) {
+    desktop.error = PathText(failure.path1()) + std::string(" : ne peut être ouvert ("_cp) +
+                    FromUtf8(failure.code().message()).value_or("") + ")";
+  }
+  desktop.environment = std::move(environment);
+  return desktop;
+}
+
+std::vector<std::string> Arguments(int count, char** values) {
+  return {values + 1, values + count};
+}
+
+void Say(Saying kind, const std::string& text) {
+  std::fputs(text.c_str(), kind == Saying::Answer ? stdout : stderr);
+}
+
+}  // namespace morvelle

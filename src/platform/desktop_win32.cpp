@@ -1,0 +1,54 @@
+#include <windows.h>
+// After windows.h, on which it leans.
+#include <shellapi.h>
+
+#include <chrono>
+#include <utility>
+
+#include "platform/desktop.h"
+#include "platform/environment_win32.h"
+#include "platform/host_files.h"
+#include "platform/registry_regfile.h"
+#include "platform/registry_win32.h"
+#include "platform/unicode.h"
+
+namespace morvelle {
+
+OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& /*version*/) {
+  OpenedDesktop desktop;
+  if (!line.file) {
+    desktop.environment = std::make_unique<Win32Environment>(std::nullopt);
+    desktop.store = OpenWindowsRegistry();
+    return desktop;
+  }
+  desktop.environment = std::make_unique<Win32Environment>(
+      WindowsFolders{line.drives, line.profile, line.file->parent_path()});
+  auto opened =
+      OpenRegFile(*line.file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
+  desktop.store = std::move(opened.store);
+  desktop.error = std::move(opened.error);
+  return desktop;
+}
+
+std::vector<std::string> Arguments(int /*count*/, char** /*values*/) {
+  // Those of `main` have lost the letters that the code page lacks.
+  int count = 0;
+  wchar_t** values = ::CommandLineToArgvW(::GetCommandLineW(), &count);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) {
+    const std::wstring_view value(values[i]);
+    arguments.push_back(Utf8FromUtf16(std::u16string(value.begin(), value.end())));
+  }
+  ::LocalFree(values);
+  return arguments;
+}
+
+void Say(Saying kind, const std::string& text) {
+  // A program with a window has no console.
+  const auto wide = Utf16FromUtf8(text).value_or(u"");
+  const std::wstring shown(wide.begin(), wide.end());
+  ::MessageBoxW(nullptr, shown.c_str(), L"Morvelle",
+                kind == Saying::Answer ? MB_ICONINFORMATION : MB_ICONSTOP);
+}
+
+}  // namespace morvelle

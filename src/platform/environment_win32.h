@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <utility>
+
+#include "platform/windows_paths.h"
+#include "ports/environment.h"
+
+namespace morvelle {
+
+/// The environment on Windows.
+class Win32Environment final : public Environment {
+ public:
+  /// `folders` when the registry is a file: the drives of another machine may lie beside it.
+  explicit Win32Environment(std::optional<WindowsFolders> folders) : folders_(std::move(folders)) {}
+
+  [[nodiscard]] std::filesystem::path ProgramFile() const override;
+  /// The program's own folder.
+  [[nodiscard]] std::filesystem::path UserFolder() const override;
+  [[nodiscard]] std::optional<std::string> Variable(const std::string& name) const override;
+  [[nodiscard]] std::string GetFileVersion(const std::filesystem::path& file) const override;
+  /// The path itself, unless the registry is a file with that drive beside it.
+  [[nodiscard]] std::filesystem::path HostPath(const std::string& windowsPath) const override;
+  [[nodiscard]] std::chrono::system_clock::time_point Now() const override;
+  void SetCurrentFolder(const std::filesystem::path& folder) override;
+
+ private:
+  std::optional<WindowsFolders> folders_;
+};
+
+}  // namespace morvelle

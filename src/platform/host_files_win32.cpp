@@ -1,0 +1,218 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "app/messages/text.h"
+#include "platform/host_files.h"
+
+namespace morvelle {
+
+namespace {
+
+using std::filesystem::path;
+
+std::string Reason(DWORD error) {
+  const auto text = [error]() -> std::string_view {
+    switch (error) {
+      case ERROR_FILE_NOT_FOUND:
+      case ERROR_PATH_NOT_FOUND:
+        return "il n'existe pas";
+      case ERROR_ACCESS_DENIED:
+        return "vous n'en avez pas le droit";
+      case ERROR_SHARING_VIOLATION:
+      case ERROR_LOCK_VIOLATION:
+        return "un autre programme s'en sert";
+      case ERROR_WRITE_PROTECT:
+        return "le disque est en lecture seule";
+      case ERROR_DISK_FULL:
+      case ERROR_HANDLE_DISK_FULL:
+        return "le disque est plein";
+      case ERROR_FILE_TOO_LARGE:
+        return "le fichier serait trop grand";
+      case ERROR_NOT_READY:
+        return "le lecteur n'est pas prêt"_cp;
+      case ERROR_CRC:
+      case ERROR_READ_FAULT:
+      case ERROR_WRITE_FAULT:
+        return "erreur de lecture ou d'écriture du disque"_cp;
+      default:
+        return {};
+    }
+  }();
+  return text.empty() ? "erreur " + std::to_string(error) : std::string(text);
+}
+
+/// An open file, closed at the end.
+class OpenFile {
+ public:
+  OpenFile(const path& file, DWORD access, DWORD sharing, DWORD creation, DWORD attributes)
+      : handle_(
+            ::CreateFileW(file.c_str(), access, sharing, nullptr, creation, attributes, nullptr)) {}
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  ~OpenFile() { Close(); }
+  void Close() {
+    if (*this) ::CloseHandle(handle_);
+    handle_ = INVALID_HANDLE_VALUE;
+  }
+  [[nodiscard]] HANDLE Handle() const { return handle_; }
+  [[nodiscard]] explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
+
+ private:
+  HANDLE handle_;
+};
+
+std::uint64_t Joined(DWORD high, DWORD low) { return (std::uint64_t{high} << 32U) | low; }
+
+/// Not there when the system does not say.
+FileStamp StampOf(HANDLE file) {
+  BY_HANDLE_FILE_INFORMATION known{};
+  if (::GetFileInformationByHandle(file, &known) == FALSE) return {};
+  // A FILETIME counts steps of 100 ns from 1601 on; between it and 1970 lie 11644473600 s.
+  constexpr std::int64_t kStepsTo1970 = 116'444'736'000'000'000;
+  constexpr std::int64_t kNsPerStep = 100;
+  const auto steps = static_cast<std::int64_t>(
+      Joined(known.ftLastWriteTime.dwHighDateTime, known.ftLastWriteTime.dwLowDateTime));
+  return {known.dwVolumeSerialNumber, Joined(known.nFileIndexHigh, known.nFileIndexLow),
+          Joined(known.nFileSizeHigh, known.nFileSizeLow), (steps - kStepsTo1970) * kNsPerStep,
+          true};
+}
+
+/// The longest piece read or written at once: a network drive refuses much longer ones.
+constexpr std::size_t kPiece = 16U << 20U;
+
+/// 0 or the error.
+DWORD WriteAll(HANDLE file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    DWORD count = 0;
+    const auto piece = static_cast<DWORD>(std::min(bytes.size(), kPiece));
+    if (::WriteFile(file, bytes.data(), piece, &count, nullptr) == FALSE) return ::GetLastError();
+    bytes.remove_prefix(count);
+  }
+  return ::FlushFileBuffers(file) != FALSE ? ERROR_SUCCESS : ::GetLastError();
+}
+
+path Beside(const path& file, const std::wstring& suffix) {
+  return file.parent_path() / (L"." + file.filename().native() + suffix);
+}
+
+/// Opened for nobody else, and gone when it is closed, even by the end of the program.
+class SidecarLock : public FileLock {
+ public:
+  explicit SidecarLock(std::unique_ptr<OpenFile> file) : file_(std::move(file)) {}
+
+ private:
+  std::unique_ptr<OpenFile> file_;
+};
+
+class Win32Files : public HostFiles {
+ public:
+  path Resolve(const path& file) override {
+    std::error_code ignored;
+    auto real = std::filesystem::absolute(file, ignored);
+    return real.empty() ? file : real;
+  }
+
+  std::string Read(const path& file, FileBytes& bytes, FileStamp& stamp) override {
+    const DWORD attributes = ::GetFileAttributesW(file.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) return Reason(::GetLastError());
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return "c'est un dossier";
+    const OpenFile input(file, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, 0);
+    if (!input) return Reason(::GetLastError());
+    if (::GetFileType(input.Handle()) != FILE_TYPE_DISK) return "ce n'est pas un fichier ordinaire";
+    stamp = StampOf(input.Handle());
+    if (!std::in_range<std::size_t>(stamp.size)) return Reason(ERROR_FILE_TOO_LARGE);
+    const auto size = static_cast<std::size_t>(stamp.size);
+    bytes.data = std::make_unique_for_overwrite<char[]>(size);
+    bytes.size = 0;
+    while (bytes.size < size) {
+      DWORD count = 0;
+      const auto piece = static_cast<DWORD>(std::min(size - bytes.size, kPiece));
+      if (::ReadFile(input.Handle(), bytes.data.get() + bytes.size, piece, &count, nullptr) ==
+          FALSE) {
+        return Reason(::GetLastError());
+      }
+      if (count == 0) break;
+      bytes.size += count;
+    }
+    return {};
+  }
+
+  FileStamp Stamp(const path& file) override {
+    const OpenFile known(file, FILE_READ_ATTRIBUTES,
+                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING, 0);
+    return known ? StampOf(known.Handle()) : FileStamp{};
+  }
+
+  Locking Lock(const path& file, std::unique_ptr<FileLock>& lock) override {
+    auto sidecar =
+        std::make_unique<OpenFile>(Beside(file, L".lock"), GENERIC_READ | GENERIC_WRITE | DELETE, 0,
+                                   OPEN_ALWAYS, FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE);
+    if (!*sidecar) {
+      return ::GetLastError() == ERROR_SHARING_VIOLATION ? Locking::HeldByAnother
+                                                         : Locking::Impossible;
+    }
+    lock = std::make_unique<SidecarLock>(std::move(sidecar));
+    return Locking::Taken;
+  }
+
+  std::string Replace(const path& file, std::string_view bytes, FileStamp& stamp) override {
+    const DWORD attributes = ::GetFileAttributesW(file.c_str());
+    const bool wasThere = attributes != INVALID_FILE_ATTRIBUTES;
+    if (wasThere && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+      return Reason(ERROR_ACCESS_DENIED);
+    }
+    const path aside = Beside(file, L"." + std::to_wstring(::GetCurrentProcessId()) + L".tmp");
+    ::DeleteFileW(aside.c_str());
+    DWORD error = WriteAside(aside, bytes);
+    if (error == ERROR_SUCCESS && !PutInPlace(aside, file, wasThere)) error = ::GetLastError();
+    if (error == ERROR_SUCCESS) {
+      stamp = Stamp(file);
+      return {};
+    }
+    // Where the old file is gone, what was written aside is the only copy.
+    if (!wasThere || ::GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES) Remove(aside);
+    return Reason(error);
+  }
+
+  Copying KeepCopy(const path& from, const path& to, std::string& reason) override {
+    if (::CopyFileW(from.c_str(), to.c_str(), TRUE) != FALSE) {
+      // The copy must be on the disk before the file itself is replaced.
+      const OpenFile copy(to, GENERIC_WRITE, FILE_SHARE_READ, OPEN_EXISTING, 0);
+      if (copy) ::FlushFileBuffers(copy.Handle());
+      return Copying::Done;
+    }
+    const DWORD error = ::GetLastError();
+    if (error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS) return Copying::NameTaken;
+    reason = Reason(error);
+    return Copying::Failed;
+  }
+
+  void Remove(const path& file) override { ::DeleteFileW(file.c_str()); }
+
+ private:
+  /// 0 or the error.
+  static DWORD WriteAside(const path& aside, std::string_view bytes) {
+    const OpenFile output(aside, GENERIC_WRITE, 0, CREATE_NEW, 0);
+    return output ? WriteAll(output.Handle(), bytes) : ::GetLastError();
+  }
+
+  /// ReplaceFile keeps the owner, the rights and the dates of the old file; not every file system
+  /// has it.
+  static bool PutInPlace(const path& aside, const path& file, bool wasThere) {
+    if (wasThere && ::ReplaceFileW(file.c_str(), aside.c_str(), nullptr,
+                                   REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) != FALSE) {
+      return true;
+    }
+    return ::MoveFileExW(aside.c_str(), file.c_str(),
+                         MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<HostFiles> MakeHostFiles() { return std::make_unique<Win32Files>(); }
+
+}  // namespace morvelle

@@ -1,0 +1,81 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include "platform/host_files.h"
+#include "tests/support/temp_folder.h"
+
+namespace morvelle {
+
+namespace {
+
+class Win32FilesTest : public testing::Test {
+ protected:
+  FileFolder folder_;
+  std::unique_ptr<HostFiles> files_ = MakeHostFiles();
+  FileBytes bytes_;
+  FileStamp stamp_;
+};
+
+TEST_F(Win32FilesTest, ReplacesAFileWholeOrNotAtAll) {
+  const auto file = folder_.Write("a.reg", "old");
+  EXPECT_EQ(files_->Replace(file, "new content", stamp_), "");
+  EXPECT_EQ(folder_.Read("a.reg"), "new content");
+  EXPECT_EQ(stamp_, files_->Stamp(file));
+  ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+  EXPECT_NE(files_->Replace(file, "refused", stamp_), "");
+  ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
+  {
+    // Held by a program that lets nobody else delete or rename it.
+    const HANDLE held = ::CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                      OPEN_EXISTING, 0, nullptr);
+    EXPECT_NE(files_->Replace(file, "refused", stamp_), "");
+    ::CloseHandle(held);
+  }
+  EXPECT_EQ(folder_.Read("a.reg"), "new content");
+  // Nothing that was written aside stays; Wine leaves a file of its own where ReplaceFile fails.
+  for (const auto& name : folder_.Names()) EXPECT_NE(name.front(), '.') << name;
+  EXPECT_EQ(files_->Replace(folder_.Path() / "b.reg", "made", stamp_), "");
+  EXPECT_EQ(folder_.Read("b.reg"), "made");
+}
+
+TEST_F(Win32FilesTest, TellsAFileFromTheSameFileWrittenAgain) {
+  const auto file = folder_.Write("a.reg", "old");
+  EXPECT_EQ(files_->Read(file, bytes_, stamp_), "");
+  EXPECT_EQ(bytes_.View(), "old");
+  EXPECT_EQ(files_->Stamp(file), stamp_);
+  folder_.Write("a.reg", "longer");
+  EXPECT_NE(files_->Stamp(file), stamp_);
+  EXPECT_FALSE(files_->Stamp(folder_.Path() / "none").there);
+  EXPECT_NE(files_->Read(folder_.Path() / "none", bytes_, stamp_), "");
+  EXPECT_NE(files_->Read(folder_.Path(), bytes_, stamp_), "");
+}
+
+TEST_F(Win32FilesTest, KeepsASecondEditorOff) {
+  const auto file = folder_.Write("a.reg", "old");
+  const auto other = MakeHostFiles();
+  std::unique_ptr<FileLock> lock;
+  std::unique_ptr<FileLock> second;
+  EXPECT_EQ(files_->Lock(file, lock), HostFiles::Locking::Taken);
+  EXPECT_EQ(other->Lock(file, second), HostFiles::Locking::HeldByAnother);
+  lock.reset();
+  EXPECT_EQ(folder_.Names(), std::set<std::string>{"a.reg"});
+  EXPECT_EQ(other->Lock(file, second), HostFiles::Locking::Taken);
+}
+
+TEST_F(Win32FilesTest, ACopyNeverTakesTheNameOfAnother) {
+  const auto file = folder_.Write("a.reg", "old");
+  const auto copy = folder_.Path() / L"a (copie du 1er été).reg";
+  std::string reason;
+  EXPECT_EQ(files_->KeepCopy(file, copy, reason), HostFiles::Copying::Done);
+  files_->Replace(file, "new", stamp_);
+  EXPECT_EQ(files_->KeepCopy(file, copy, reason), HostFiles::Copying::NameTaken);
+  EXPECT_EQ(files_->Read(copy, bytes_, stamp_), "");
+  EXPECT_EQ(bytes_.View(), "old");
+  EXPECT_EQ(files_->KeepCopy(folder_.Path() / "none", folder_.Path() / "c", reason),
+            HostFiles::Copying::Failed);
+  EXPECT_NE(reason, "");
+}
+
+}  // namespace
+
+}  // namespace morvelle
