@@ -130,7 +130,7 @@ bool IsWellFormed(std::u16string_view text) {
 
 std::string PathText(const std::filesystem::path& path) {
   const auto utf8 = path.u8string();
-  const std::string bytes(utf8.begin(), utf8.end());
+  std::string bytes(utf8.begin(), utf8.end());
   if (const auto text = Utf16FromUtf8(bytes)) return FromUtf16Lossy(*text);
   return bytes;
 }
