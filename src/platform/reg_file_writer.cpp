@@ -113,7 +113,7 @@ class Writer {
       out_ += u'-';
     } else if (kind == ValueKind::Dword && entry.data.size() == sizeof(std::uint32_t)) {
       out_ += u"dword:";
-      for (auto byte = entry.data.rbegin(); byte != entry.data.rend(); ++byte) WriteByte(*byte);
+      for (std::size_t i = entry.data.size(); i-- > 0;) WriteByte(entry.data[i]);
     } else if (kind == ValueKind::String && IsPlain(entry.data)) {
       const auto text = Units(entry.data);
       WriteQuoted(text.substr(0, text.size() - 1));

@@ -21,7 +21,7 @@ void MakeWritable(const std::filesystem::path& folder) {
 std::filesystem::path OwnSampleIdentity(const std::filesystem::path& shippedFolder,
                                         const std::filesystem::path& userFolder) {
   const auto own = userFolder / "identite";
-  const auto file = own / "identite.reg";
+  auto file = own / "identite.reg";
   if (std::filesystem::exists(own)) return file;
   const auto unfinished = userFolder / "identite.copie-en-cours";
   std::filesystem::remove_all(unfinished);
