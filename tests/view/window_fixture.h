@@ -5,7 +5,6 @@
 #include <wx/weakref.h>
 
 #include <string>
-#include <vector>
 
 #include "app/messages/text.h"
 #include "platform/dialogs_wx.h"
@@ -22,11 +21,11 @@ namespace morvelle {
 class WindowTest : public testing::Test {
  protected:
   WindowTest() {
-    const std::vector<std::string> names = {std::string("Publicités"_cp), "Listes",
-                                            "Famille & amis"};
     Put(kMailKey, "Order", ValueKind::String, Zeroed("000 001 002"));
     Put(kMailKey, "Version", ValueKind::Dword, Dword(327680));
-    for (int row = 0; row < 3; ++row) AddRule(row, names[static_cast<std::size_t>(row)], row != 1);
+    AddRule(0, kFirstName, true);
+    AddRule(1, "Listes", false);
+    AddRule(2, "Famille & amis", true);
     state.tables.SlotType = {"12", "8", "9", "22"};
     state.identity.MailKey = kMailKey;
     // What the window asks on its way out is no matter of these tests.
@@ -43,11 +42,12 @@ class WindowTest : public testing::Test {
     WindowDriver::Settle();
   }
 
+  static constexpr std::string_view kFirstName = "Publicités"_cp;
   static constexpr const char* kMailKey =
       "Identities\\{0A1B2C3D-4E5F-6071-8293-A4B5C6D7E8F9}\\Software\\Microsoft\\"
       "Outlook Express\\5.0\\Rules\\Mail\\";
 
-  static std::string Zeroed(std::string text) { return text + '\0'; }
+  static std::string Zeroed(const std::string& text) { return text + '\0'; }
   static std::string Dword(std::uint32_t value) {
     std::string bytes;
     for (unsigned shift = 0; shift < 32; shift += 8) {
@@ -61,9 +61,9 @@ class WindowTest : public testing::Test {
     registry.SetValue(key, name, kind, data);
     registry.CloseKey(key);
   }
-  void AddRule(int row, const std::string& name, bool active) {
+  void AddRule(int row, std::string_view name, bool active) {
     const auto rule = kMailKey + ThreeDigitId(row);
-    Put(rule, "Name", ValueKind::String, Zeroed(name));
+    Put(rule, "Name", ValueKind::String, Zeroed(std::string(name)));
     Put(rule, "Enabled", ValueKind::Dword, Dword(active ? 1 : 0));
     Put(rule, "Version", ValueKind::Dword, Dword(0));
     Put(rule + "\\Actions", "Order", ValueKind::String, Zeroed("000"));
