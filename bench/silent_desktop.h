@@ -5,12 +5,19 @@
 
 #include "ports/dialogs.h"
 #include "ports/environment.h"
+#include "ports/file_dialogs.h"
+#include "ports/printer.h"
+#include "ports/progress.h"
 
 namespace morvelle::bench {
 
 /// A desktop on which nothing is asked: any box but the missing folder store's is a failure of the
-/// benchmark.
-class SilentDesktop final : public Dialogs, public Environment {
+/// benchmark, and so is paper. A file dialog gives the file set before it.
+class SilentDesktop final : public Dialogs,
+                            public Environment,
+                            public FileDialogs,
+                            public Printer,
+                            public Progress {
  public:
   explicit SilentDesktop(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
@@ -37,6 +44,20 @@ class SilentDesktop final : public Dialogs, public Environment {
     return std::chrono::system_clock::now();
   }
   void SetCurrentFolder(const std::filesystem::path& /*folder*/) override {}
+
+  std::filesystem::path chosenFile;
+  std::optional<std::filesystem::path> AskFileToOpen(const FileQuestion& /*question*/) override {
+    return chosenFile;
+  }
+  std::optional<std::filesystem::path> AskFileToSave(const FileQuestion& /*question*/) override {
+    return chosenFile;
+  }
+  PrintOutcome Print(const std::string& title, const std::vector<std::string>& /*lines*/) override {
+    throw std::runtime_error(title);
+  }
+  void Begin(const std::string& /*what*/, int /*steps*/) override {}
+  void Done(int /*steps*/) override {}
+  void End() override {}
 
  private:
   std::filesystem::path folder_;

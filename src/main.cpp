@@ -9,6 +9,9 @@
 #include "platform/command_line.h"
 #include "platform/desktop.h"
 #include "platform/dialogs_wx.h"
+#include "platform/file_dialogs_wx.h"
+#include "platform/printer_wx.h"
+#include "platform/progress_wx.h"
 #include "ui/frm_morvelle.h"
 #include "view/french.h"
 #include "view/main_window.h"
@@ -22,12 +25,15 @@ struct Desktop {
   Desktop(std::unique_ptr<Environment> environmentUsed, std::unique_ptr<RegistryStore> storeUsed)
       : environment(std::move(environmentUsed)),
         store(std::move(storeUsed)),
-        ports{*store, dialogs, *environment},
+        ports{*store, dialogs, *environment, fileDialogs, printer, progress},
         form(ports, state) {}
 
   std::unique_ptr<Environment> environment;
   std::unique_ptr<RegistryStore> store;
   WxDialogs dialogs;
+  WxFileDialogs fileDialogs{dialogs};
+  WxPrinter printer{dialogs};
+  WxProgress progress;
   Ports ports;
   ProgramState state;
   frmMorvelle form;

@@ -9,6 +9,9 @@
 #include "core/rule_tables.h"
 #include "ports/dialogs.h"
 #include "ports/environment.h"
+#include "ports/file_dialogs.h"
+#include "ports/printer.h"
+#include "ports/progress.h"
 #include "ports/registry_store.h"
 
 namespace morvelle {
@@ -18,6 +21,10 @@ struct Ports {
   RegistryStore& store;
   Dialogs& dialogs;
   Environment& environment;
+  // Files and paper.
+  FileDialogs& fileDialogs;
+  Printer& printer;
+  Progress& progress;
 };
 
 /// What the whole program shares: one object, made once and handed down.

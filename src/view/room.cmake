@@ -2,7 +2,8 @@
 if(MORVELLE_WX)
   include(${PROJECT_SOURCE_DIR}/cmake/MorvelleWx.cmake)
   morvelle_room(platform_wx
-    SOURCES platform/dialogs_wx.cpp
+    SOURCES platform/dialogs_wx.cpp platform/file_dialogs_wx.cpp platform/printed_pages_wx.cpp
+      platform/printer_wx.cpp platform/progress_wx.cpp
     USES messages ports wx)
   if(WIN32)
     set(view_system_sources view/french_win32.cpp)

@@ -8,6 +8,9 @@
 
 #include "app/messages/text.h"
 #include "platform/dialogs_wx.h"
+#include "platform/file_dialogs_wx.h"
+#include "platform/printer_wx.h"
+#include "platform/progress_wx.h"
 #include "tests/support/fake_environment.h"
 #include "tests/support/fake_registry.h"
 #include "tests/support/temp_folder.h"
@@ -83,7 +86,10 @@ class WindowTest : public testing::Test {
   FakeRegistry registry;
   WxDialogs boxes;
   FakeEnvironment environment{folder.Path()};
-  Ports ports{registry, boxes, environment};
+  WxFileDialogs fileDialogs{boxes};
+  WxPrinter printer{boxes};
+  WxProgress progress;
+  Ports ports{registry, boxes, environment, fileDialogs, printer, progress};
   ProgramState state;
   frmMorvelle form{ports, state};
   /// Null once the window is gone.
