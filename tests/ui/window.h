@@ -13,8 +13,11 @@
 #include "app/messages/text.h"
 #include "app/program.h"
 #include "samples/dbx_builder.h"
+#include "tests/support/fake_address_book.h"
 #include "tests/support/fake_environment.h"
+#include "tests/support/fake_processes.h"
 #include "tests/support/fake_registry.h"
+#include "tests/support/fake_shell.h"
 #include "tests/support/rule_set.h"
 #include "tests/support/scripted_dialogs.h"
 #include "tests/support/temp_folder.h"
@@ -136,7 +139,10 @@ struct Window : testing::Test {
   FakeEnvironment environment{folder.Path()};
   FakeRegistry store;
   ScriptedDialogs dialogs;
-  Ports ports{store, dialogs, environment};
+  FakeAddressBook addressBook;
+  FakeProcesses processes;
+  FakeShell shell;
+  Ports ports{store, dialogs, environment, addressBook, processes, shell};
   ProgramState state;
   RuleSet rules{store};
   std::unique_ptr<frmMorvelle> form;
