@@ -11,8 +11,11 @@
 #include "platform/file_dialogs_wx.h"
 #include "platform/printer_wx.h"
 #include "platform/progress_wx.h"
+#include "tests/support/fake_address_book.h"
 #include "tests/support/fake_environment.h"
+#include "tests/support/fake_processes.h"
 #include "tests/support/fake_registry.h"
+#include "tests/support/fake_shell.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/window_driver.h"
 #include "view/main_window.h"
@@ -89,7 +92,11 @@ class WindowTest : public testing::Test {
   WxFileDialogs fileDialogs{boxes};
   WxPrinter printer{boxes};
   WxProgress progress;
-  Ports ports{registry, boxes, environment, fileDialogs, printer, progress};
+  FakeAddressBook addressBook;
+  FakeProcesses processes;
+  FakeShell shell;
+  Ports ports{registry, boxes,       environment, fileDialogs, printer,
+              progress, addressBook, processes,   shell};
   ProgramState state;
   frmMorvelle form{ports, state};
   /// Null once the window is gone.
