@@ -51,6 +51,7 @@ struct RuleFilesTest : Window {
     store.CreateKey(kTestMailKey, key);
     store.CloseKey(key);
     state = {};
+    dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp);
     Start();
   }
 };
