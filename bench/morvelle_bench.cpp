@@ -95,6 +95,34 @@ void SaveOneRule(benchmark::State& state, const std::filesystem::path& file) {
   }
 }
 
+void ExportAll(benchmark::State& state, const std::filesystem::path& file,
+               const std::filesystem::path& exported) {
+  LoadedRules loaded(file);
+  loaded.Desktop().takesAnyBox = true;
+  loaded.Desktop().chosenFile = exported;
+  for ([[maybe_unused]] auto step : state) {
+    std::filesystem::remove(exported);
+    const auto start = Clock::now();
+    loaded.Form().Menu("mnuExpAllRules").Choose();
+    state.SetIterationTime(SecondsSince(start));
+  }
+}
+
+/// Into an identity with one rule, of the same name as the first of the file: the rest are taken.
+void ImportAll(benchmark::State& state, const std::filesystem::path& exported) {
+  const auto file = exported.parent_path() / "une.reg";
+  for ([[maybe_unused]] auto step : state) {
+    WriteRuleSet(file, 1);
+    LoadedRules loaded(file);
+    loaded.Desktop().takesAnyBox = true;
+    loaded.Desktop().chosenFile = exported;
+    const auto start = Clock::now();
+    loaded.Form().Menu("mnuImpAllRules").Choose();
+    state.SetIterationTime(SecondsSince(start));
+    if (loaded.State().tables.RuleCount != kRules) state.SkipWithError("not all are imported");
+  }
+}
+
 /// The most memory that loading takes, in bytes, asked of a fresh process.
 void Memory(benchmark::State& state, const std::string& program,
             const std::filesystem::path& file) {
@@ -167,6 +195,13 @@ void RegisterAll(const std::string& program, const std::filesystem::path& file) 
         ->Iterations(5)
         ->UseManualTime();
   }
+  const auto exported = file.parent_path() / "tout.moe";
+  benchmark::RegisterBenchmark("ExportAll", ExportAll, file, exported)
+      ->Unit(kMillisecond)
+      ->UseManualTime();
+  benchmark::RegisterBenchmark("ImportAll", ImportAll, exported)
+      ->Unit(kMillisecond)
+      ->UseManualTime();
   // Last, for it changes the file.
   benchmark::RegisterBenchmark("SaveOneRule", SaveOneRule, file)
       ->Unit(kMillisecond)
@@ -187,6 +222,8 @@ int Main(int argc, char** argv) {
   keeper.PrintRatio("loading / iconv on the same file", "Load", "Iconv", 2);
   keeper.PrintFigure("memory taken by loading / size of the file", "Memory", 4);
   keeper.PrintRatio("saving one rule / loading", "SaveOneRule", "Load", 1);
+  keeper.PrintRatio("exporting all rules / loading", "ExportAll", "Load", 1);
+  keeper.PrintRatio("importing all rules / loading", "ImportAll", "Load", 1);
   keeper.PrintDifference("window on the rule set, seconds later than on the sample",
                          "WindowOnRuleSet", "WindowOnSample", 0.5);
   return EXIT_SUCCESS;

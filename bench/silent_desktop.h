@@ -28,7 +28,7 @@ class SilentDesktop final : public Dialogs,
   explicit SilentDesktop(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
   Button ShowMessage(const std::string& prompt, int /*style*/, const std::string& title) override {
-    if (title != "Folders") throw std::runtime_error(title + ": " + prompt);
+    if (title != "Folders" && !takesAnyBox) throw std::runtime_error(title + ": " + prompt);
     return Button::Ok;
   }
   std::optional<std::string> AskText(const std::string& prompt, const std::string& /*title*/,
@@ -51,6 +51,8 @@ class SilentDesktop final : public Dialogs,
   }
   void SetCurrentFolder(const std::filesystem::path& /*folder*/) override {}
 
+  /// Any message is taken as read.
+  bool takesAnyBox = false;
   std::filesystem::path chosenFile;
   std::optional<std::filesystem::path> AskFileToOpen(const FileQuestion& /*question*/) override {
     return chosenFile;

@@ -14,7 +14,8 @@ namespace {
 constexpr int kMarginMillimetres = 20;
 /// From the end of the text to the page number.
 constexpr int kNumberMillimetres = 6;
-constexpr int kPointSize = 10;
+/// Height of a line: the letters come to about ten points.
+constexpr int kLinePoints = 12;
 constexpr double kMillimetresOfInch = 25.4;
 /// The part of a line that a continuation may leave to its indentation.
 constexpr std::size_t kMostIndentShare = 2;
@@ -27,13 +28,13 @@ PrintedPages::PrintedPages(const std::string& title, const std::vector<std::stri
     : wxPrintout(ToWx(title)), lines_(lines) {}
 
 void PrintedPages::ChooseFont(wxDC& dc) const {
-  wxFont font(wxFontInfo(kPointSize).Family(wxFONTFAMILY_TELETYPE));
+  wxFont font(wxFontInfo(kLinePoints).Family(wxFONTFAMILY_TELETYPE));
   // The size in the paper's own units: a printer's context takes points for those of the screen on
   // some systems.
   int unused = 0;
   int dotsOfInch = 0;
   GetPPIPrinter(&unused, &dotsOfInch);
-  font.SetPixelSize(wxSize(0, dotsOfInch * kPointSize / 72));
+  font.SetPixelSize(wxSize(0, dotsOfInch * kLinePoints / 72));
   dc.SetFont(font);
 }
 

@@ -18,6 +18,7 @@ PrintOutcome WxPrinter::Print(const std::string& title, const std::vector<std::s
     paper.SetPaperId(wxPAPER_A4);
     choices_ = std::make_unique<wxPrintDialogData>(paper);
     choices_->EnableSelection(false);
+    choices_->SetAllPages(true);
   }
   // What fails is told by the caller, once.
   const wxLogNull quiet;

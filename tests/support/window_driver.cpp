@@ -136,11 +136,13 @@ void WindowDriver::ChooseRule(std::string_view array, int row) {
   Settle();
 }
 
-void WindowDriver::Answer(const wxString& label) { answers_.push_back({label, {}}); }
+void WindowDriver::Answer(const wxString& label) { answers_.push_back({label, {}, {}}); }
 
 void WindowDriver::Answer(const wxString& label, std::function<void(wxDialog&)> first) {
-  answers_.push_back({label, std::move(first)});
+  answers_.push_back({label, std::move(first), {}});
 }
+
+void WindowDriver::AnswerFile(const std::string& path) { answers_.push_back({{}, {}, path}); }
 
 void WindowDriver::AnswerText(const wxString& text) {
   Answer("OK", [text](wxDialog& box) {
@@ -158,12 +160,37 @@ void WindowDriver::WatchBoxes() {
       return;
     }
   }
+  // The desktop's file dialog is no window of the toolkit's, but it takes the focus.
+  if (!answers_.empty() && !answers_.front().file.empty() && !window_.IsActive()) {
+    ++ticks_;
+    TypeFile(answers_.front());
+    return;
+  }
+  if (!answers_.empty() && answers_.front().fileTyped) answers_.pop_front();
   ticks_ = 0;
+}
+
+// The keyboard alone reaches it. It gets time between the keys.
+void WindowDriver::TypeFile(BoxAnswer& answer) const {
+  wxUIActionSimulator user;
+  if (ticks_ == kTicksBeforeClick + kTicksBetweenClicks) {
+    user.Char('L', wxMOD_CONTROL);
+  } else if (ticks_ == kTicksBeforeClick + 2 * kTicksBetweenClicks) {
+    user.Char('A', wxMOD_CONTROL);
+    user.Text(answer.file.c_str());
+  } else if (ticks_ == kTicksBeforeClick + 4 * kTicksBetweenClicks) {
+    user.Char(WXK_RETURN);
+    answer.fileTyped = true;
+  }
 }
 
 // An unexpected box, or one without the button, is closed: a test must end.
 void WindowDriver::AnswerBox(wxDialog& box) {
   ++ticks_;
+  if (!answers_.empty() && answers_.front().fileTyped) {
+    answers_.pop_front();
+    ticks_ = 0;
+  }
   if (ticks_ > kMostTicks || (answers_.empty() && ticks_ > kTicksBeforeClick)) {
     lastBox_ = "?";
     box.Close();

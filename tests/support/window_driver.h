@@ -55,6 +55,9 @@ class WindowDriver {
   void AnswerText(const wxString& text);
   /// As Answer, with anything to be done in the box first.
   void Answer(const wxString& label, std::function<void(wxDialog&)> first);
+  /// The next box, the desktop's file dialog, gets this path, which a US keyboard must have, and
+  /// then Enter.
+  void AnswerFile(const std::string& path);
   /// Text of the last box that was answered.
   [[nodiscard]] const wxString& LastBox() const { return lastBox_; }
   /// Answers that no box has asked for yet.
@@ -72,9 +75,12 @@ class WindowDriver {
   struct BoxAnswer {
     wxString label;
     std::function<void(wxDialog&)> first;
+    std::string file;
+    bool fileTyped = false;
   };
   void WatchBoxes();
   void AnswerBox(wxDialog& box);
+  void TypeFile(BoxAnswer& answer) const;
   void ClickAt(wxWindow& widget, const wxPoint& place);
 
   MainWindow& window_;

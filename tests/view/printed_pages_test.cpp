@@ -1,6 +1,6 @@
-#include "platform/printed_pages_wx.h"
-
 #include <gtest/gtest.h>
+#include <wx/timer.h>
+#include <wx/uiaction.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/messages/text.h"
+#include "platform/printer_wx.h"
 #include "tests/support/temp_folder.h"
 
 namespace morvelle {
@@ -17,24 +18,53 @@ namespace {
 
 constexpr std::string_view kAccents = "               Été œuvre €"_cp;
 
-/// A listing printed to a PDF file by the desktop's printing, and read back by another program.
+/// A listing printed to a PDF file through the printer dialog, and read back by another program.
 class PrintedPagesTest : public testing::Test {
  protected:
+  PrintedPagesTest() {
+    // Printing to a file proposes the current folder.
+    std::filesystem::current_path(folder_.Path());
+    user_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { UseDialog(); });
+  }
+  ~PrintedPagesTest() override { std::filesystem::current_path(before_); }
+
   void Print(const std::vector<std::string>& lines) {
-    wxPrintData data;
-    data.SetPaperId(wxPAPER_A4);
-    data.SetPrintMode(wxPRINT_MODE_FILE);
-    data.SetFilename((folder_ / "pages.pdf").string());
-    wxPrintDialogData choices(data);
-    wxPrinter printer(&choices);
-    PrintedPages pages("Essai", lines);
-    ASSERT_TRUE(printer.Print(nullptr, &pages, false)) << wxPrinter::GetLastError();
-    ASSERT_TRUE(std::filesystem::exists(folder_ / "pages.pdf"));
+    WxDialogs boxes;
+    WxPrinter printer(boxes);
+    user_.Start(500);
+    EXPECT_EQ(printer.Print("Essai", lines), PrintOutcome::Printed);
+    user_.Stop();
+    // The file's name is the toolkit's, in its language.
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
+      if (entry.path().extension() == ".pdf") pdf_ = entry.path();
+    }
+    ASSERT_FALSE(pdf_.empty());
+  }
+  /// The printer dialog is the toolkit's own: its one printer, a file, is chosen by the keyboard.
+  void UseDialog() {
+    wxUIActionSimulator keys;
+    switch (++ticks_) {
+      case 4:
+        for (int k = 0; k < 3; ++k) keys.Char(WXK_TAB);
+        keys.Char(WXK_DOWN);
+        break;
+      case 6:
+        keys.Char('P', wxMOD_ALT);
+        break;
+      case 8:
+        // "Imprimer", where the toolkit speaks French.
+        keys.Char('I', wxMOD_ALT);
+        break;
+      case 20:
+        keys.Char(WXK_ESCAPE);
+        break;
+      default:
+        break;
+    }
   }
   std::string Read(const std::string& options) {
     const auto text = (folder_ / "pages.txt").string();
-    const auto command =
-        "pdftotext " + options + " '" + (folder_ / "pages.pdf").string() + "' '" + text + "'";
+    const auto command = "pdftotext " + options + " '" + pdf_.string() + "' '" + text + "'";
     EXPECT_EQ(std::system(command.c_str()), 0);
     return ReadFile(text);
   }
@@ -53,7 +83,11 @@ class PrintedPagesTest : public testing::Test {
     return pages;
   }
 
+  std::filesystem::path before_ = std::filesystem::current_path();
   TempFolder folder_;
+  std::filesystem::path pdf_;
+  wxTimer user_;
+  int ticks_ = 0;
 };
 
 TEST_F(PrintedPagesTest, EveryLineIsThereWithThePageNumberBelow) {
@@ -87,9 +121,8 @@ TEST_F(PrintedPagesTest, NothingRunsOffThePaper) {
   EXPECT_EQ(joined, longWord + "fin1");
   const auto boxes = Read("-bbox");
   // In points: A4 is 595 wide and 842 high, the margins are 20 mm.
-  const std::regex word(R"(xMin="([\d.]+)" yMin = "([\d.]+)" xMax = "([\d.]+)" yMax =
-                            "([\d.]+)") ");
-      int words = 0;
+  const std::regex word(R"re(xMin="(.*?)" yMin="(.*?)" xMax="(.*?)" yMax="(.*?)")re");
+  int words = 0;
   for (std::sregex_iterator at(boxes.begin(), boxes.end(), word), end; at != end; ++at, ++words) {
     EXPECT_GE(std::stod((*at)[1]), 55);
     EXPECT_GE(std::stod((*at)[2]), 50);
