@@ -56,10 +56,16 @@ class WritePlan {
   [[nodiscard]] bool IsStored(const std::string& path, std::string_view name,
                               const std::string& text) const;
   [[nodiscard]] bool IsMissing(const OpenedKey& key, std::string_view name) const;
-  [[nodiscard]] RegistryStatus Apply(const Step& step) const;
+  [[nodiscard]] RegistryStatus ApplyToKey(const Step& step) const;
+  [[nodiscard]] RegistryStatus ApplyInside(const Step& step, KeyHandle key) const;
+
+  /// Whether a key is missing for all that the plan knows: the store is not asked again.
+  [[nodiscard]] bool IsKnownMissing(const std::string& path) const;
 
   RegistryAccess& registry_;
   std::vector<Step> steps_;
+  /// The last key that was not there when it was asked for: a new rule's is asked for often.
+  mutable std::string missing_;
 };
 
 }  // namespace morvelle

@@ -135,8 +135,7 @@ void CriteriaFromFile(Lines& lines, RuleBlock& block) {
   block.rule.CriteriaOrder = OrderOf(block.criteria);
 }
 
-RuleBlock RuleFromFile(Lines& lines, RuleFileKind kind) {
-  RuleBlock block;
+void RuleFromFile(Lines& lines, RuleFileKind kind, RuleBlock& block) {
   if (kind == RuleFileKind::AllRules) lines.TakeValue();
   block.rule.blank = false;
   block.rule.Name = lines.TakeValue();
@@ -144,7 +143,6 @@ RuleBlock RuleFromFile(Lines& lines, RuleFileKind kind) {
   block.rule.Enabled = lines.TakeNumber();
   ActionsFromFile(lines, block);
   CriteriaFromFile(lines, block);
-  return block;
 }
 
 }  // namespace
@@ -163,8 +161,10 @@ RuleFile ReadRuleFile(std::string_view text, RuleFileKind kind) {
       file.version = lines.TakeNumber();
       lines.CheckFile(labels::kEndOfTop);
     }
+    // As many as an identity can hold, whatever an order claims.
+    file.rules.reserve(std::min<std::size_t>(count, kMaxRules));
     for (std::size_t k = 0; k < count; ++k) {
-      file.rules.push_back(RuleFromFile(lines, kind));
+      RuleFromFile(lines, kind, file.rules.emplace_back());
       lines.CheckFile(labels::kEndOfRule);
     }
     lines.CheckFile(labels::kEndOfMail);
@@ -180,7 +180,8 @@ RuleFile ReadRuleFile(std::string_view text, RuleFileKind kind) {
 bool ReadsBack(std::string_view block, RuleFileKind kind) {
   Lines lines(block);
   try {
-    RuleFromFile(lines, kind);
+    RuleBlock read;
+    RuleFromFile(lines, kind, read);
     lines.CheckFile(labels::kEndOfRule);
   } catch (const std::exception&) {
     return false;
