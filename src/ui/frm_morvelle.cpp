@@ -213,6 +213,8 @@ void frmMorvelle::ConnectMenus() {
   Menu("mnuQuit").onClick = [this] { mnuQuit_Click(); };
   RuleMenu("mnuMod").onClick = [this](int index) { mnuMod_Click(index); };
   ConnectOptions();
+  ConnectLifecycle();
+  ConnectOrder();
 }
 
 void frmMorvelle::Form_Load() {

@@ -3,6 +3,7 @@
 #include <array>
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -234,8 +235,26 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void SelectAction(int item);
   void TakeOverLogic();
   void ForgetOpenRule();
+  /// Opens the rule of a row that the store does not know yet, as modified, and remembers it, with
+  /// the words of the word tables, as it was created.
+  void OpenNewRule(int row);
+  void RestoreNewRule();
+  /// Empties the editing controls; nothing is read again.
+  void ClearEditor();
+  /// Leaves the rule that is open, if any, once its changes have been given up.
+  void CloseRule();
 
   // rule_lifecycle.cpp
+  void ConnectLifecycle();
+  void mnuAdd_Click();
+  void mnuDel_Click(int index);
+  RegistryStatus DelMailOrder_Click(int row);
+  void mnuRen_Click(int index);
+  /// Asks for a rule's name until it can be used; nothing when the user gives up.
+  [[nodiscard]] std::optional<std::string> AskNewName();
+  [[nodiscard]] std::optional<std::string> AskOtherName(int row);
+  [[nodiscard]] bool DeleteRule(int row);
+  [[nodiscard]] bool RenameRule(int row, const std::string& name);
   [[nodiscard]] bool AgreesToDrop();
   [[nodiscard]] bool MayLeave();
   void mnuRegContent_Click();
@@ -244,7 +263,23 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   [[nodiscard]] bool SaveOpenRule(bool withOrder);
   [[nodiscard]] bool WriteOpenRule(bool withOrder);
   [[nodiscard]] bool SaveOrder();
+  /// Reads the rule set again; the line that is current stays so with its rule.
+  void Reload();
   void mnuQuit_Click();
+
+  // rule_order.cpp
+  void ConnectOrder();
+  void mnuChangeOrder_Click();
+  void mnuArrange_Click();
+  void ArrangeRules();
+  void picUp_Click();
+  void picDown_Click();
+  void cmdCancel_Click();
+  void StartOrdering();
+  void OrderEdited();
+  void SwapLines(int upper);
+  [[nodiscard]] std::string CurrentRule() const;
+  void MakeCurrent(const std::string& id);
 
   Ports& ports_;
   ProgramState& state_;
@@ -261,6 +296,16 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   std::map<std::string_view, MenuItem*> menus_;
   std::vector<MenuArray*> ruleMenus_;
   std::map<std::string_view, Control*> controls_;
+
+  /// A rule that the store does not know, as it was when it was opened.
+  struct CreatedRule {
+    RuleRecord rule;
+    std::uint8_t actions = 0;
+    std::uint8_t criteria = 0;
+    std::array<CriterionRecord, kSlotCount> slots;
+    std::array<std::vector<std::string>, kSlotCount> words;
+  };
+  CreatedRule created_;
 
   bool bFilling = false;
   bool bFromList = false;

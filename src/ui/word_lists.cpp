@@ -185,6 +185,10 @@ void frmMorvelle::cmdRestore_Click() {
   Continuing("cmdRestore_Click", [&] {
     const auto id = editing_.openRuleId;
     if (id.empty()) return;
+    if (editing_.openRuleIsNew) {
+      RestoreNewRule();
+      return;
+    }
     ClearMod();
     OpenStoredRule(id);
   });
