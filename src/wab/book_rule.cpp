@@ -61,9 +61,7 @@ int AddBookRule(RuleTables& tables, const std::string& id, const std::string& de
   criterion.ValueType = kValueTypeBytes;
   rule.CriteriaOrder = criterion.Id;
   tables.Criteria[at] = 1;
-  auto& slot = tables.SlotOf(row, kSenderSlot);
-  slot.Flags = criterion.Flags;
-  slot.Logic = criterion.Logic;
+  tables.SlotOf(row, kSenderSlot) = criterion;
   return row;
 }
 

@@ -13,9 +13,7 @@
 /// book to "Éléments supprimés".
 namespace morvelle {
 
-/// The rule's name, which no other may have.
-inline constexpr std::string_view kBookRule = "Carnet d'adresses";
-/// Flags of its sender criterion: the sender is none of the words.
+/// Flags of the rule's sender criterion: the sender is none of the words.
 inline constexpr std::string_view kBookRuleFlags = "1";
 
 /// Row of the address-book rule, found by its name without regard to case; -1 when there is none.

@@ -9,8 +9,6 @@ using std::string_literals::operator""s;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr std::string_view kBookKey = "Software\\Microsoft\\WAB\\WAB4\\Wab File Name";
-
 using AddressReaderTest = BookMachine;
 
 TEST_F(AddressReaderTest, TheBookLiesWhereTheRegistrySays) {
@@ -19,16 +17,16 @@ TEST_F(AddressReaderTest, TheBookLiesWhereTheRegistrySays) {
   Book({"a@b.fr"});
   reader.ReadWab();
   EXPECT_EQ(addressBook.openedFile, folder / "drive_c" / "Carnets" / "moi.wab");
-  rules.PutText(std::string(kBookKey), "", "moi.wab");
+  rules.PutText(std::string(kTestBookKey), "", "moi.wab");
   EXPECT_FALSE(reader.FindWab()) << "a path without folder";
-  rules.Remove(std::string(kBookKey), "");
+  rules.Remove(std::string(kTestBookKey), "");
   EXPECT_FALSE(reader.FindWab()) << "a key without its value is no message";
   EXPECT_EQ(place.WabFolder, "");
 }
 
 TEST_F(AddressReaderTest, WithoutItsKeyThereIsNoBook) {
   reader.FindWab();
-  store.DeleteKey(kBookKey);
+  store.DeleteKey(kTestBookKey);
   dialogs.Expect("Il n'existe pas de carnet d'adresses Windows.", kBoxInformation, "FindWab");
   EXPECT_FALSE(reader.FindWab());
   EXPECT_EQ(place.WabFolder, "");

@@ -22,9 +22,7 @@ namespace morvelle {
 
 /// A machine with an address book, and a reader of it.
 struct BookMachine : testing::Test {
-  BookMachine() {
-    rules.PutText("Software\\Microsoft\\WAB\\WAB4\\Wab File Name", "", "C:\\Carnets\\moi.wab");
-  }
+  BookMachine() { rules.PutText(std::string(kTestBookKey), "", "C:\\Carnets\\moi.wab"); }
   /// The book's addresses, all of them good.
   void Book(const std::vector<std::string>& addresses) {
     addressBook.addresses.assign(addresses.begin(), addresses.end());

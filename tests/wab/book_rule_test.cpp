@@ -1,5 +1,6 @@
 #include "wab/book_rule.h"
 
+#include "core/new_rule.h"
 #include "tests/wab/book_machine.h"
 
 namespace morvelle {
