@@ -215,6 +215,7 @@ void frmMorvelle::ConnectMenus() {
   ConnectOptions();
   ConnectLifecycle();
   ConnectOrder();
+  ConnectFiles();
 }
 
 void frmMorvelle::Form_Load() {
