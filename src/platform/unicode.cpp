@@ -71,6 +71,16 @@ void AppendPoint(std::string& utf8, std::uint32_t point) {
   }
 }
 
+/// UTF-16 already on Windows, where half of a surrogate pair may stand alone.
+template <typename Native>
+std::optional<std::u16string> UnitsOf(const Native& path) {
+  if constexpr (sizeof(path[0]) == 1) {
+    return Utf16FromUtf8(path);
+  } else {
+    return std::u16string(path.begin(), path.end());
+  }
+}
+
 }  // namespace
 
 char16_t UpperCase(char16_t unit) { return unit < kTableSize ? kUpper[unit] : unit; }
@@ -128,11 +138,13 @@ bool IsWellFormed(std::u16string_view text) {
   return true;
 }
 
+std::optional<std::u16string> PathUnits(const std::filesystem::path& path) {
+  return UnitsOf(path.native());
+}
+
 std::string PathText(const std::filesystem::path& path) {
-  const auto utf8 = path.u8string();
-  std::string bytes(utf8.begin(), utf8.end());
-  if (const auto text = Utf16FromUtf8(bytes)) return FromUtf16Lossy(*text);
-  return bytes;
+  if (const auto text = PathUnits(path)) return FromUtf16Lossy(*text);
+  return path.string();
 }
 
 }  // namespace morvelle

@@ -65,5 +65,28 @@ TEST_F(SettingsTest, AFileThatCannotBeWrittenIsSaidAndTheProgramGoesOn) {
   file.Write();
 }
 
+// A reader that has the file open goes on reading what was there: the old content is never cut.
+TEST_F(SettingsTest, TheFileIsReplacedAndNeverCut) {
+  Read("Auto\r\nSilent\r\n");
+  std::filesystem::create_hard_link(ini, folder / "before.ini");
+  std::filesystem::permissions(ini, std::filesystem::perms{0600});
+  settings.QuietMode = "";
+  file.Write();
+  EXPECT_EQ(ReadFile(ini), "Auto\r\n\r\n");
+  EXPECT_EQ(ReadFile(folder / "before.ini"), "Auto\r\nSilent\r\n");
+  EXPECT_EQ(std::filesystem::status(ini).permissions(), std::filesystem::perms{0600});
+  EXPECT_FALSE(std::filesystem::exists(folder / "Morvelle.ini.tmp"));
+}
+
+TEST_F(SettingsTest, WhatCannotBePutInPlaceLeavesTheFileAlone) {
+  Read("Auto\r\nSilent\r\n");
+  // Nothing can be written under that name.
+  std::filesystem::create_directory(folder / "Morvelle.ini.tmp");
+  settings.QuietMode = "";
+  dialogs.Expect("Permission refusée"_cp, kBoxOk, "WriteSettings");
+  file.Write();
+  EXPECT_EQ(ReadFile(ini), "Auto\r\nSilent\r\n");
+}
+
 }  // namespace
 }  // namespace morvelle
