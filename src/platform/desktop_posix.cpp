@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "platform/desktop.h"
 #include "platform/environment_posix.h"
@@ -10,7 +11,6 @@
 #include "platform/registry_hive.h"
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"
-#include "platform/unicode.h"
 
 namespace morvelle {
 

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <utility>
 
+#include "app/messages/text.h"
 #include "platform/desktop.h"
 #include "platform/environment_win32.h"
 #include "platform/host_files.h"

@@ -4,8 +4,8 @@
 #include <ctime>
 #include <utility>
 
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
-#include "platform/unicode.h"
 
 namespace morvelle {
 

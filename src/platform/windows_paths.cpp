@@ -3,8 +3,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
-#include "platform/unicode.h"
 
 namespace morvelle {
 

@@ -83,6 +83,8 @@ std::string FromUtf16Lossy(std::u16string_view text);
 std::string ToUtf8(std::string_view text);
 /// Nothing when the bytes are not UTF-8 or a character is not of Windows-1252.
 std::optional<std::string> FromUtf8(std::string_view utf8);
+/// Any text; nothing when the bytes are not well-formed UTF-8.
+std::optional<std::u16string> Utf16FromUtf8(std::string_view utf8);
 
 /// Lower case by Windows-1252's own letters (É becomes é, Š š, Ÿ ÿ).
 char LowerCase(char character);
