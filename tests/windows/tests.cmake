@@ -6,6 +6,7 @@ morvelle_test(windows_tests
     platform/registry_contract_test.cpp
     windows/environment_win32_test.cpp
     windows/host_files_win32_test.cpp
+    windows/processes_win32_test.cpp
     windows/registry_win32_test.cpp
     windows/version.rc
     windows/window_on_registry_test.cpp

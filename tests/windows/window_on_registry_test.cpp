@@ -8,9 +8,15 @@
 #include "app/messages/errors.h"
 #include "app/program.h"
 #include "samples/dbx_builder.h"
+#include "tests/support/fake_address_book.h"
 #include "tests/support/fake_environment.h"
+#include "tests/support/fake_printer.h"
+#include "tests/support/fake_processes.h"
+#include "tests/support/fake_progress.h"
+#include "tests/support/fake_shell.h"
 #include "tests/support/rule_set.h"
 #include "tests/support/scripted_dialogs.h"
+#include "tests/support/scripted_file_dialogs.h"
 #include "tests/support/temp_folder.h"
 #include "tests/windows/private_registry.h"
 #include "ui/frm_morvelle.h"
@@ -64,7 +70,14 @@ class WindowOnRegistryTest : public testing::Test {
   TempFolder folder_;
   FakeEnvironment environment_{folder_.Path()};
   ScriptedDialogs dialogs_;
-  Ports ports_{*registry_.store, dialogs_, environment_};
+  ScriptedFileDialogs fileDialogs_;
+  FakePrinter printer_;
+  FakeProgress progress_;
+  FakeAddressBook addressBook_;
+  FakeProcesses processes_;
+  FakeShell shell_;
+  Ports ports_{*registry_.store, dialogs_,     environment_, fileDialogs_, printer_,
+               progress_,        addressBook_, processes_,   shell_};
   ProgramState state_;
   RuleSet rules_{*registry_.store};
   frmMorvelle form_{ports_, state_};
