@@ -213,6 +213,9 @@ void frmMorvelle::ConnectMenus() {
   Menu("mnuQuit").onClick = [this] { mnuQuit_Click(); };
   RuleMenu("mnuMod").onClick = [this](int index) { mnuMod_Click(index); };
   ConnectOptions();
+  ConnectLifecycle();
+  ConnectOrder();
+  ConnectFiles();
 }
 
 void frmMorvelle::Form_Load() {
