@@ -410,6 +410,7 @@ TEST_F(RuleCommands, BookMenusFollowDeletionAndRenaming) {
   for (const bool deletes : {true, false}) {
     WriteFile(environment.userFolder / "Morvelle.ini", "Auto\r\n\r\n");
     rules.Order("000 001").PlainRule("000", book, "000").PlainRule("001", "Famille", "000");
+    dialogs.Expect("Votre règle \"Carnet d'adresses\" va être mise à jour"_cp, Button::Cancel);
     Start();
     EXPECT_EQ(Which(menus), "mnuChangeBook mnuAutoUpdateBook");
     if (deletes) {
