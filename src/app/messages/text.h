@@ -64,8 +64,9 @@ struct ConvertedLiteral {
   std::size_t length = 0;
 };
 
-// The type is written out: where GCC 12 has to deduce it, one translation unit keeps a literal among
-// the constants and another among the variables, and the linker of Windows merges no such two.
+// The type is written out: where GCC 12 has to deduce it, one translation unit keeps a literal
+// among the constants and another among the variables, and the linker of Windows merges no such
+// two.
 template <Utf8Literal Literal>
 inline constexpr ConvertedLiteral<sizeof(Literal.bytes)> kConverted{Literal};
 
