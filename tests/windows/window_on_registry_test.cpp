@@ -53,6 +53,8 @@ class WindowOnRegistryTest : public testing::Test {
     std::filesystem::create_directories(environment_.userFolder);
     WriteFile(environment_.HostPath("C:\\Courrier\\Folders.dbx"),
               DbxBuilder("12345678").Add({5, 0, "Spam", ""}).Build().bytes);
+    addressBook_.addresses = {"a@b.fr"};
+    rules_.PutText("Software\\Microsoft\\WAB\\WAB4\\Wab File Name", "", "C:\\Livre\\a.wab");
     rules_.Order("000 001");
     rules_.PlainRule("000", "Travail", "000").Words("000", 12, {"alpha", "beta"});
     rules_.PlainRule("001", "Famille", "000").Words("000", 8, {"bises"});
