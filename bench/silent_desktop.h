@@ -6,15 +6,21 @@
 #include "ports/address_book.h"
 #include "ports/dialogs.h"
 #include "ports/environment.h"
+#include "ports/file_dialogs.h"
+#include "ports/printer.h"
 #include "ports/processes.h"
+#include "ports/progress.h"
 #include "ports/shell.h"
 
 namespace morvelle::bench {
 
 /// A desktop on which nothing is asked: any box but the missing folder store's is a failure of the
-/// benchmark.
+/// benchmark, and so is paper. A file dialog gives the file set before it.
 class SilentDesktop final : public Dialogs,
                             public Environment,
+                            public FileDialogs,
+                            public Printer,
+                            public Progress,
                             public AddressBook,
                             public Processes,
                             public Shell {
@@ -45,6 +51,19 @@ class SilentDesktop final : public Dialogs,
   }
   void SetCurrentFolder(const std::filesystem::path& /*folder*/) override {}
 
+  std::filesystem::path chosenFile;
+  std::optional<std::filesystem::path> AskFileToOpen(const FileQuestion& /*question*/) override {
+    return chosenFile;
+  }
+  std::optional<std::filesystem::path> AskFileToSave(const FileQuestion& /*question*/) override {
+    return chosenFile;
+  }
+  PrintOutcome Print(const std::string& title, const std::vector<std::string>& /*lines*/) override {
+    throw std::runtime_error(title);
+  }
+  void Begin(const std::string& /*what*/, int /*steps*/) override {}
+  void Done(int /*steps*/) override {}
+  void End() override {}
   // A book of one address, no other program, nothing to open.
   bool Open(const std::filesystem::path& /*file*/, BookHandle& /*book*/) override { return true; }
   std::int32_t NumEntries(BookHandle& /*book*/) override { return 1; }

@@ -9,6 +9,9 @@
 #include "platform/command_line.h"
 #include "platform/desktop.h"
 #include "platform/dialogs_wx.h"
+#include "platform/file_dialogs_wx.h"
+#include "platform/printer_wx.h"
+#include "platform/progress_wx.h"
 #include "platform/system_shell.h"
 #include "ui/frm_morvelle.h"
 #include "view/french.h"
@@ -24,11 +27,15 @@ struct Desktop {
       : opened(std::move(openedDesktop)),
         shell(MakeShell(dialogs, *opened.environment)),
         ports{*opened.store,       dialogs,           *opened.environment,
+              fileDialogs,         printer,           progress,
               *opened.addressBook, *opened.processes, *shell},
         form(ports, state) {}
 
   OpenedDesktop opened;
   WxDialogs dialogs;
+  WxFileDialogs fileDialogs{dialogs};
+  WxPrinter printer{dialogs};
+  WxProgress progress;
   std::unique_ptr<Shell> shell;
   Ports ports;
   ProgramState state;

@@ -12,7 +12,10 @@
 #include "ports/address_book.h"
 #include "ports/dialogs.h"
 #include "ports/environment.h"
+#include "ports/file_dialogs.h"
+#include "ports/printer.h"
 #include "ports/processes.h"
+#include "ports/progress.h"
 #include "ports/registry_store.h"
 #include "ports/shell.h"
 #include "wab/address_reader.h"
@@ -25,6 +28,10 @@ struct Ports {
   RegistryStore& store;
   Dialogs& dialogs;
   Environment& environment;
+  // Files and paper.
+  FileDialogs& fileDialogs;
+  Printer& printer;
+  Progress& progress;
   AddressBook& addressBook;
   Processes& processes;
   Shell& shell;

@@ -180,6 +180,8 @@ void frmMorvelle::ForgetOpenRule() {
   editing_.openRuleIsNew = false;
   editing_.logicChosen = false;
   tables_.WordCount.fill(0);
+  if (fraMerge.Visible()) EnableMerge(false);
+  lstCrit.Clear();
 }
 
 void frmMorvelle::ClearEditor() {

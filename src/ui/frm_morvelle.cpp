@@ -216,6 +216,7 @@ void frmMorvelle::ConnectMenus() {
   ConnectOptions();
   ConnectLifecycle();
   ConnectOrder();
+  ConnectFiles();
   ConnectTools();
 }
 

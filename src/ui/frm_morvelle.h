@@ -16,6 +16,11 @@
 #include "core/rule_loader.h"
 #include "core/rule_writer.h"
 #include "core/word_lists.h"
+#include "files/file_choice.h"
+#include "files/line_sink.h"
+#include "files/prefilter_file.h"
+#include "files/rule_export.h"
+#include "files/rule_file_reader.h"
 #include "ui/controls.h"
 #include "ui/frm_version.h"
 
@@ -300,6 +305,41 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void Reload();
   void mnuQuit_Click();
 
+  // --- Files and paper ---
+  // rule_files.cpp
+  void ConnectFiles();
+  [[nodiscard]] FileChoice Files();
+  void mnuWhatRuleToFile_Click(int index);
+  void mnuAllRulesToFile_Click();
+  void MailToFile(bool OneRule, int row);
+  void ImportRules(const char* procedure, RuleFileKind kind);
+  void TellLeftOut(const RuleExport& writers);
+  // printing.cpp
+  void mnuWhatRuleToPrint_Click(int index);
+  void mnuPrintAllRules_Click();
+  void PrintRules(bool OneRule, int row);
+  // signatures.cpp
+  void mnuExpSign_Click();
+  void mnuImpSign_Click();
+  // prefilters.cpp
+  void chkFilter_Click(int i);
+  void cmdFilters_Click();
+  [[nodiscard]] std::filesystem::path PrefilterFile(std::size_t i) const;
+  [[nodiscard]] SlotWords CheckedPrefilters();
+  /// What stands in the list boxes becomes the content of the word tables.
+  void TakeOverLists();
+  /// Whether the lists of the word tables would stay countable; says so when they would not.
+  [[nodiscard]] bool HasRoomFor(const SlotWords& words);
+  void AddWords(const SlotWords& words);
+  /// The word tables were added to: the rule is shown with them, as modified.
+  void ShowAddedWords();
+  // merge.cpp
+  void mnuMerge_Click(int index);
+  void ShowMerge();
+  void cmdFileToMerge_Click();
+  [[nodiscard]] bool CanJoin(const RuleBlock& other);
+  void JoinRule(const RuleBlock& other);
+
   // rule_order.cpp
   void ConnectOrder();
   void mnuChangeOrder_Click();
@@ -339,6 +379,12 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
     std::array<std::vector<std::string>, kSlotCount> words;
   };
   CreatedRule created_;
+
+  /// Checked state of the five prefilters, as the handlers see it.
+  std::array<bool, 5> abFilter{};
+  /// Name of the user's own prefilter file, and where it lies.
+  std::string sCustomFilter;
+  std::filesystem::path customFilterFile_;
 
   bool bFilling = false;
   bool bFromList = false;

@@ -189,8 +189,10 @@ void frmMorvelle::cmdRestore_Click() {
       RestoreNewRule();
       return;
     }
+    const bool merging = fraMerge.Visible();
     ClearMod();
     OpenStoredRule(id);
+    if (merging) ShowMerge();
   });
 }
 

@@ -7,7 +7,8 @@ if(MORVELLE_WX)
     set(platform_wx_system_sources platform/shell_wx.cpp)
   endif()
   morvelle_room(platform_wx
-    SOURCES platform/dialogs_wx.cpp ${platform_wx_system_sources}
+    SOURCES platform/dialogs_wx.cpp platform/file_dialogs_wx.cpp platform/printed_pages_wx.cpp
+      platform/printer_wx.cpp platform/progress_wx.cpp ${platform_wx_system_sources}
     USES messages ports wx)
   if(WIN32)
     set(view_system_sources view/french_win32.cpp)

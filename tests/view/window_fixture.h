@@ -8,6 +8,9 @@
 
 #include "app/messages/text.h"
 #include "platform/dialogs_wx.h"
+#include "platform/file_dialogs_wx.h"
+#include "platform/printer_wx.h"
+#include "platform/progress_wx.h"
 #include "tests/support/fake_address_book.h"
 #include "tests/support/fake_environment.h"
 #include "tests/support/fake_processes.h"
@@ -86,10 +89,14 @@ class WindowTest : public testing::Test {
   FakeRegistry registry;
   WxDialogs boxes;
   FakeEnvironment environment{folder.Path()};
+  WxFileDialogs fileDialogs{boxes};
+  WxPrinter printer{boxes};
+  WxProgress progress;
   FakeAddressBook addressBook;
   FakeProcesses processes;
   FakeShell shell;
-  Ports ports{registry, boxes, environment, addressBook, processes, shell};
+  Ports ports{registry, boxes,       environment, fileDialogs, printer,
+              progress, addressBook, processes,   shell};
   ProgramState state;
   frmMorvelle form{ports, state};
   /// Null once the window is gone.
