@@ -3,14 +3,27 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "ports/address_book.h"
 #include "ports/dialogs.h"
 #include "ports/environment.h"
+#include "ports/file_dialogs.h"
+#include "ports/printer.h"
+#include "ports/processes.h"
+#include "ports/progress.h"
+#include "ports/shell.h"
 
 namespace morvelle::bench {
 
 /// A desktop on which nothing is asked: any box but the missing folder store's is a failure of the
-/// benchmark.
-class SilentDesktop final : public Dialogs, public Environment {
+/// benchmark, and so is paper. A file dialog gives the file set before it.
+class SilentDesktop final : public Dialogs,
+                            public Environment,
+                            public FileDialogs,
+                            public Printer,
+                            public Progress,
+                            public AddressBook,
+                            public Processes,
+                            public Shell {
  public:
   explicit SilentDesktop(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
@@ -37,6 +50,38 @@ class SilentDesktop final : public Dialogs, public Environment {
     return std::chrono::system_clock::now();
   }
   void SetCurrentFolder(const std::filesystem::path& /*folder*/) override {}
+
+  std::filesystem::path chosenFile;
+  std::optional<std::filesystem::path> AskFileToOpen(const FileQuestion& /*question*/) override {
+    return chosenFile;
+  }
+  std::optional<std::filesystem::path> AskFileToSave(const FileQuestion& /*question*/) override {
+    return chosenFile;
+  }
+  PrintOutcome Print(const std::string& title, const std::vector<std::string>& /*lines*/) override {
+    throw std::runtime_error(title);
+  }
+  void Begin(const std::string& /*what*/, int /*steps*/) override {}
+  void Done(int /*steps*/) override {}
+  void End() override {}
+  // A book of one address, no other program, nothing to open.
+  bool Open(const std::filesystem::path& /*file*/, BookHandle& /*book*/) override { return true; }
+  std::int32_t NumEntries(BookHandle& /*book*/) override { return 1; }
+  void GetEntries(BookHandle& /*book*/, std::span<EntryId> ids) override { ids[0] = 0; }
+  bool GetString(BookHandle& /*book*/, EntryId /*entry*/, std::uint32_t /*property*/,
+                 std::span<char> buffer) override {
+    buffer[0] = 'a';
+    return true;
+  }
+  void FreeEntries(BookHandle& /*book*/, std::span<EntryId> /*ids*/) override {}
+  void Close(BookHandle& /*book*/) override {}
+  std::vector<RunningProcess> Snapshot() override { return {}; }
+  std::filesystem::path ProcessPath(ProcessId /*process*/) override { return {}; }
+  bool KillProcess(ProcessId /*process*/) override { return false; }
+  bool StartProcess(const std::filesystem::path& /*program*/) override { return false; }
+  void OpenFolder(const std::filesystem::path& /*folder*/) override {}
+  void OpenLink(const std::string& /*address*/) override {}
+  void ShowHelp(const std::filesystem::path& /*helpFile*/, const std::string& /*page*/) override {}
 
  private:
   std::filesystem::path folder_;

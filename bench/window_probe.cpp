@@ -33,7 +33,9 @@ class ProbeApp final : public wxApp {
     desktop_ = std::make_unique<SilentDesktop>(folder_);
     opened_ = OpenRegFile(file_, MakeHostFiles(), std::chrono::system_clock::now);
     if (opened_.store == nullptr) return false;
-    ports_ = std::make_unique<Ports>(Ports{*opened_.store, *desktop_, *desktop_});
+    auto& desktop = *desktop_;
+    ports_ = std::make_unique<Ports>(Ports{*opened_.store, desktop, desktop, desktop, desktop,
+                                           desktop, desktop, desktop, desktop});
     form_ = std::make_unique<frmMorvelle>(*ports_, state_);
     window_ = new MainWindow(*form_, WindowPlace(wxString::FromUTF8((folder_ / "place").string())));
     Bind(wxEVT_IDLE, &ProbeApp::OnIdle, this);

@@ -9,6 +9,10 @@
 #include "platform/command_line.h"
 #include "platform/desktop.h"
 #include "platform/dialogs_wx.h"
+#include "platform/file_dialogs_wx.h"
+#include "platform/printer_wx.h"
+#include "platform/progress_wx.h"
+#include "platform/system_shell.h"
 #include "ui/frm_morvelle.h"
 #include "view/french.h"
 #include "view/main_window.h"
@@ -19,15 +23,20 @@ namespace {
 
 /// What lives as long as the program does, in the order in which one needs the other.
 struct Desktop {
-  Desktop(std::unique_ptr<Environment> environmentUsed, std::unique_ptr<RegistryStore> storeUsed)
-      : environment(std::move(environmentUsed)),
-        store(std::move(storeUsed)),
-        ports{*store, dialogs, *environment},
+  explicit Desktop(OpenedDesktop openedDesktop)
+      : opened(std::move(openedDesktop)),
+        shell(MakeShell(dialogs, *opened.environment)),
+        ports{*opened.store,       dialogs,           *opened.environment,
+              fileDialogs,         printer,           progress,
+              *opened.addressBook, *opened.processes, *shell},
         form(ports, state) {}
 
-  std::unique_ptr<Environment> environment;
-  std::unique_ptr<RegistryStore> store;
+  OpenedDesktop opened;
   WxDialogs dialogs;
+  WxFileDialogs fileDialogs{dialogs};
+  WxPrinter printer{dialogs};
+  WxProgress progress;
+  std::unique_ptr<Shell> shell;
   Ports ports;
   ProgramState state;
   frmMorvelle form;
@@ -46,11 +55,17 @@ class MorvelleApp final : public wxApp {
       WxDialogs().ShowMessage(opened.error, kBoxStop, std::string(kAppTitle));
       return false;
     }
-    desktop_ = std::make_unique<Desktop>(std::move(opened.environment), std::move(opened.store));
+    desktop_ = std::make_unique<Desktop>(std::move(opened));
     auto* window = new MainWindow(desktop_->form);
     desktop_->dialogs.BeforeBox([window] { window->ShowChanges(); });
     window->Start();
     return true;
+  }
+
+  int OnExit() override {
+    // The help window is the toolkit's, and goes before it does.
+    if (desktop_) desktop_->shell.reset();
+    return wxApp::OnExit();
   }
 
  private:

@@ -7,9 +7,15 @@
 #include "core/identity.h"
 #include "core/registry_access.h"
 #include "core/rule_tables.h"
+#include "ports/address_book.h"
 #include "ports/dialogs.h"
 #include "ports/environment.h"
+#include "ports/file_dialogs.h"
+#include "ports/printer.h"
+#include "ports/processes.h"
+#include "ports/progress.h"
 #include "ports/registry_store.h"
+#include "ports/shell.h"
 
 namespace morvelle {
 
@@ -18,6 +24,13 @@ struct Ports {
   RegistryStore& store;
   Dialogs& dialogs;
   Environment& environment;
+  // Files and paper.
+  FileDialogs& fileDialogs;
+  Printer& printer;
+  Progress& progress;
+  AddressBook& addressBook;
+  Processes& processes;
+  Shell& shell;
 };
 
 /// What the whole program shares: one object, made once and handed down.

@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "platform/command_line.h"
+#include "ports/address_book.h"
 #include "ports/environment.h"
+#include "ports/processes.h"
 #include "ports/registry_store.h"
 
 /// What main.cpp asks of the system that it was built for: each system has its own file of these.
@@ -16,6 +18,8 @@ struct OpenedDesktop {
   /// Null when it cannot be opened; `error` is then the message, Windows-1252.
   std::unique_ptr<RegistryStore> store;
   std::string error;
+  std::unique_ptr<AddressBook> addressBook;
+  std::unique_ptr<Processes> processes;
 };
 
 /// The environment, and the registry that the command line asks for. `version` is the program's

@@ -4,12 +4,14 @@
 #include <utility>
 
 #include "app/messages/text.h"
+#include "platform/address_book_file.h"
 #include "platform/desktop.h"
 #include "platform/environment_posix.h"
 #include "platform/host_files.h"
 #include "platform/registry_hive.h"
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"
+#include "platform/system_processes.h"
 #include "platform/unicode.h"
 
 namespace morvelle {
@@ -43,6 +45,8 @@ OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& versio
     desktop.error = PathText(failure.path1()) + std::string(" : ne peut être ouvert ("_cp) +
                     FromUtf8(failure.code().message()).value_or("") + ")";
   }
+  desktop.addressBook = std::make_unique<FileAddressBook>();
+  desktop.processes = MakeProcesses();
   desktop.environment = std::move(environment);
   return desktop;
 }

@@ -5,22 +5,29 @@
 #include <chrono>
 #include <utility>
 
+#include "platform/address_book_file.h"
+#include "platform/address_book_win32.h"
 #include "platform/desktop.h"
 #include "platform/environment_win32.h"
 #include "platform/host_files.h"
 #include "platform/registry_regfile.h"
 #include "platform/registry_win32.h"
+#include "platform/system_processes.h"
 #include "platform/unicode.h"
 
 namespace morvelle {
 
 OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& /*version*/) {
   OpenedDesktop desktop;
+  desktop.processes = MakeProcesses();
   if (!line.file) {
+    desktop.addressBook = MakeWindowsAddressBook();
     desktop.environment = std::make_unique<Win32Environment>(std::nullopt);
     desktop.store = OpenWindowsRegistry();
     return desktop;
   }
+  // The book that belongs to a registry file is a file too.
+  desktop.addressBook = std::make_unique<FileAddressBook>();
   desktop.environment = std::make_unique<Win32Environment>(
       WindowsFolders{line.drives, line.profile, line.file->parent_path()});
   auto opened =

@@ -42,12 +42,6 @@ wxString TextOf(const std::string& text) {
   return ToWx(lines);
 }
 
-wxWindow* Owner() {
-  auto* window = wxGetActiveWindow();
-  auto* owner = window != nullptr ? wxGetTopLevelParent(window) : wxTheApp->GetTopWindow();
-  return owner != nullptr && owner->IsShown() ? owner : nullptr;
-}
-
 /// A box shows the icon of the window that it belongs to.
 void TakeIcon(wxDialog& dialog) {
   if (const auto* owner = dynamic_cast<wxTopLevelWindow*>(dialog.GetParent())) {
@@ -162,7 +156,7 @@ class InputBox {
 };
 
 InputBox::InputBox(const std::string& prompt, const std::string& title, const std::string& proposal)
-    : dialog_(Owner(), wxID_ANY, TextOf(title)) {
+    : dialog_(OwnerOfBox(), wxID_ANY, TextOf(title)) {
   TakeIcon(dialog_);
   const int gap = dialog_.FromDIP(kGap);
   auto* text = MakeText(&dialog_, TextOf(prompt));
@@ -222,9 +216,15 @@ std::optional<std::string> InputBox::Ask() {
 
 }  // namespace
 
+wxWindow* OwnerOfBox() {
+  auto* window = wxGetActiveWindow();
+  auto* owner = window != nullptr ? wxGetTopLevelParent(window) : wxTheApp->GetTopWindow();
+  return owner != nullptr && owner->IsShown() ? owner : nullptr;
+}
+
 Button WxDialogs::ShowMessage(const std::string& prompt, int style, const std::string& title) {
-  if (beforeBox_) beforeBox_();
-  wxDialog dialog(Owner(), wxID_ANY, TextOf(title));
+  PrepareBox();
+  wxDialog dialog(OwnerOfBox(), wxID_ANY, TextOf(title));
   TakeIcon(dialog);
   const int gap = dialog.FromDIP(kGap);
   auto* message = new wxBoxSizer(wxHORIZONTAL);
@@ -249,7 +249,7 @@ Button WxDialogs::ShowMessage(const std::string& prompt, int style, const std::s
 
 std::optional<std::string> WxDialogs::AskText(const std::string& prompt, const std::string& title,
                                               const std::string& proposal) {
-  if (beforeBox_) beforeBox_();
+  PrepareBox();
   return InputBox(prompt, title, proposal).Ask();
 }
 

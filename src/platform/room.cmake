@@ -1,7 +1,9 @@
 # What touches the system itself, one file per system.
 if(WIN32)
   set(platform_system_sources
+    platform/address_book_win32.cpp
     platform/desktop_win32.cpp platform/environment_win32.cpp platform/host_files_win32.cpp
+    platform/processes_win32.cpp
     platform/registry_win32.cpp)
 else()
   include(${PROJECT_SOURCE_DIR}/cmake/MorvelleHivex.cmake)
@@ -12,11 +14,15 @@ else()
     platform/hive_reader.cpp
     platform/hive_writer.cpp
     platform/host_files_posix.cpp
+    platform/processes_posix.cpp
     platform/registry_hive.cpp)
 endif()
 
 morvelle_room(platform
   SOURCES
+    platform/address_book_file.cpp
+    platform/book_csv.cpp
+    platform/book_formats.cpp
     platform/command_line.cpp
     platform/edited_file.cpp
     platform/reg_file_reader.cpp
@@ -33,7 +39,7 @@ morvelle_room(platform
     ${platform_system_sources}
   USES messages)
 if(WIN32)
-  target_link_libraries(morvelle_platform PRIVATE version)
+  target_link_libraries(morvelle_platform PRIVATE version psapi)
 else()
   target_link_libraries(morvelle_platform PRIVATE PkgConfig::HIVEX)
 endif()

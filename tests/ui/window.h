@@ -13,10 +13,16 @@
 #include "app/messages/text.h"
 #include "app/program.h"
 #include "samples/dbx_builder.h"
+#include "tests/support/fake_address_book.h"
 #include "tests/support/fake_environment.h"
+#include "tests/support/fake_printer.h"
+#include "tests/support/fake_processes.h"
+#include "tests/support/fake_progress.h"
 #include "tests/support/fake_registry.h"
+#include "tests/support/fake_shell.h"
 #include "tests/support/rule_set.h"
 #include "tests/support/scripted_dialogs.h"
+#include "tests/support/scripted_file_dialogs.h"
 #include "tests/support/temp_folder.h"
 #include "ui/frm_morvelle.h"
 
@@ -136,7 +142,14 @@ struct Window : testing::Test {
   FakeEnvironment environment{folder.Path()};
   FakeRegistry store;
   ScriptedDialogs dialogs;
-  Ports ports{store, dialogs, environment};
+  ScriptedFileDialogs fileDialogs;
+  FakePrinter printer;
+  FakeProgress progress;
+  FakeAddressBook addressBook;
+  FakeProcesses processes;
+  FakeShell shell;
+  Ports ports{store,    dialogs,     environment, fileDialogs, printer,
+              progress, addressBook, processes,   shell};
   ProgramState state;
   RuleSet rules{store};
   std::unique_ptr<frmMorvelle> form;

@@ -9,11 +9,17 @@
 #include <vector>
 
 #include "app/messages/text.h"
+#include "platform/address_book_file.h"
 #include "platform/dialogs_wx.h"
 #include "platform/environment_posix.h"
+#include "platform/file_dialogs_wx.h"
 #include "platform/host_files.h"
+#include "platform/printer_wx.h"
+#include "platform/progress_wx.h"
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"
+#include "tests/support/fake_processes.h"
+#include "tests/support/fake_shell.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/window_driver.h"
 #include "view/main_window.h"
@@ -34,7 +40,8 @@ class SampleIdentityTest : public testing::Test {
         std::make_unique<PosixEnvironment>(WindowsFolders{{}, {}, file_.parent_path()}, "0.0.0.0");
     opened_ = OpenRegFile(file_, MakeHostFiles(), std::chrono::system_clock::now);
     ASSERT_NE(opened_.store, nullptr) << opened_.error;
-    ports_ = std::make_unique<Ports>(Ports{*opened_.store, boxes_, *environment_});
+    ports_ = std::make_unique<Ports>(Ports{*opened_.store, boxes_, *environment_, fileDialogs_,
+                                           printer_, progress_, book_, processes_, shell_});
     form_ = std::make_unique<frmMorvelle>(*ports_, state_);
     window_ = new MainWindow(*form_, WindowPlace(wxString((folder_ / "place").string())));
     boxes_.BeforeBox([this] { window_->ShowChanges(); });
@@ -75,6 +82,12 @@ class SampleIdentityTest : public testing::Test {
   std::unique_ptr<PosixEnvironment> environment_;
   OpenedStore opened_;
   WxDialogs boxes_;
+  WxFileDialogs fileDialogs_{boxes_};
+  WxPrinter printer_{boxes_};
+  WxProgress progress_;
+  FileAddressBook book_;
+  FakeProcesses processes_;
+  FakeShell shell_;
   std::unique_ptr<Ports> ports_;
   ProgramState state_;
   std::unique_ptr<frmMorvelle> form_;

@@ -8,8 +8,14 @@
 
 #include "app/messages/text.h"
 #include "platform/dialogs_wx.h"
+#include "platform/file_dialogs_wx.h"
+#include "platform/printer_wx.h"
+#include "platform/progress_wx.h"
+#include "tests/support/fake_address_book.h"
 #include "tests/support/fake_environment.h"
+#include "tests/support/fake_processes.h"
 #include "tests/support/fake_registry.h"
+#include "tests/support/fake_shell.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/window_driver.h"
 #include "view/main_window.h"
@@ -83,7 +89,14 @@ class WindowTest : public testing::Test {
   FakeRegistry registry;
   WxDialogs boxes;
   FakeEnvironment environment{folder.Path()};
-  Ports ports{registry, boxes, environment};
+  WxFileDialogs fileDialogs{boxes};
+  WxPrinter printer{boxes};
+  WxProgress progress;
+  FakeAddressBook addressBook;
+  FakeProcesses processes;
+  FakeShell shell;
+  Ports ports{registry, boxes,       environment, fileDialogs, printer,
+              progress, addressBook, processes,   shell};
   ProgramState state;
   frmMorvelle form{ports, state};
   /// Null once the window is gone.

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ports/address_book.h"
+
+namespace morvelle {
+
+/// An address book that is a text file: see ReadBook for what it may be.
+class FileAddressBook final : public AddressBook {
+ public:
+  bool Open(const std::filesystem::path& file, BookHandle& book) override;
+  std::int32_t NumEntries(BookHandle& book) override;
+  void GetEntries(BookHandle& book, std::span<EntryId> ids) override;
+  bool GetString(BookHandle& book, EntryId entry, std::uint32_t property,
+                 std::span<char> buffer) override;
+  void FreeEntries(BookHandle& book, std::span<EntryId> ids) override;
+  void Close(BookHandle& book) override;
+
+ private:
+  std::vector<std::string> addresses_;
+};
+
+}  // namespace morvelle

@@ -1,0 +1,79 @@
+#include <wx/app.h>
+#include <wx/config.h>
+#include <wx/html/helpctrl.h>
+#include <wx/html/helpfrm.h>
+#include <wx/utils.h>
+
+#include <memory>
+#include <string>
+
+#include "app/messages/messages.h"
+#include "app/messages/text.h"
+#include "platform/system_shell.h"
+
+namespace morvelle {
+
+namespace {
+
+/// Shipped beside the program: `bin/morvelle` and `share/morvelle/aide/`.
+std::filesystem::path ShippedManual(const Environment& environment) {
+  return environment.ProgramFile().parent_path().parent_path() / "share" / "morvelle" / "aide" /
+         "morvelle.hhp";
+}
+
+/// The system's own programs through wxWidgets, and the manual in a window of our own.
+class WxShell final : public Shell {
+ public:
+  WxShell(Dialogs& dialogs, std::filesystem::path manual)
+      : messages_(dialogs), manual_(std::move(manual)) {}
+
+  void OpenFolder(const std::filesystem::path& folder) override {
+    if (!Messages::FolderExists(folder) ||
+        !wxLaunchDefaultApplication(wxString::FromUTF8(folder.string()))) {
+      messages_.FileDoesNotExist(folder);
+    }
+  }
+
+  void OpenLink(const std::string& address) override {
+    if (!wxLaunchDefaultBrowser(wxString::FromUTF8(ToUtf8(address)))) {
+      messages_.Msg(std::string("Aucun navigateur n'a pu ouvrir "_cp) + address, kBoxExclamation);
+    }
+  }
+
+  void ShowHelp(const std::filesystem::path& /*helpFile*/, const std::string& page) override {
+    if (!controller_ && !OpenManual()) {
+      messages_.FileDoesNotExist(manual_);
+      return;
+    }
+    if (page.empty()) {
+      controller_->DisplayContents();
+    } else {
+      controller_->Display(wxString::FromUTF8(page));
+    }
+  }
+
+ private:
+  bool OpenManual() {
+    auto controller =
+        std::make_unique<wxHtmlHelpController>(wxHF_DEFAULT_STYLE & ~wxHF_MERGE_BOOKS);
+    if (!messages_.FileExists(manual_) ||
+        !controller->AddBook(wxFileName(wxString::FromUTF8(manual_.string())))) {
+      return false;
+    }
+    controller->SetTitleFormat("%s");
+    controller_ = std::move(controller);
+    return true;
+  }
+
+  Messages messages_;
+  std::filesystem::path manual_;
+  std::unique_ptr<wxHtmlHelpController> controller_;
+};
+
+}  // namespace
+
+std::unique_ptr<Shell> MakeShell(Dialogs& dialogs, const Environment& environment) {
+  return std::make_unique<WxShell>(dialogs, ShippedManual(environment));
+}
+
+}  // namespace morvelle
