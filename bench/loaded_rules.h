@@ -16,7 +16,8 @@ class LoadedRules {
   explicit LoadedRules(const std::filesystem::path& file)
       : desktop_(file.parent_path()),
         opened_(OpenRegFile(file, MakeHostFiles(), std::chrono::system_clock::now)),
-        ports_{Store(), desktop_, desktop_, desktop_, desktop_, desktop_},
+        ports_{Store(),  desktop_, desktop_, desktop_, desktop_,
+               desktop_, desktop_, desktop_, desktop_},
         form_(ports_, state_) {
     form_.Form_Load();
     if (state_.tables.RuleCount == 0) throw std::runtime_error("no rule was loaded");
