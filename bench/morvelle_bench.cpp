@@ -10,6 +10,7 @@
 
 #include "bench/loaded_rules.h"
 #include "bench/rule_set.h"
+#include "bench/whitelist_bench.h"
 
 /// The program at its limit: 4096 rules of four word lists of eight words and one action. Every
 /// figure is set against another one of the same run.
@@ -167,6 +168,7 @@ void RegisterAll(const std::string& program, const std::filesystem::path& file) 
         ->Iterations(5)
         ->UseManualTime();
   }
+  RegisterWhitelist(file.parent_path());
   // Last, for it changes the file.
   benchmark::RegisterBenchmark("SaveOneRule", SaveOneRule, file)
       ->Unit(kMillisecond)
@@ -187,6 +189,8 @@ int Main(int argc, char** argv) {
   keeper.PrintRatio("loading / iconv on the same file", "Load", "Iconv", 2);
   keeper.PrintFigure("memory taken by loading / size of the file", "Memory", 4);
   keeper.PrintRatio("saving one rule / loading", "SaveOneRule", "Load", 1);
+  keeper.PrintRatio("merging a whitelist / sort -f -u on the same lines", "MergeWhitelist",
+                    "SortLines", 3);
   keeper.PrintDifference("window on the rule set, seconds later than on the sample",
                          "WindowOnRuleSet", "WindowOnSample", 0.5);
   return EXIT_SUCCESS;

@@ -6,6 +6,14 @@
 
 namespace morvelle {
 
+namespace {
+
+constexpr std::string_view kRefusedInNames = "\\/:*?\"<>|";
+/// The blank, the tabulator and the blank that does not break.
+constexpr std::string_view kBlanks = " \t\xA0";
+
+}  // namespace
+
 FreeRuleIds::FreeRuleIds(const RuleTables& tables, RegistryAccess& registry,
                          const std::string& mailKey) {
   for (int row = 0; row < tables.RuleCount; ++row) {
@@ -40,6 +48,18 @@ std::string UsualRuleId(const RuleTables& tables) {
     if (used.count(LowerCase(id)) == 0) return id;
   }
   return ThreeDigitId(tables.RuleCount);
+}
+
+NameFault FaultOfName(const RuleTables& tables, std::string_view name, int ownRow) {
+  if (name.find_first_of(kRefusedInNames) != std::string_view::npos ||
+      name.find_first_not_of(kBlanks) == std::string_view::npos) {
+    return NameFault::Characters;
+  }
+  if (EqualIgnoringCase(name, kBookRule)) return NameFault::Reserved;
+  for (int row = 0; row < tables.RuleCount; ++row) {
+    if (row != ownRow && EqualIgnoringCase(tables.RuleAt(row).Name, name)) return NameFault::Used;
+  }
+  return NameFault::None;
 }
 
 std::int16_t AddRow(RuleTables& tables, const std::string& id, std::string_view name) {

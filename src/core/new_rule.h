@@ -42,6 +42,18 @@ class FreeRuleIds {
 /// a row.
 std::string UsualRuleId(const RuleTables& tables);
 
+/// What is wrong with a name that a rule is to have. The user's choices only: what is stored may be
+/// named as it likes.
+enum class NameFault { None, Characters, Reserved, Used };
+
+/// The rule that holds the address book.
+inline constexpr std::string_view kBookRule = "Carnet d'adresses";
+
+/// The first fault of a name for a new rule, or for the rule of `ownRow`: characters that a file
+/// name cannot have or blanks only, the address-book rule's name, another rule's name. Letter case
+/// is ignored.
+NameFault FaultOfName(const RuleTables& tables, std::string_view name, int ownRow = -1);
+
 /// Adds a row at the end of the tables and of the order, which is made anew from the rows: an
 /// active rule of version 0, without action or criterion, that the store does not know. Returns the
 /// row; error 6 beyond what a row number holds.

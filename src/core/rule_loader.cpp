@@ -101,7 +101,8 @@ void RuleLoader::MailFromBdR() {
       FinishEmpty();
       return;
     }
-    ArrangeRows(IdsOfOrder(mail.Order));
+    // A rule that the order names twice is one rule: two rows of it would overwrite each other.
+    ArrangeRows(EachIdOnce(IdsOfOrder(mail.Order)));
     tables_.Mail = std::move(mail);
     display_.EnableMnu();
     registry_.Damage().Reset();

@@ -1,5 +1,7 @@
 #include "core/rule_tables.h"
 
+#include <unordered_set>
+
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 
@@ -77,6 +79,16 @@ std::vector<std::string> IdsOfOrder(std::string_view order) {
   ids.reserve(count);
   for (std::size_t k = 0; k < count; ++k) ids.emplace_back(order.substr(4 * k, 3));
   return ids;
+}
+
+std::vector<std::string> EachIdOnce(const std::vector<std::string>& ids) {
+  std::vector<std::string> once;
+  once.reserve(ids.size());
+  std::unordered_set<std::string> seen;
+  for (const auto& id : ids) {
+    if (seen.insert(LowerCase(id)).second) once.push_back(id);
+  }
+  return once;
 }
 
 std::string JoinIds(const std::vector<std::string>& ids) {

@@ -111,6 +111,8 @@ struct RuleTables {
 
 /// The ids of an "Order" value: three characters at every fourth, whatever stands between them.
 std::vector<std::string> IdsOfOrder(std::string_view order);
+/// The ids without those that stand further ahead already, letter case ignored.
+std::vector<std::string> EachIdOnce(const std::vector<std::string>& ids);
 std::string JoinIds(const std::vector<std::string>& ids);
 
 }  // namespace morvelle

@@ -15,8 +15,6 @@ namespace {
 
 constexpr std::string_view kTooManyEntries =
     "Cette règle ne peut être enregistrée : elle compterait plus de 12 critères ou actions"_cp;
-constexpr std::string_view kBadId =
-    "Cette règle ne peut être enregistrée : son numéro n'est pas valable"_cp;
 
 std::size_t Index(int row) { return static_cast<std::size_t>(row); }
 
@@ -78,7 +76,7 @@ PlannedRule RuleWriter::PlanRule(int row, SaveFlags flags) {
     PlannedRule planned(row, registry_);
     const auto& rule = tables_.RuleAt(row);
     if (!IsThreeDigitId(rule.Id)) {
-      planned.refusal = kBadId;
+      planned.refusal = kBadRuleId;
     } else if (rule.overfull) {
       planned.refusal = kTooManyEntries;
     } else {
@@ -321,24 +319,60 @@ RegistryStatus RuleWriter::MailTopToBdR() {
   });
 }
 
-std::string SettledOrder(const std::vector<std::string>& lines, const RuleTables& tables) {
-  std::unordered_map<std::string, int> rows;
-  for (int row = 0; row < tables.RuleCount; ++row) {
-    rows.emplace(LowerCase(tables.RuleAt(row).Id), row);
-  }
+RegistryStatus RuleWriter::NameToBdR(int row, const std::string& name) {
+  return Trap(registry_.Boxes().Boxes(), "NameToBdR", [&] {
+    const auto key = mailKey_ + tables_.RuleAt(row).Id;
+    // A name alone makes no rule: the key of one that is gone is not made again.
+    if (!KeyExists(key)) return kStatusNotFound;
+    WritePlan plan(registry_);
+    PlanVersion(plan);
+    plan.SetValue(key, "Name", ValueKind::String, name);
+    return plan.Apply();
+  });
+}
+
+RegistryStatus RuleWriter::DeleteRule(int row) {
+  return Trap(registry_.Boxes().Boxes(), "DeleteRule", [&] {
+    const auto& id = tables_.RuleAt(row).Id;
+    WritePlan plan(registry_);
+    // Another id is no rule's: three characters of a damaged order may lead anywhere.
+    if (IsThreeDigitId(id)) plan.DeleteKey(mailKey_ + id);
+    return plan.Apply();
+  });
+}
+
+RegistryStatus RuleWriter::DeleteOrder() {
+  return Trap(registry_.Boxes().Boxes(), "DeleteOrder", [&] {
+    WritePlan plan(registry_);
+    PlanVersion(plan);
+    plan.DeleteValue(mailKey_, "Order");
+    return plan.Apply();
+  });
+}
+
+std::string IdOfLine(const std::string& line) {
+  const bool marked =
+      line.size() >= 2 && (line[0] == '*' || line[0] == ' ') && (line[1] == ' ' || line[1] == '\t');
+  return line.substr(marked ? 2 : 0, 3);
+}
+
+std::string SettledOrder(const std::vector<std::string>& lines, const RuleTables& tables,
+                         std::string_view without) {
+  // An arrangement may have pushed rules out of the rows: what was loaded stands in the order too.
+  auto former = IdsOfOrder(tables.Mail.Order);
+  for (int row = 0; row < tables.RuleCount; ++row) former.push_back(tables.RuleAt(row).Id);
+  std::unordered_map<std::string, std::string> left;
+  for (const auto& id : former) left.emplace(LowerCase(id), id);
+  left.erase(LowerCase(without));
   std::vector<std::string> ids;
   const auto take = [&](const std::string& id) {
-    const auto found = rows.find(LowerCase(id));
-    if (found == rows.end()) return;
-    ids.push_back(tables.RuleAt(found->second).Id);
-    rows.erase(found);
+    const auto found = left.find(LowerCase(id));
+    if (found == left.end()) return;
+    ids.push_back(std::move(found->second));
+    left.erase(found);
   };
-  for (const auto& line : lines) {
-    const bool marked = line.size() >= 2 && (line[0] == '*' || line[0] == ' ') &&
-                        (line[1] == ' ' || line[1] == '\t');
-    take(line.substr(marked ? 2 : 0, 3));
-  }
-  for (int row = 0; row < tables.RuleCount; ++row) take(tables.RuleAt(row).Id);
+  for (const auto& line : lines) take(IdOfLine(line));
+  for (const auto& id : former) take(id);
   return JoinIds(ids);
 }
 

@@ -2,8 +2,10 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "app/messages/text.h"
 #include "core/deleted_items.h"
 #include "core/editing_state.h"
 #include "core/registry_access.h"
@@ -12,6 +14,10 @@
 #include "core/write_plan.h"
 
 namespace morvelle {
+
+/// Said where a rule stands under an id that cannot be written.
+inline constexpr std::string_view kBadRuleId =
+    "Cette règle ne peut être enregistrée : son numéro n'est pas valable"_cp;
 
 /// What a save of a rule takes into account.
 struct SaveFlags {
@@ -61,6 +67,13 @@ class RuleWriter {
   /// Writes Mail.Order. The order is pending no more once the command's batch is stored: that is
   /// for the caller to note.
   RegistryStatus MailTopToBdR();
+  /// Takes the order of an empty rule set away.
+  RegistryStatus DeleteOrder();
+
+  /// Writes a rule's name and nothing else of it; status 2 when its key is gone.
+  RegistryStatus NameToBdR(int row, const std::string& name);
+  /// Deletes a rule's key; one that is gone already counts as deleted. The order is left alone.
+  RegistryStatus DeleteRule(int row);
 
  private:
   /// A criterion of the rule as it will be: where it lies now, and which slot it comes from.
@@ -96,9 +109,13 @@ class RuleWriter {
   DeletedItemsSource& deletedItems_;
 };
 
-/// The order to be written, from the lines of the rule list: the id of a line stands after its
-/// two-character marker, or at its start. Repeats are dropped, loaded rules that are missing follow
-/// in their former order.
-std::string SettledOrder(const std::vector<std::string>& lines, const RuleTables& tables);
+/// The id that a line of the rule list names: it stands after the two-character marker, or at the
+/// start of a line that has none.
+std::string IdOfLine(const std::string& line);
+
+/// The order to be written, from the lines of the rule list. Repeats are dropped, loaded rules that
+/// are missing follow in their former order; the rule `without` is left out.
+std::string SettledOrder(const std::vector<std::string>& lines, const RuleTables& tables,
+                         std::string_view without = {});
 
 }  // namespace morvelle

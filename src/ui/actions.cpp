@@ -57,6 +57,7 @@ void frmMorvelle::OpenRule(int row, bool modified) {
   EnableMnuFiles(false);
   InitMod(modified);
   Menu("mnuOptions").SetEnabled(true);
+  txtBox[nCurList].SetFocus();
 }
 
 void frmMorvelle::FillSlots() {
@@ -179,25 +180,32 @@ void frmMorvelle::ForgetOpenRule() {
   editing_.openRuleIsNew = false;
   editing_.logicChosen = false;
   tables_.WordCount.fill(0);
+  if (fraMerge.Visible()) EnableMerge(false);
+  lstCrit.Clear();
+}
+
+void frmMorvelle::ClearEditor() {
+  const Filling filling(*this);
+  for (auto& filter : chkFilter) filter.SetChecked(false);
+  chkEnabled.SetChecked(false);
+  chkEnabled.SetEnabled(false);
+  SelectAction(-1);
+  lstAct.SetItem(kMoveItem, kMoveToDeletedItems);
+  for (std::size_t s = 0; s < kSlotCount; ++s) {
+    lstBox[s].Clear();
+    txtBox[s].SetText("");
+    txtCop[s].SetText("");
+    lblNb[s].SetCaption("");
+  }
+  ForgetOpenRule();
+  statBar.SetPanel(9, "");
 }
 
 void frmMorvelle::ClearMod() {
   Ending("ClearMod", [&] {
     const Filling filling(*this);
-    for (auto& filter : chkFilter) filter.SetChecked(false);
-    chkEnabled.SetChecked(false);
-    chkEnabled.SetEnabled(false);
-    SelectAction(-1);
-    lstAct.SetItem(kMoveItem, kMoveToDeletedItems);
+    ClearEditor();
     if (tables_.RuleCount > 0 && lstRules.ListIndex() >= 1) lstRules.SetListIndex(0);
-    for (std::size_t s = 0; s < kSlotCount; ++s) {
-      lstBox[s].Clear();
-      txtBox[s].SetText("");
-      txtCop[s].SetText("");
-      lblNb[s].SetCaption("");
-    }
-    ForgetOpenRule();
-    statBar.SetPanel(9, "");
     Menu("mnuRegOrder").SetEnabled(false);
     EnableCmdEA(false, false);
     Menu("mnuChange").SetEnabled(true);
@@ -213,6 +221,13 @@ void frmMorvelle::ClearMod() {
       EnableImports();
     }
   });
+}
+
+void frmMorvelle::CloseRule() {
+  fraMerge.SetVisible(false);
+  // Without an open rule the tables say what the store says: a damaged one is not reported again.
+  if (!editing_.openRuleId.empty()) ClearMod();
+  EnableAll(false);
 }
 
 void frmMorvelle::FillListBox(int slot, const std::string& criteriaKey) {

@@ -56,6 +56,7 @@ frmMorvelle::frmMorvelle(Ports& ports, ProgramState& state)
       txtMerge("txtMerge", &fraMerge),
       cmdFileToMerge("cmdFileToMerge", &fraMerge, "Parcourir ..."),
       statBar("statBar", &form),
+      aboutBox(ports, state),
       ports_(ports),
       state_(state),
       tables_(state.tables),
@@ -213,6 +214,10 @@ void frmMorvelle::ConnectMenus() {
   Menu("mnuQuit").onClick = [this] { mnuQuit_Click(); };
   RuleMenu("mnuMod").onClick = [this](int index) { mnuMod_Click(index); };
   ConnectOptions();
+  ConnectLifecycle();
+  ConnectOrder();
+  ConnectFiles();
+  ConnectTools();
 }
 
 void frmMorvelle::Form_Load() {

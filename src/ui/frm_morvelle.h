@@ -3,6 +3,7 @@
 #include <array>
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,7 +16,13 @@
 #include "core/rule_loader.h"
 #include "core/rule_writer.h"
 #include "core/word_lists.h"
+#include "files/file_choice.h"
+#include "files/line_sink.h"
+#include "files/prefilter_file.h"
+#include "files/rule_export.h"
+#include "files/rule_file_reader.h"
 #include "ui/controls.h"
+#include "ui/frm_version.h"
 
 namespace morvelle {
 
@@ -131,6 +138,13 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   // --- Criteria options --------------------------------------------------------------------------
   void InitOptions();
 
+  // --- Address book, tools and help --------------------------------------------------------------
+  frmVersion aboutBox;
+  /// Told by the view: shows the about box.
+  Handler onAbout;
+  void EnableWab(bool known) override;
+  void ShowWhiteListK9(bool shown) override;
+
   // --- Opening and leaving a rule ----------------------------------------------------------------
   void InitMod(bool changed);
   void ClearMod();
@@ -234,8 +248,51 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void SelectAction(int item);
   void TakeOverLogic();
   void ForgetOpenRule();
+  /// Opens the rule of a row that the store does not know yet, as modified, and remembers it, with
+  /// the words of the word tables, as it was created.
+  void OpenNewRule(int row);
+  void RestoreNewRule();
+  /// Empties the editing controls; nothing is read again.
+  void ClearEditor();
+  /// Leaves the rule that is open, if any, once its changes have been given up.
+  void CloseRule();
+
+  // address_book.cpp
+  void mnuAddBook_Click();
+  void mnuChangeBook_Click();
+  void mnuAutoUpdateBook_Click();
+  void mnuWhiteListK9_Click();
+  /// Makes the address-book rule and opens it.
+  void AddRuleFromWab();
+  /// Puts the book's addresses into the address-book rule that there is, and opens it.
+  void ChangeBook();
+  /// Leaves the rule that is open; its changes have been given up.
+  void LeaveForBook();
+  /// Makes the words those of the sender list, and shows them.
+  void ShowBookWords(std::vector<std::string> words);
+
+  // tools.cpp
+  void ConnectTools();
+  void mnuStore_Click();
+  void mnuWab_Click();
+  void mnufiles_Click();
+  void mnuSilent_Click();
+  void mnuHelp_Click();
+  void mnuPropos_Click();
+  /// The page of the manual that tells about what the window shows.
+  [[nodiscard]] std::string HelpPage() const;
 
   // rule_lifecycle.cpp
+  void ConnectLifecycle();
+  void mnuAdd_Click();
+  void mnuDel_Click(int index);
+  RegistryStatus DelMailOrder_Click(int row);
+  void mnuRen_Click(int index);
+  /// Asks for a rule's name until it can be used; nothing when the user gives up.
+  [[nodiscard]] std::optional<std::string> AskNewName();
+  [[nodiscard]] std::optional<std::string> AskOtherName(int row);
+  [[nodiscard]] bool DeleteRule(int row);
+  [[nodiscard]] bool RenameRule(int row, const std::string& name);
   [[nodiscard]] bool AgreesToDrop();
   [[nodiscard]] bool MayLeave();
   void mnuRegContent_Click();
@@ -244,7 +301,58 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   [[nodiscard]] bool SaveOpenRule(bool withOrder);
   [[nodiscard]] bool WriteOpenRule(bool withOrder);
   [[nodiscard]] bool SaveOrder();
+  /// Reads the rule set again; the line that is current stays so with its rule.
+  void Reload();
   void mnuQuit_Click();
+
+  // --- Files and paper ---
+  // rule_files.cpp
+  void ConnectFiles();
+  [[nodiscard]] FileChoice Files();
+  void mnuWhatRuleToFile_Click(int index);
+  void mnuAllRulesToFile_Click();
+  void MailToFile(bool OneRule, int row);
+  void ImportRules(const char* procedure, RuleFileKind kind);
+  void TellLeftOut(const RuleExport& writers);
+  // printing.cpp
+  void mnuWhatRuleToPrint_Click(int index);
+  void mnuPrintAllRules_Click();
+  void PrintRules(bool OneRule, int row);
+  // signatures.cpp
+  void mnuExpSign_Click();
+  void mnuImpSign_Click();
+  // prefilters.cpp
+  void chkFilter_Click(int i);
+  void cmdFilters_Click();
+  [[nodiscard]] std::filesystem::path PrefilterFile(std::size_t i) const;
+  [[nodiscard]] SlotWords CheckedPrefilters();
+  /// What stands in the list boxes becomes the content of the word tables.
+  void TakeOverLists();
+  /// Whether the lists of the word tables would stay countable; says so when they would not.
+  [[nodiscard]] bool HasRoomFor(const SlotWords& words);
+  void AddWords(const SlotWords& words);
+  /// The word tables were added to: the rule is shown with them, as modified.
+  void ShowAddedWords();
+  // merge.cpp
+  void mnuMerge_Click(int index);
+  void ShowMerge();
+  void cmdFileToMerge_Click();
+  [[nodiscard]] bool CanJoin(const RuleBlock& other);
+  void JoinRule(const RuleBlock& other);
+
+  // rule_order.cpp
+  void ConnectOrder();
+  void mnuChangeOrder_Click();
+  void mnuArrange_Click();
+  void ArrangeRules();
+  void picUp_Click();
+  void picDown_Click();
+  void cmdCancel_Click();
+  void StartOrdering();
+  void OrderEdited();
+  void SwapLines(int upper);
+  [[nodiscard]] std::string CurrentRule() const;
+  void MakeCurrent(const std::string& id);
 
   Ports& ports_;
   ProgramState& state_;
@@ -261,6 +369,22 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   std::map<std::string_view, MenuItem*> menus_;
   std::vector<MenuArray*> ruleMenus_;
   std::map<std::string_view, Control*> controls_;
+
+  /// A rule that the store does not know, as it was when it was opened.
+  struct CreatedRule {
+    RuleRecord rule;
+    std::uint8_t actions = 0;
+    std::uint8_t criteria = 0;
+    std::array<CriterionRecord, kSlotCount> slots;
+    std::array<std::vector<std::string>, kSlotCount> words;
+  };
+  CreatedRule created_;
+
+  /// Checked state of the five prefilters, as the handlers see it.
+  std::array<bool, 5> abFilter{};
+  /// Name of the user's own prefilter file, and where it lies.
+  std::string sCustomFilter;
+  std::filesystem::path customFilterFile_;
 
   bool bFilling = false;
   bool bFromList = false;

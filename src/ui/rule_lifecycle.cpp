@@ -71,6 +71,7 @@ bool frmMorvelle::SaveOrder() {
   tables_.Mail.Order = SettledOrder(lstRules.Items(), tables_);
   if (batch.Commit(writer_.MailTopToBdR())) {
     editing_.bOrderChanged = false;
+    editing_.modes.arranging = false;
     return true;
   }
   tables_.Mail.Order = orderBefore;
@@ -96,7 +97,7 @@ void frmMorvelle::mnuRegContent_Click() {
     Menu("mnuAutoUpdateBook").SetEnabled(true);
     ChangeContent(false);
     EnableAll(false);
-    loader_.MailFromBdR();
+    Reload();
   });
 }
 
@@ -110,7 +111,7 @@ void frmMorvelle::mnuRegOrder_Click() {
     if (bFilling || !SaveOrder()) return;
     Menu("mnuOptions").SetEnabled(false);
     Menu("mnuRegOrder").SetEnabled(false);
-    loader_.MailFromBdR();
+    Reload();
   });
 }
 
@@ -124,9 +125,15 @@ void frmMorvelle::OkForAll() {
     if (!SaveOpenRule(true)) return;
     ChangeContent(false);
     EnableAll(false);
-    loader_.MailFromBdR();
+    Reload();
     ShowBookMenus();
   });
+}
+
+void frmMorvelle::Reload() {
+  const auto id = CurrentRule();
+  loader_.MailFromBdR();
+  MakeCurrent(id);
 }
 
 bool frmMorvelle::Form_QueryUnload() {

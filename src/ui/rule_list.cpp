@@ -1,14 +1,9 @@
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
+#include "core/new_rule.h"
 #include "ui/frm_morvelle.h"
 
 namespace morvelle {
-
-namespace {
-
-constexpr std::string_view kBookRule = "Carnet d'adresses";
-
-}  // namespace
 
 bool frmMorvelle::IsActive(int row) const { return ToLongOrZero(tables_.RuleAt(row).Enabled) == 1; }
 

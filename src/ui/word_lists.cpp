@@ -185,8 +185,14 @@ void frmMorvelle::cmdRestore_Click() {
   Continuing("cmdRestore_Click", [&] {
     const auto id = editing_.openRuleId;
     if (id.empty()) return;
+    if (editing_.openRuleIsNew) {
+      RestoreNewRule();
+      return;
+    }
+    const bool merging = fraMerge.Visible();
     ClearMod();
     OpenStoredRule(id);
+    if (merging) ShowMerge();
   });
 }
 

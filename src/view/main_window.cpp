@@ -1,5 +1,6 @@
 #include "view/main_window.h"
 
+#include "view/about_window.h"
 #include "view/pictures.h"
 #include "view/wx_text.h"
 
@@ -35,6 +36,7 @@ MainWindow::MainWindow(frmMorvelle& form, WindowPlace place)
   mirror_.Flush();
   wantedPlace_ = place_.Restore(*this, kUsualSize);
   form_.onClose = [this] { CloseAtOnce(); };
+  form_.onAbout = [this] { ShowAboutBox(*this, form_.aboutBox); };
   Bind(wxEVT_CLOSE_WINDOW, &MainWindow::OnClose, this);
 }
 

@@ -22,7 +22,10 @@ class MainWindow final : public wxFrame {
 
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
-  ~MainWindow() override { form_.onClose = nullptr; }
+  ~MainWindow() override {
+    form_.onClose = nullptr;
+    form_.onAbout = nullptr;
+  }
 
   /// Shows the window; as soon as it is on the screen the form's load event is raised.
   void Start();

@@ -1,0 +1,41 @@
+#include "files/line_sink.h"
+
+#include <algorithm>
+
+#include "app/messages/text.h"
+
+namespace morvelle {
+
+namespace {
+
+constexpr char kStandIn = "·"_cp[0];
+
+/// Control characters, the bytes of Windows-1252 without a character among them.
+bool IsPrintable(char character) {
+  const auto unit = CodeUnitOf(character);
+  return unit >= 0x20 && (unit < 0x7F || unit >= 0xA0);
+}
+
+}  // namespace
+
+void LineSink::Line(int indent, std::string_view text) {
+  if (!OnPaper()) {
+    text_ += text;
+    text_ += "\r\n";
+    return;
+  }
+  auto& line = lines_.emplace_back(static_cast<std::size_t>(indent), ' ');
+  line += text;
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return !IsPrintable(c); }, kStandIn);
+}
+
+void LineSink::Marker(std::string_view marker) {
+  if (!OnPaper()) Line(0, marker);
+}
+
+void LineSink::Gap() {
+  if (OnPaper()) lines_.emplace_back();
+}
+
+}  // namespace morvelle

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/rule_tables.h"
+
+namespace morvelle {
+
+/// The two kinds of rule files: `.roe` and `.moe`.
+enum class RuleFileKind { OneRule, AllRules };
+
+/// "roe" or "moe".
+std::string ExtensionOf(RuleFileKind kind);
+
+/// A rule as a file gives it: its actions and criteria numbered by their place, without an id of
+/// its own.
+struct RuleBlock {
+  RuleRecord rule;
+  std::uint8_t actions = 0;
+  std::uint8_t criteria = 0;
+};
+
+enum class RuleFileVerdict {
+  Good,
+  NotImportable,  ///< Something in a rule, or what leads to the rules, is missing or wrong.
+  BadlySaved,     ///< A marker is missing or another line stands in its place.
+};
+
+struct RuleFile {
+  RuleFileVerdict verdict = RuleFileVerdict::NotImportable;
+  std::string version;
+  std::vector<RuleBlock> rules;
+};
+
+/// Takes a file of rules apart. Labels are read over, whatever they say; markers must be there.
+/// Whatever the text, nothing but the result changes.
+RuleFile ReadRuleFile(std::string_view text, RuleFileKind kind);
+
+/// Whether that text is one rule block as a file of this kind has it, up to its marker.
+bool ReadsBack(std::string_view block, RuleFileKind kind);
+
+}  // namespace morvelle

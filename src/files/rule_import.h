@@ -1,0 +1,47 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "core/registry_access.h"
+#include "core/rule_writer.h"
+#include "files/rule_file_reader.h"
+#include "ports/progress.h"
+
+namespace morvelle {
+
+/// Brings the rules of a file into the identity. The tables are the worse for it: whatever comes of
+/// an import, they are to be loaded again.
+class RuleImport {
+ public:
+  RuleImport(RegistryAccess& registry, const std::string& mailKey, RuleTables& tables,
+             RuleWriter& writer, Progress& progress)
+      : registry_(registry),
+        mailKey_(mailKey),
+        tables_(tables),
+        writer_(writer),
+        progress_(progress) {}
+
+  /// False when the file cannot be read or is wrong inside a rule. One that lacks a marker is told
+  /// and ends the program. All rules of the file that are taken reach the store together.
+  bool MailFromFile(const std::filesystem::path& path, RuleFileKind kind);
+
+ private:
+  [[nodiscard]] bool ExistName(const std::string& Name) const;
+  void DropKnownRules(RuleFile& file) const;
+  /// Ids for the new rules, after the greatest one there is; false, after saying so, when there are
+  /// not enough.
+  [[nodiscard]] bool NumberRules(RuleFile& file) const;
+  void AddRows(RuleFile& file);
+  void WriteRows(int first);
+  [[nodiscard]] RegistryStatus WriteRow(int row, std::string& refusal);
+
+  RegistryAccess& registry_;
+  const std::string& mailKey_;
+  RuleTables& tables_;
+  RuleWriter& writer_;
+  Progress& progress_;
+};
+
+}  // namespace morvelle

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/identity.h"
+#include "core/registry_access.h"
+#include "files/file_choice.h"
+#include "files/signature_file.h"
+#include "ports/environment.h"
+
+namespace morvelle {
+
+/// Carries the identity's mail signatures to small files and back.
+class Signatures {
+ public:
+  /// `folder`: where the files lie.
+  Signatures(RegistryAccess& registry, const Identity& identity, const Environment& environment,
+             FileChoice& files, std::filesystem::path folder)
+      : registry_(registry),
+        identity_(identity),
+        environment_(environment),
+        files_(files),
+        folder_(std::move(folder)) {}
+
+  /// Writes every signature, and a copy of the text file that it names, into the folder. False when
+  /// there is none.
+  bool ExpSign();
+  /// Brings the signature of a file of the user's choice into the identity. False when the folder
+  /// has no such file.
+  bool ImpSign();
+
+ private:
+  [[nodiscard]] std::string KeyPath() const;
+  [[nodiscard]] std::vector<std::string> Subkeys(bool report);
+  [[nodiscard]] Signature Read(const std::string& subkey);
+  void Write(const Signature& signature);
+  /// Where the signature goes: a subkey, or nothing when the user declines or none is left.
+  [[nodiscard]] std::optional<std::string> SubkeyFor(const Signature& signature,
+                                                     const std::vector<std::string>& subkeys);
+  [[nodiscard]] bool HasFiles() const;
+  [[nodiscard]] bool CopyTextOut(const Signature& signature, std::vector<std::string>& taken) const;
+  /// False, after saying so, when the signature's text file cannot be put back in its place.
+  [[nodiscard]] bool CopyTextBack(const Signature& signature) const;
+  void KeepNewer(const std::filesystem::path& present, const std::filesystem::path& kept) const;
+  [[nodiscard]] RegistryStatus Store(const std::string& path, const Signature& signature);
+
+  RegistryAccess& registry_;
+  const Identity& identity_;
+  const Environment& environment_;
+  FileChoice& files_;
+  std::filesystem::path folder_;
+};
+
+}  // namespace morvelle

@@ -1,0 +1,142 @@
+#include <algorithm>
+#include <limits>
+#include <system_error>
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+#include "files/text_files.h"
+#include "ui/frm_morvelle.h"
+
+namespace morvelle {
+
+namespace {
+
+constexpr std::array<std::string_view, 4> kFixedFiles = {
+    "Brisquet_asiatique.oe", "Brisquet_anglais.oe", "Brisquet_pseudos.oe", "Brisquet_sexe.oe"};
+constexpr std::size_t kCustom = 4;
+constexpr std::string_view kCustomProposal = "Brisquet_orvic";
+/// A list's words are counted in 16 bits.
+constexpr std::size_t kMostWords = std::numeric_limits<std::int16_t>::max();
+
+std::size_t Index(int i) { return static_cast<std::size_t>(i); }
+
+}  // namespace
+
+void frmMorvelle::chkFilter_Click(int i) {
+  if (bFilling) return;
+  Ending("chkFilter_Click", [&] {
+    const auto at = Index(i);
+    // Boxes are cleared with the rule, too: what is seen counts.
+    for (std::size_t k = 0; k < abFilter.size(); ++k) abFilter[k] = chkFilter[k].Checked();
+    if (at == kCustom && abFilter[kCustom]) {
+      sCustomFilter = kCustomProposal;
+      const auto file = Files().ToOpen("oe", state_.settings.UserFilesFolder, sCustomFilter);
+      if (file) {
+        customFilterFile_ = *file;
+        sCustomFilter = FileTitle(*file);
+      } else {
+        chkFilter[kCustom].SetChecked(false);
+      }
+    }
+    const Filling filling(*this);
+    cmdFiltres.SetEnabled(std::find(abFilter.begin(), abFilter.end(), true) != abFilter.end());
+  });
+}
+
+std::filesystem::path frmMorvelle::PrefilterFile(std::size_t i) const {
+  if (i == kCustom) return customFilterFile_;
+  const auto own = state_.settings.AppPath / kFixedFiles[i];
+  // The user's own copy comes first; then what lies beside the program, as it is shipped or
+  // installed.
+  const auto program = ports_.environment.ProgramFile().parent_path();
+  for (const auto& file :
+       {own, program / kFixedFiles[i],
+        program.parent_path() / "share" / "morvelle" / "prefiltres" / kFixedFiles[i]}) {
+    if (std::error_code error; std::filesystem::exists(file, error)) return file;
+  }
+  return own;
+}
+
+SlotWords frmMorvelle::CheckedPrefilters() {
+  SlotWords all;
+  for (std::size_t i = 0; i < chkFilter.size(); ++i) {
+    if (!chkFilter[i].Checked()) continue;
+    const auto content = ReadWholeFile(PrefilterFile(i));
+    const auto words = content ? ReadPrefilter(*content, tables_.SlotType) : std::nullopt;
+    if (!words) {
+      messages_.FileDoesNotExist(i == kCustom ? ToPath(sCustomFilter) : ToPath(kFixedFiles[i]));
+      continue;
+    }
+    for (std::size_t slot = 0; slot < all.size(); ++slot) {
+      all[slot].insert(all[slot].end(), (*words)[slot].begin(), (*words)[slot].end());
+    }
+  }
+  return all;
+}
+
+void frmMorvelle::TakeOverLists() {
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    const auto& listed = lstBox[Index(slot)].Items();
+    tables_.WordCount[Index(slot)] = Checked<std::int16_t>(listed.size());
+    tables_.Words(slot) = listed;
+  }
+}
+
+bool frmMorvelle::HasRoomFor(const SlotWords& words) {
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    if (tables_.Words(slot).size() + words[Index(slot)].size() <= kMostWords) continue;
+    messages_.Msg("Une liste de mots dépasserait 32 767 mots : rien n'a été ajouté"_cp,
+                  kBoxExclamation);
+    return false;
+  }
+  return true;
+}
+
+void frmMorvelle::AddWords(const SlotWords& words) {
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    auto& list = tables_.Words(slot);
+    list.insert(list.end(), words[Index(slot)].begin(), words[Index(slot)].end());
+    tables_.WordCount[Index(slot)] = Checked<std::int16_t>(list.size());
+  }
+}
+
+void frmMorvelle::ShowAddedWords() {
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    const auto count = tables_.WordCount[Index(slot)];
+    if (count > 0) wordLists_.SortTable(tables_.Words(slot), slot);
+  }
+  ContentEdited();
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    FillWordsList(slot);
+    if (const auto count = tables_.WordCount[Index(slot)]; count > 0) {
+      ShowWordCount(slot, WordCountText(count));
+    }
+  }
+  InitMod(true);
+  InitOptions();
+}
+
+void frmMorvelle::cmdFilters_Click() {
+  if (bFilling || editing_.openRuleId.empty()) return;
+  Ending("cmdFilters_Click", [&] {
+    FiltersEnable(false);
+    SlotWords words;
+    {
+      const Filling filling(*this);
+      TakeOverLists();
+      words = CheckedPrefilters();
+    }
+    const bool any =
+        std::any_of(words.begin(), words.end(), [](const auto& list) { return !list.empty(); });
+    // Without a word the rule is what it was.
+    if (!any || !HasRoomFor(words)) {
+      FiltersEnable(true);
+      cmdFiltres.SetEnabled(true);
+      return;
+    }
+    AddWords(words);
+    ShowAddedWords();
+  });
+}
+
+}  // namespace morvelle

@@ -1,0 +1,250 @@
+#include "files/rule_export.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "files/rule_file_reader.h"
+#include "tests/core/rule_model.h"
+#include "tests/support/fake_progress.h"
+
+namespace morvelle {
+namespace {
+
+using std::string_literals::operator""s;
+using testing::ElementsAre;
+
+constexpr std::string_view kFirst = "Publicités"_cp;
+const std::string kFolder = "stored01\x04\0\0\0"s;
+
+/// Lines of UTF-8 as a file has them.
+std::string FileOf(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const auto& line : lines) text += FromUtf8(line).value_or(line) + "\r\n";
+  return text;
+}
+
+struct RuleExportTest : testing::Test {
+  RuleExportTest() { model.deletedItems = "stored01\x04\0\0"s; }
+
+  /// A rule of many kinds of entries, and one without actions or criteria.
+  void LoadTwoRules() {
+    model.set.Order("000 00A");
+    model.set.Rule("000", kFirst).Actions("000 001").Criteria("000 001 002");
+    model.set.Action("000", 6).Bytes(kFolder).Action("001", 3);
+    model.set.Words("000", 12, {"zoe", "alpha"}, 1, 2).Criterion("001", 13, 0, 2).Number(3);
+    model.set.Criterion("002", 14, 0, 2);
+    model.set.Rule("00A", "Vide", 0).Actions("").Criteria("000");
+    model.loader.MailFromBdR();
+  }
+  std::string File(bool oneRule, int row = 0) {
+    LineSink sink(LineSink::Output::File);
+    Export(sink, oneRule, row);
+    return sink.FileText();
+  }
+  std::vector<std::string> Paper(bool oneRule, int row = 0) {
+    LineSink sink(LineSink::Output::Paper);
+    Export(sink, oneRule, row);
+    return sink.PaperLines();
+  }
+  void Export(LineSink& sink, bool oneRule, int row) {
+    RuleExport writers(model.messages, model.tables, model, sink);
+    writers.MailToFile(oneRule, row, progress);
+    leftOut = writers.LeftOut();
+    notReadable = writers.NotReadable();
+  }
+
+  RuleModel model;
+  FakeProgress progress;
+  std::vector<std::string> leftOut;
+  std::vector<std::string> notReadable;
+};
+
+TEST_F(RuleExportTest, AFileHoldsLabelsAndValuesAsTheTablesHaveThem) {
+  LoadTwoRules();
+  const std::vector<std::string> firstRule = {"Nom de règle",
+                                              "Publicités",
+                                              "Version de règle",
+                                              "0",
+                                              "Validité de règle",
+                                              "1",
+                                              "ACTIONS",
+                                              "Ordre des actions",
+                                              "000 001",
+                                              "ID d'action",
+                                              "000",
+                                              "Flags d'action",
+                                              "0",
+                                              "Type d'action",
+                                              "6",
+                                              "Type de valeur d'action",
+                                              "65",
+                                              "Valeur d'action",
+                                              kFolder,
+                                              "ID d'action",
+                                              "001",
+                                              "Flags d'action",
+                                              "0",
+                                              "Type d'action",
+                                              "3",
+                                              "CRITERIA",
+                                              "Ordre des critères",
+                                              "000 001 002",
+                                              "ID de critère",
+                                              "000",
+                                              "Flags de critère",
+                                              "1",
+                                              "Logique de critère",
+                                              "2",
+                                              "Type de critère",
+                                              "12",
+                                              "Type de valeur de critère",
+                                              "65",
+                                              "Valeur de critère",
+                                              "zoe\0alpha\0\0\0"s,
+                                              "ID de critère",
+                                              "001",
+                                              "Flags de critère",
+                                              "0",
+                                              "Logique de critère",
+                                              "2",
+                                              "Type de critère",
+                                              "13",
+                                              "Type de valeur de critère",
+                                              "19",
+                                              "Valeur de critère",
+                                              "3",
+                                              "ID de critère",
+                                              "002",
+                                              "Flags de critère",
+                                              "0",
+                                              "Logique de critère",
+                                              "2",
+                                              "Type de critère",
+                                              "14",
+                                              "EOR"};
+  EXPECT_EQ(File(true), FileOf(firstRule) + "EOM\r\n");
+  const std::vector<std::string> top = {"MAIL",   "Order", "000 00A",     "Version",
+                                        "327680", "EOT",   "ID de règle", "000"};
+  const std::vector<std::string> secondRule = {"ID de règle",
+                                               "00A",
+                                               "Nom de règle",
+                                               "Vide",
+                                               "Version de règle",
+                                               "0",
+                                               "Validité de règle",
+                                               "0",
+                                               "ACTIONS",
+                                               "Ordre des actions",
+                                               "000",
+                                               "ID d'action",
+                                               "000",
+                                               "Flags d'action",
+                                               "0",
+                                               "Type d'action",
+                                               "6",
+                                               "Type de valeur d'action",
+                                               "65",
+                                               "Valeur d'action",
+                                               "stored01\x04\0\0\0"s,
+                                               "CRITERIA",
+                                               "Ordre des critères",
+                                               "000",
+                                               "EOR",
+                                               "EOM"};
+  EXPECT_EQ(File(false), FileOf(top) + FileOf(firstRule) + FileOf(secondRule));
+  EXPECT_THAT(progress.works, ElementsAre("Exportation des règles ..."_cp));
+}
+
+TEST_F(RuleExportTest, PaperIndentsShowsWordsInOrderAndHasNoMarkers) {
+  LoadTwoRules();
+  model.tables.Words0 = {"de la règle ouverte"};
+  const auto lines = Paper(false);
+  std::string shown;
+  for (const auto& line : lines) shown += ToUtf8(line) + "\n";
+  EXPECT_EQ(shown.substr(0, shown.find("Type de critère\n                         13")),
+            "     MAIL\n          Order\n               000 00A\n"
+            "          Version\n               327680\n"
+            "\n     ID de règle\n     000\n"
+            "     Nom de règle\n          Publicités\n"
+            "     Version de règle\n          0\n     Validité de règle\n          1\n"
+            "\n               ACTIONS\n                    Ordre des actions\n"
+            "                         000 001\n"
+            "\n                    ID d'action\n                         000\n"
+            "                    Flags d'action\n                         0\n"
+            "                    Type d'action\n                         6\n"
+            "                    Type de valeur d'action\n                         65\n"
+            "                    Valeur d'action\n                         stored01·\n"
+            "\n                    ID d'action\n                         001\n"
+            "                    Flags d'action\n                         0\n"
+            "                    Type d'action\n                         3\n"
+            "\n               CRITERIA\n                    Ordre des critères\n"
+            "                         000 001 002\n"
+            "\n                    ID de critère\n                         000\n"
+            "                    Flags de critère\n                         1\n"
+            "                    Logique de critère\n                         2\n"
+            "                    Type de critère\n                         12\n"
+            "                    Type de valeur de critère\n                         65\n"
+            "                    Valeur de critère\n"
+            "                         alpha\n                         zoe\n"
+            "\n                    ID de critère\n                         001\n"
+            "                    Flags de critère\n                         0\n"
+            "                    Logique de critère\n                         2\n"
+            "                    ");
+  EXPECT_THAT(lines, testing::Not(testing::Contains(testing::HasSubstr("EO"))));
+  EXPECT_THAT(model.tables.Words0, ElementsAre("de la règle ouverte"));
+  EXPECT_EQ(Paper(true).front(), std::string("     Nom de règle"_cp));
+}
+
+TEST_F(RuleExportTest, ARuleWithoutActionsGetsTheDefaultOneWhereItsFolderIsKnown) {
+  LoadTwoRules();
+  model.deletedItems.clear();
+  EXPECT_THAT(File(true, 1), testing::HasSubstr("Ordre des actions\r\n\r\nCRITERIA\r\n"));
+  EXPECT_EQ(model.tables.Actions[1], 0);
+  model.deletedItems = "stored01\x04\0\0"s;
+  File(true, 1);
+  EXPECT_EQ(model.tables.RuleAt(1).ActionsParam[0].Value, kFolder);
+  // The next load reads what the store says.
+  model.loader.MailFromBdR();
+  EXPECT_EQ(model.tables.Actions[1], 0);
+}
+
+TEST_F(RuleExportTest, AShortFolderValuePrintsAsAnEmptyLine) {
+  model.set.Order("000").Rule("000", "A").Actions("000").Action("000", 6).Bytes("\x01\x02");
+  model.set.Criteria("000");
+  model.loader.MailFromBdR();
+  EXPECT_THAT(Paper(true), testing::Contains(std::string(25, ' ')));
+}
+
+TEST_F(RuleExportTest, ARuleThatTheTablesDoNotHoldIsLeftOutAndNotCounted) {
+  model.set.Order("000 001");
+  model.set.Rule("000", "Trop").Actions("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
+  model.set.Criteria("000").PlainRule("001", "Bonne", "000");
+  model.dialogs.AllowAnyBox();
+  model.loader.MailFromBdR();
+  const auto text = File(false);
+  EXPECT_THAT(text, testing::StartsWith("MAIL\r\nOrder\r\n001\r\nVersion\r\n"));
+  EXPECT_THAT(text, testing::Not(testing::HasSubstr("Trop")));
+  EXPECT_THAT(leftOut, ElementsAre("Trop"));
+  EXPECT_EQ(ReadRuleFile(text, RuleFileKind::AllRules).rules.size(), 1U);
+}
+
+TEST_F(RuleExportTest, ARuleThatCouldNotBeReadBackIsNamed) {
+  model.set.Order("000 001 002");
+  model.set.PlainRule("000", "Deux\r\nlignes", "000");
+  model.set.PlainRule("001", "Valeur", "000").Words("000", 8, {"a\r\nb"});
+  model.set.PlainRule("002", "Bonne", "000").Words("000", 8, {"a\rb", "c\nd", "e\r"});
+  model.loader.MailFromBdR();
+  File(false);
+  EXPECT_THAT(notReadable, ElementsAre("Deux\r\nlignes", "Valeur"));
+}
+
+TEST_F(RuleExportTest, NoRuleIsAHeaderAndNothingElse) {
+  EXPECT_EQ(File(false), FileOf({"MAIL", "Order", "", "Version", "", "EOT", "EOM"}));
+  EXPECT_EQ(Paper(false).size(), 5U);
+}
+
+}  // namespace
+}  // namespace morvelle

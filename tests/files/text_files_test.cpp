@@ -1,0 +1,66 @@
+#include "files/text_files.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+#include "tests/support/temp_folder.h"
+
+namespace morvelle {
+namespace {
+
+int ErrorOf(const std::filesystem::path& file) {
+  try {
+    WriteWholeFile(file, "neuf");
+  } catch (const RuntimeError& error) {
+    return error.Number();
+  }
+  return 0;
+}
+
+TEST(TextFilesTest, AFileIsReplacedWhole) {
+  const FileFolder folder;
+  const auto file = folder.Write("a.roe", "ancien");
+  std::filesystem::create_symlink(file, folder / "lien.roe");
+  EXPECT_EQ(ErrorOf(folder / "lien.roe"), 0);
+  EXPECT_EQ(folder.Read("a.roe"), "neuf");
+  EXPECT_EQ(folder.Names(), (std::set<std::string>{"a.roe", "lien.roe"}));
+}
+
+TEST(TextFilesTest, WhatCannotBeWrittenSaysWhy) {
+  const FileFolder folder;
+  std::filesystem::create_symlink("/dev/full", folder / "plein.roe");
+  EXPECT_EQ(ErrorOf(folder / "plein.roe"), 61);
+  EXPECT_EQ(ErrorOf(folder / "absent" / "a.roe"), 76);
+  std::filesystem::create_directory(folder / "dossier.roe");
+  EXPECT_EQ(ErrorOf(folder / "dossier.roe"), 70);
+  EXPECT_EQ(folder.Names(), (std::set<std::string>{"dossier.roe", "plein.roe"}));
+}
+
+TEST(TextFilesTest, OnlyAPlainFileIsRead) {
+  const FileFolder folder;
+  EXPECT_EQ(ReadWholeFile(folder.Write("a", "x\0y")), "x");
+  EXPECT_FALSE(ReadWholeFile(folder.Path()));
+  EXPECT_FALSE(ReadWholeFile(folder / "absent"));
+}
+
+TEST(TextFilesTest, AProtectedFileIsKnownByItsRights) {
+  const FileFolder folder;
+  const auto file = folder.Write("a", "");
+  EXPECT_FALSE(IsReadOnly(file));
+  std::filesystem::permissions(file, std::filesystem::perms::owner_read);
+  EXPECT_TRUE(IsReadOnly(file));
+  EXPECT_FALSE(IsReadOnly(folder / "absent"));
+}
+
+TEST(TextFilesTest, NamesLoseWhatWindowsRefuses) {
+  EXPECT_EQ(SafeFileName("Le \"beau\" <a/b>\t?"), "Le 'beau' -a-b---");
+  EXPECT_EQ(SafeFileName("été €"_cp), "été €"_cp);
+  EXPECT_EQ(WindowsFileName("C:\\a\\b.txt"), "b.txt");
+  EXPECT_EQ(WindowsFileName("b.txt"), "b.txt");
+}
+
+}  // namespace
+}  // namespace morvelle

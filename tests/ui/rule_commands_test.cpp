@@ -1,0 +1,470 @@
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <utility>
+
+#include "core/deleted_items.h"
+#include "tests/ui/window.h"
+
+namespace morvelle {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr auto kNewName = "Entrer le nom de la règle à créer"_cp;
+constexpr auto kCharacters = "Utilisation de caractères non autorisés"_cp;
+constexpr auto kReserved = "Ce nom de règle est réservé"_cp;
+constexpr auto kTooMany = "Vous avez atteint le nombre de règles autorisé (4 096)"_cp;
+constexpr auto kSaveBoth =
+    "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
+    "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp;
+constexpr auto kLoseContent =
+    "Vous avez modifié la règle en cours\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
+constexpr auto kLoseOrder =
+    "Vous avez modifié l'ordre des règles\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
+constexpr auto kNotStored = "Les modifications n'ont pas pu être enregistrées."_cp;
+constexpr auto kDelete = "Êtes-vous sûr de vouloir détruire la règle Famille ?"_cp;
+constexpr auto kOtherName = "Nom actuel de la règle : Famille\r\rNouveau nom ?"_cp;
+constexpr auto kRenameTitle = "Renommer une règle"_cp;
+const std::string kRenameHead = std::string("Changer le nom de la règle   \r\n'"_cp);
+
+std::string RenameToAmis() { return kRenameHead + "Famille'\r\nen\r\n'Amis' ?"; }
+
+struct RuleCommands : Window {
+  /// "Ajouter une règle", the name given at once.
+  void AddRule(std::string_view name) {
+    dialogs.ExpectText(kNewName, std::string(name));
+    Choose("mnuAdd");
+  }
+  void Delete(int row) { form->RuleMenu("mnuDel").Choose(row); }
+  void Rename(int row) { form->RuleMenu("mnuRen").Choose(row); }
+  void ExpectIdle() {
+    EXPECT_EQ(Which({"mnuRegContent", "mnuRegOrder", "mnuOptions", "lstRules", "lstAct",
+                     "txtBox(0)", "chkFilter(0)", "cmdRecord(0)", "cmdCancelRule(0)"}),
+              "");
+    EXPECT_TRUE(Can("mnuAdd"));
+    EXPECT_TRUE(form->NoChange());
+    for (const auto* menu : form->RuleMenus()) {
+      EXPECT_EQ(menu->Count(), std::max(1, form->lstRules.Count()));
+    }
+  }
+  /// What a new rule of that id comes to in the store, without words.
+  [[nodiscard]] static std::string NewRule(const std::string& id, const std::string& name) {
+    const auto action = id + "\\Actions\\000\\";
+    return id + "\\Name = \"" + name + "\"\n" + id + "\\Enabled = 1\n" + id + "\\Version = 0\n" +
+           id + "\\Actions\\Order = \"000\"\n" + action + "Flags = 0\n" + action + "Type = 6\n" +
+           action + "Value = 3:\"\x01\x02\x03\x04\x05\x06\x07\x08\x05~~~\"\n" + action +
+           "ValueType = 65\n" + id + "\\Criteria\\Order = ";
+  }
+  static std::string Words(const std::string& id, int type, const std::string& words) {
+    return id + "\\Flags = 0\n" + id + "\\Logic = 2\n" + id + "\\Type = " + std::to_string(type) +
+           "\n" + id + "\\Value = 3:\"" + words + "~~~\"\n" + id + "\\ValueType = 65\n";
+  }
+  using Window::Words;
+  /// A dump, each line below a key.
+  static std::string Below(const std::string& key, const std::string& dump) {
+    std::string below;
+    std::size_t from = 0;
+    while (from < dump.size()) {
+      const auto to = dump.find('\n', from) + 1;
+      below += key + "\\" + dump.substr(from, to - from);
+      from = to;
+    }
+    return below;
+  }
+};
+
+// --- Adding --------------------------------------------------------------------------------------
+
+TEST_F(RuleCommands, ANewRuleOpensModifiedAndIsStoredWithItsOrder) {
+  StartWithTwoRules();
+  const auto before = Stored();
+  AddRule("Été"_cp);
+  EXPECT_EQ(Stored(), before) << "nothing is written yet";
+  EXPECT_EQ(form->lstRules.Item(2), "* 002 Été"_cp);
+  EXPECT_EQ(form->lstRules.ListIndex(), 2);
+  for (const auto* menu : form->RuleMenus()) EXPECT_EQ(menu->CaptionOf(2), "*\t002 Été"_cp);
+  EXPECT_EQ(form->statBar.Panel(9), "Été"_cp);
+  EXPECT_TRUE(form->chkEnabled.Checked());
+  EXPECT_THAT(SelectedActions(), ElementsAre(0));
+  EXPECT_EQ(Which({"mnuRegContent", "mnuRegOrder", "mnuOptions", "mnuChange", "mnuAddDel",
+                   "lstRules", "lstAct", "txtBox(0)", "chkFilter(0)", "cmdRecord(0)",
+                   "cmdRestore(0)", "cmdCancelRule(0)"}),
+            "mnuRegContent mnuRegOrder mnuOptions lstAct txtBox(0) chkFilter(0) cmdRecord(0) "
+            "cmdCancelRule(0)");
+  Add(kSubject, u"soleil");
+  Add(kBody, u"plage");
+  Choose("mnuCriteriaYes");
+  store.commitOutcome = CommitOutcome::Failed;
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  dialogs.Expect(kNotStored);
+  Save();
+  EXPECT_EQ(Stored(), before);
+  store.commitOutcome = CommitOutcome::Done;
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "\"000 001\"", "\"000 001 002\"") + NewRule("002", "Été") +
+                          "\"000 001\"\n" + Words("002\\Criteria\\000", 8, "soleil") +
+                          Words("002\\Criteria\\001", 9, "plage"));
+  ExpectIdle();
+  EXPECT_EQ(form->lstRules.ListIndex(), 2);
+  Open(2);
+  EXPECT_THAT(Words(kBody), ElementsAre("plage"));
+  EXPECT_TRUE(Checked("mnuCriteriaYes"));
+}
+
+TEST_F(RuleCommands, ABadNameIsRefusedAndAskedForAgain) {
+  StartWithTwoRules();
+  const auto before = Stored();
+  constexpr auto kUsed = "Ce nom de règle est déjà utilisé"_cp;
+  for (const std::string refused : {"\\", "/", ":", "*", "?", "\"", "<", ">", "|"}) {
+    dialogs.ExpectText(kNewName, "a" + refused + "b");
+    dialogs.Expect(kCharacters, kBoxStop, kAppTitle);
+  }
+  const std::pair<std::string_view, std::string_view> refusals[] = {
+      {"  \xA0\t", kCharacters},
+      {"CARNET D'adresses", kReserved},
+      {"fAMILLE", kUsed},
+      {"pUBLICITÉS"_cp, kUsed}};
+  for (const auto& [name, message] : refusals) {
+    dialogs.ExpectText(kNewName, std::string(name));
+    dialogs.Expect(message, kBoxStop, kAppTitle);
+  }
+  dialogs.ExpectText(kNewName, "");
+  Choose("mnuAdd");
+  EXPECT_EQ(dialogs.proposals.front(), "");
+  EXPECT_EQ(dialogs.proposals.back(), "pUBLICITÉS"_cp) << "what was refused can be put right";
+  ExpectIdle();
+  EXPECT_EQ(form->lstRules.ListIndex(), -1);
+  dialogs.ExpectText(kNewName, std::nullopt);
+  Choose("mnuAdd");
+  ExpectIdle();
+  EXPECT_EQ(Stored(), before);
+}
+
+TEST_F(RuleCommands, ANewRuleTakesNoIdThatIsInUse) {
+  rules.Order("001").PlainRule("001", "Seule", "000");
+  rules.Rule("000", "Hors liste");
+  Start();
+  const auto before = Stored();
+  AddRule("Neuve");
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "Order = \"001\"", "Order = \"001 002\"") +
+                          NewRule("002", "Neuve") + "\"000\"\n");
+}
+
+TEST_F(RuleCommands, TheFirstRuleOfAll) {
+  rules.Order("").Remove(kTestMailKey, "Version");
+  Start();
+  AddRule("Neuve");
+  EXPECT_THAT(form->lstRules.Items(), ElementsAre("* 000 Neuve"));
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  Choose("mnuRegOrder");
+  EXPECT_EQ(Stored(),
+            "Order = \"000\"\nVersion = 327680\n" + NewRule("000", "Neuve") + "\"000\"\n");
+  EXPECT_EQ(Which({"mnuDelete", "mnuChangeContent", "mnuChangeOrder"}),
+            "mnuDelete mnuChangeContent");
+}
+
+TEST_F(RuleCommands, WithoutTheFolderListANewRuleStopsProcessing) {
+  std::filesystem::remove(FoldersFile());
+  dialogs.Expect(kUnreadableFolders, kBoxStop, "Folders");
+  StartWithTwoRules();
+  AddRule("Neuve");
+  EXPECT_THAT(SelectedActions(), ElementsAre(3));
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  Save();
+  EXPECT_EQ(Stored("002\\Actions"), "Order = \"000\"\n000\\Flags = 0\n000\\Type = 12\n");
+}
+
+TEST_F(RuleCommands, NoRuleIsAddedBeyondTheLimit) {
+  std::vector<std::string> ids;
+  for (int i = 0; i < kMaxRules; ++i) {
+    ids.push_back(ThreeDigitId(i));
+    rules.PlainRule(ids.back(), "R" + ids.back(), "000");
+  }
+  for (const auto& order : {JoinIds(ids), "7FF"s}) {
+    rules.Order(order);
+    Start();
+    const int commits = store.commits;
+    dialogs.Expect(kTooMany, kBoxOk, kAppTitle);
+    Choose("mnuAdd");
+    ExpectIdle();
+    EXPECT_EQ(state.tables.Mail.Order, order) << "every id is taken, if only by a key";
+    EXPECT_EQ(store.commits, commits);
+  }
+}
+
+TEST_F(RuleCommands, PuttingANewRuleBackNeedsNoReload) {
+  StartWithTwoRules();
+  AddRule("Neuve");
+  rules.Rule("000", "Autre");
+  Add(kSender, u"alpha");
+  form->lstAct.ClickItem(2);
+  form->chkEnabled.Click();
+  EXPECT_EQ(form->lstRules.Item(2), "  002 Neuve");
+  for (int times = 0; times < 2; ++times) {
+    Click("cmdRestore(0)");
+    EXPECT_THAT(form->lstRules.Items(),
+                ElementsAre("* 000 Publicités"_cp, "  001 Famille", "* 002 Neuve"));
+    EXPECT_THAT(Words(kSender), IsEmpty());
+    EXPECT_EQ(Count(kSender), "");
+    EXPECT_THAT(SelectedActions(), ElementsAre(0));
+    EXPECT_TRUE(form->chkEnabled.Checked());
+    EXPECT_FALSE(Can("cmdRestore(0)"));
+    EXPECT_FALSE(Can("mnuChange"));
+    Add(kSender, u"beta");
+  }
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  Save();
+  EXPECT_THAT(Stored("002\\Criteria\\000"), HasSubstr("Value = 3:\"beta~~~\""));
+  EXPECT_EQ(form->lstRules.Item(0), "* 000 Autre");
+}
+
+TEST_F(RuleCommands, AnAbandonedNewRuleLeavesNothing) {
+  StartWithTwoRules();
+  const auto before = Stored();
+  AddRule("Neuve");
+  Add(kSender, u"alpha");
+  Click("cmdCancelRule(0)");
+  ExpectIdle();
+  EXPECT_EQ(form->lstRules.Count(), 2);
+  EXPECT_EQ(state.tables.Mail.Order, "000 001");
+  EXPECT_EQ(Stored(), before);
+  AddRule("Neuve");
+  dialogs.Expect(
+      "Vous avez modifié la règle en cours et l'ordre des règles\r"
+      "Êtes-vous d'accord pour annuler ces modifications ?"_cp,
+      Button::Yes);
+  form->RuleMenu("mnuMod").onClick(2);
+  ExpectIdle();
+}
+
+// --- Deleting ------------------------------------------------------------------------------------
+
+TEST_F(RuleCommands, ARuleIsDeletedWithItsPlaceInTheOrder) {
+  StartWithTwoRules();
+  rules.PlainRule("002", "Listes", "000").Order("000 001 002");
+  rules.Rule("003", "Hors liste");
+  const auto before = Stored();
+  dialogs.Expect(kDelete, kBoxYesNo + kBoxQuestion + kBoxSecondDefault, kAppTitle, Button::No);
+  Delete(1);
+  EXPECT_EQ(Stored(), before);
+  ExpectIdle();
+  EXPECT_EQ(form->lstRules.ListIndex(), 1);
+  store.commitOutcome = CommitOutcome::Failed;
+  dialogs.Expect(kDelete, Button::Yes);
+  dialogs.Expect(kNotStored);
+  Delete(1);
+  EXPECT_EQ(Stored(), before);
+  EXPECT_EQ(state.tables.Mail.Order, "000 001 002");
+  EXPECT_EQ(form->lstRules.Count(), 3);
+  store.commitOutcome = CommitOutcome::Done;
+  dialogs.Expect(kDelete, Button::Yes);
+  const int commits = store.commits;
+  Delete(1);
+  EXPECT_EQ(store.commits, commits + 1);
+  const auto from = before.find("001\\");
+  EXPECT_EQ(Stored(), Replaced(before.substr(0, from) + before.substr(before.find("002\\", from)),
+                               "\"000 001 002\"", "\"000 002\""));
+  EXPECT_THAT(form->lstRules.Items(), ElementsAre("* 000 Publicités"_cp, "* 002 Listes"));
+  EXPECT_EQ(form->lstRules.ListIndex(), 1) << "the rule that took its place";
+  ExpectIdle();
+  form->RuleMenu("mnuDel").onClick(2);
+}
+
+TEST_F(RuleCommands, TheLastRuleTakesTheOrderWithIt) {
+  rules.Order("000").PlainRule("000", "Famille", "000").Words("000", 12, {"alpha"});
+  Start();
+  dialogs.Expect(kDelete, Button::Yes);
+  dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp);
+  Delete(0);
+  EXPECT_EQ(Stored(), "Version = 327680\n");
+  ExpectIdle();
+  EXPECT_EQ(Which({"mnuDelete", "mnuRename", "mnuExpAllRules", "mnuChangeContent",
+                   "mnuImpOneRule", "mnuImpAllRules"}),
+            "mnuImpOneRule mnuImpAllRules");
+  EXPECT_EQ(form->RuleMenu("mnuDel").CaptionOf(0), "");
+  AddRule("Famille");
+  EXPECT_EQ(form->lstRules.Item(0), "* 000 Famille");
+}
+
+TEST_F(RuleCommands, DamagedOrdersDeleteNothingElse) {
+  // A key that is gone, one rule twice, an id that leads to the rules key itself.
+  rules.Order("005 001 000 001 \\\\\\").PlainRule("000", "Une", "000").Criterion("000", 20);
+  rules.PlainRule("001", "Famille", "000").Criterion("000", 20);
+  const auto before = Stored();
+  constexpr auto kNoName = "Êtes-vous sûr de vouloir détruire la règle  ?"_cp;
+  const auto report = [this](const std::string& id) {
+    dialogs.Expect(std::string("La règle \""_cp) + id +
+                   std::string("\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp));
+  };
+  report("005");
+  Start();
+  EXPECT_THAT(form->lstRules.Items(),
+              ElementsAre("  005 ", "* 001 Famille", "* 000 Une", "  \\\\\\ "));
+  report("005");
+  dialogs.Expect(kNoName, Button::Yes);
+  report("\\\\\\");
+  Delete(0);
+  report("\\\\\\");
+  dialogs.Expect(kNoName, Button::Yes);
+  Delete(2);
+  EXPECT_EQ(Stored(), Replaced(before, "005 001 000 001 \\\\\\", "001 000"));
+  dialogs.Expect(kDelete, Button::Yes);
+  Delete(0);
+  EXPECT_EQ(Stored(), "Order = \"000\"\nVersion = 327680\n" + Below("000", Stored("000")));
+}
+
+TEST_F(RuleCommands, AStoreWithoutBatchesLosesOnlyTheRule) {
+  StartWithTwoRules();
+  store.tellsChanges = false;
+  store.writeStatus = kStatusAccessDenied;
+  dialogs.Expect(kDelete, Button::Yes);
+  dialogs.Expect(std::string(kNotStored) + std::string("\rPermission refusée"_cp));
+  Delete(1);
+  EXPECT_EQ(form->lstRules.Count(), 2);
+  EXPECT_EQ(state.tables.Mail.Order, "000 001");
+}
+
+// --- Renaming ------------------------------------------------------------------------------------
+
+TEST_F(RuleCommands, RenamingWritesTheNameAndNothingElse) {
+  StartWithTwoRules();
+  rules.Remove(kTestMailKey, "Version");
+  const auto before = Stored();
+  const auto rename = [this](Button answer) {
+    dialogs.ExpectText(kOtherName, "Amis");
+    dialogs.Expect(RenameToAmis(), kBoxYesNo + kBoxQuestion, kRenameTitle, answer);
+    Rename(1);
+  };
+  rename(Button::No);
+  EXPECT_EQ(dialogs.proposals.back(), "Famille");
+  EXPECT_EQ(dialogs.shown.front().title, "Renommer une règle de courrier"_cp);
+  store.commitOutcome = CommitOutcome::Failed;
+  dialogs.ExpectText(kOtherName, "Amis");
+  dialogs.Expect(RenameToAmis(), Button::Yes);
+  dialogs.Expect(kNotStored);
+  Rename(1);
+  EXPECT_EQ(Stored(), before);
+  EXPECT_EQ(form->lstRules.Item(1), "  001 Famille");
+  store.commitOutcome = CommitOutcome::Done;
+  rename(Button::Yes);
+  EXPECT_EQ(Stored(), Replaced(Replaced(before, "\"Famille\"", "\"Amis\""), "\"000 001\"\n",
+                               "\"000 001\"\nVersion = 327680\n"));
+  EXPECT_EQ(form->lstRules.Item(1), "  001 Amis");
+  EXPECT_EQ(form->lstRules.ListIndex(), 1);
+  for (const auto* menu : form->RuleMenus()) EXPECT_EQ(menu->CaptionOf(1), " \t001 Amis");
+  ExpectIdle();
+  form->RuleMenu("mnuRen").onClick(2);
+}
+
+TEST_F(RuleCommands, AnotherNameIsCheckedAsANewOneIsSaveForTheRulesOwn) {
+  StartWithTwoRules();
+  const std::pair<const char*, std::string_view> refusals[] = {
+      {"a|b", kCharacters}, {" ", kCharacters}, {"carnet D'ADRESSES", kReserved}};
+  for (const auto& [name, message] : refusals) {
+    dialogs.ExpectText(kOtherName, name);
+    dialogs.Expect(message, kBoxStop, kAppTitle);
+  }
+  dialogs.ExpectText(kOtherName, std::string("pUBLICITÉS"_cp));
+  dialogs.Expect("Ce nom est déjà utilisé"_cp, kBoxExclamation, kAppTitle);
+  dialogs.ExpectText(kOtherName, "FAMILLE");
+  dialogs.Expect(kRenameHead + "Famille'\r\nen\r\n'FAMILLE' ?", Button::Yes);
+  Rename(1);
+  EXPECT_THAT(Stored("001"), testing::StartsWith("Name = \"FAMILLE\"\n"));
+  dialogs.ExpectText("Nom actuel de la règle : FAMILLE\r\rNouveau nom ?"_cp, std::nullopt);
+  Rename(1);
+  ExpectIdle();
+}
+
+TEST_F(RuleCommands, WhatCannotBeOpenedIsRenamedAndWhatIsGoneIsNot) {
+  const std::string thirteen = "000 001 002 003 004 005 006 007 008 009 00A 00B 00C";
+  rules.Order("000 005 0 1").PlainRule("000", "Famille", thirteen);
+  dialogs.Expect(
+      "La règle \"000 - Famille\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp);
+  Start();
+  const auto before = Stored();
+  dialogs.ExpectText(kOtherName, "Amis");
+  dialogs.Expect(RenameToAmis(), Button::Yes);
+  Rename(0);
+  EXPECT_EQ(Stored(), Replaced(before, "\"Famille\"", "\"Amis\""));
+  const std::pair<int, std::string> failures[] = {
+      {1, std::string(kNotStored) + std::string("\rErreur du registre n° 2"_cp)},
+      {2, std::string("Cette règle ne peut être enregistrée : son numéro n'est pas valable"_cp)}};
+  for (const auto& [row, message] : failures) {
+    dialogs.ExpectText("Nom actuel de la règle : \r\rNouveau nom ?"_cp, "Cousins");
+    dialogs.Expect(kRenameHead + "'\r\nen\r\n'Cousins' ?", Button::Yes);
+    dialogs.Expect(message);
+    Rename(row);
+  }
+  EXPECT_EQ(Stored(), Replaced(before, "\"Famille\"", "\"Amis\""));
+}
+
+TEST_F(RuleCommands, BookMenusFollowDeletionAndRenaming) {
+  const std::vector<std::string> menus = {"mnuChangeBook", "mnuAddBook", "mnuAutoUpdateBook"};
+  const std::string book = "Carnet d'Adresses";
+  for (const bool deletes : {true, false}) {
+    WriteFile(environment.userFolder / "Morvelle.ini", "Auto\r\n\r\n");
+    rules.Order("000 001").PlainRule("000", book, "000").PlainRule("001", "Famille", "000");
+    dialogs.Expect("Votre règle \"Carnet d'adresses\" va être mise à jour"_cp, Button::Cancel);
+    Start();
+    EXPECT_EQ(Which(menus), "mnuChangeBook mnuAutoUpdateBook");
+    if (deletes) {
+      dialogs.Expect(std::string("Êtes-vous sûr de vouloir détruire la règle "_cp) + book + " ?",
+                     Button::Yes);
+      Delete(0);
+      EXPECT_FALSE(Checked("mnuAutoUpdateBook"));
+    } else {
+      dialogs.ExpectText(std::string("Nom actuel de la règle : "_cp) + book + "\r\rNouveau nom ?",
+                         "Amis");
+      dialogs.Expect(kRenameHead + book + "'\r\nen\r\n'Amis' ?", Button::Yes);
+      Rename(0);
+    }
+    EXPECT_EQ(Which(menus), "mnuAddBook");
+  }
+}
+
+// --- The guard -----------------------------------------------------------------------------------
+
+TEST_F(RuleCommands, EveryCommandAsksBeforeAnythingIsCleared) {
+  StartWithTwoRules();
+  const std::pair<const char*, std::function<void()>> commands[] = {
+      {"mnuAdd", [this] { form->Menu("mnuAdd").onClick(); }},
+      {"mnuDel", [this] { form->RuleMenu("mnuDel").onClick(1); }},
+      {"mnuRen", [this] { form->RuleMenu("mnuRen").onClick(1); }},
+      {"mnuChangeOrder", [this] { form->Menu("mnuChangeOrder").onClick(); }},
+      {"mnuArrange", [this] { form->Menu("mnuArrange").onClick(); }}};
+  for (const auto& [name, command] : commands) {
+    SCOPED_TRACE(name);
+    Choose("mnuChangeOrder");
+    form->lstRules.ClickItem(1);
+    form->picUp.Click();
+    dialogs.Expect(kLoseOrder, kBoxYesNo + kBoxSecondDefault, kAppTitle, Button::No);
+    command();
+    EXPECT_EQ(form->lstRules.Item(0), "  001 Famille");
+    EXPECT_TRUE(Can("mnuRegOrder"));
+    form->cmdCancelOrder.Click();
+
+    Open(0);
+    Add(kSender, u"gamma");
+    dialogs.Expect(kLoseContent, Button::No);
+    command();
+    EXPECT_EQ(Words(kSender).size(), 3U);
+    EXPECT_TRUE(Can("cmdRecord(0)"));
+    dialogs.Expect(kLoseContent, Button::Yes);
+    if (name == "mnuAdd"s) dialogs.ExpectText(kNewName, std::nullopt);
+    if (name == "mnuDel"s) dialogs.Expect(kDelete, Button::No);
+    if (name == "mnuRen"s) dialogs.ExpectText(kOtherName, std::nullopt);
+    command();
+    EXPECT_EQ(Which({"txtBox(0)", "lstAct", "chkFilter(0)", "cmdRecord(0)", "mnuOptions"}), "")
+        << "the rule is closed";
+    if (Can("cmdCancelOrder")) form->cmdCancelOrder.Click();
+  }
+}
+
+}  // namespace
+}  // namespace morvelle

@@ -1,0 +1,196 @@
+#include "tests/ui/window.h"
+
+namespace morvelle {
+namespace {
+
+using testing::ElementsAre;
+using testing::StartsWith;
+
+struct RuleOrder : Window {
+  /// Rules 000, 001 … named A, B …, each with the actions of its types; odd ones are not active.
+  void StartWith(const std::vector<std::vector<std::uint32_t>>& actions) {
+    std::vector<std::string> ids;
+    for (const auto& types : actions) {
+      const auto number = static_cast<int>(ids.size());
+      ids.push_back(ThreeDigitId(number));
+      std::vector<std::string> entries;
+      for (std::size_t j = 0; j < types.size(); ++j) {
+        entries.push_back(ThreeDigitId(static_cast<int>(j)));
+      }
+      rules.Rule(ids.back(), std::string(1, static_cast<char>('A' + number)), number % 2 == 0);
+      rules.Actions(JoinIds(entries)).Criteria("000");
+      for (std::size_t j = 0; j < types.size(); ++j) {
+        rules.Action(entries[j], types[j]);
+        if (types[j] == 6) rules.Bytes(kDeletedItems);
+      }
+      rules.Words("000", 12, {"alpha"});
+    }
+    rules.Order(JoinIds(ids));
+    Start();
+  }
+  void StartWithThree() { StartWith({{12}, {12}, {12}}); }
+  /// The names in the order shown, an active rule marked.
+  [[nodiscard]] std::string Shown() const {
+    std::string shown;
+    for (const auto& line : form->lstRules.Items()) {
+      if (line[0] == '*') shown += '*';
+      shown += line.back();
+    }
+    return shown;
+  }
+  void ExpectOrder(const std::string& order) {
+    EXPECT_THAT(Stored(), StartsWith("Order = \"" + order + "\"\n"));
+  }
+};
+
+TEST_F(RuleOrder, RulesAreMovedByHandAndSaved) {
+  StartWithThree();
+  const auto before = Stored();
+  Choose("mnuChangeOrder");
+  const std::vector<std::string> panel = {"lstRules", "picUp", "picDown", "cmdCancelOrder"};
+  EXPECT_EQ(Which(panel), "lstRules picUp picDown cmdCancelOrder");
+  for (const auto* arrow : {"picUp", "picDown"}) Click(arrow);  // Nothing is selected.
+  form->lstRules.ClickItem(0);
+  Click("picUp");
+  form->lstRules.ClickItem(2);
+  Click("picDown");
+  EXPECT_EQ(Shown(), "*AB*C");
+  EXPECT_FALSE(Can("mnuRegOrder")) << "nothing has moved";
+
+  Click("picUp");
+  Click("picUp");
+  EXPECT_EQ(Shown(), "*C*AB");
+  EXPECT_EQ(form->lstRules.ListIndex(), 0);
+  Click("picDown");
+  EXPECT_EQ(Shown(), "*A*CB");
+  EXPECT_EQ(form->lstRules.ListIndex(), 1);
+  EXPECT_TRUE(Can("mnuRegOrder"));
+  EXPECT_EQ(Stored(), before);
+  EXPECT_EQ(form->RuleMenu("mnuMod").CaptionOf(1), " \t001 B") << "the tables are untouched";
+  const int commits = store.commits;
+  Choose("mnuRegOrder");
+  EXPECT_EQ(Stored(), Replaced(before, "000 001 002", "000 002 001"));
+  EXPECT_EQ(store.commits, commits + 1);
+  EXPECT_EQ(form->RuleMenu("mnuMod").CaptionOf(1), "*\t002 C");
+  EXPECT_FALSE(Can("mnuRegOrder"));
+  EXPECT_EQ(form->lstRules.ListIndex(), 1) << "the moved rule stays selected";
+  EXPECT_EQ(Which(panel), "lstRules picUp picDown cmdCancelOrder") << "and can be moved on";
+}
+
+TEST_F(RuleOrder, CancellingShowsTheOrderOfTheTables) {
+  StartWithThree();
+  Choose("mnuChangeOrder");
+  form->lstRules.ClickItem(2);
+  Click("picUp");
+  Click("picUp");
+  Click("cmdCancelOrder");
+  EXPECT_EQ(Shown(), "*AB*C");
+  EXPECT_EQ(form->lstRules.ListIndex(), 2) << "the same rule";
+  EXPECT_FALSE(Can("mnuRegOrder"));
+  EXPECT_TRUE(form->NoChange());
+}
+
+TEST_F(RuleOrder, ArrangingGroupsTheRulesByTheirActions) {
+  StartWith({{6}, {12}, {8}, {9}, {6, 12}, {}});
+  const auto before = Stored();
+  form->lstRules.SetListIndex(3);
+  Choose("mnuArrange");
+  // A rule without action is in no group: the last row keeps its own.
+  EXPECT_THAT(form->lstRules.Items(),
+              ElementsAre("001 B", "004 E", "002 C", "003 D", "000 A", "005 F"));
+  EXPECT_EQ(form->lstRules.ListIndex(), 3);
+  EXPECT_EQ(form->RuleMenu("mnuDel").CaptionOf(0), "*\t000 A") << "the menus follow the reload";
+  Click("picUp");
+  Choose("mnuRegOrder");
+  EXPECT_EQ(Stored(), Replaced(before, "000 001 002 003 004 005", "001 004 003 002 000 005"));
+  EXPECT_EQ(Shown(), "B*ED*C*AF") << "each rule with its own mark again";
+  Open(1);
+  EXPECT_THAT(SelectedActions(), ElementsAre(0, 3));
+}
+
+TEST_F(RuleOrder, CancellingAnArrangementBringsTheFormerOrderBack) {
+  StartWith({{6}, {12}});
+  Choose("mnuArrange");
+  Click("cmdCancelOrder");
+  EXPECT_EQ(Shown(), "*AB");
+  EXPECT_EQ(form->RuleMenu("mnuDel").CaptionOf(0), "*\t000 A");
+  EXPECT_FALSE(Can("mnuRegOrder"));
+  EXPECT_TRUE(form->NoChange());
+  ExpectOrder("000 001");
+}
+
+TEST_F(RuleOrder, ARuleThatAnArrangementPushesOutIsNotLost) {
+  StartWith({{9, 6}, {}});
+  Choose("mnuArrange");
+  EXPECT_THAT(form->lstRules.Items(), ElementsAre("000 A", "000 A"));
+  Choose("mnuRegOrder");
+  ExpectOrder("000 001");
+  EXPECT_EQ(Shown(), "*AB");
+}
+
+TEST_F(RuleOrder, AnArrangementBeyondTheRowsEndsTheProgram) {
+  StartWith({{9, 6}, {8}});
+  const auto before = Stored();
+  dialogs.Expect("L'indice n'appartient pas à la sélection"_cp, kBoxOk, "mnuArrange_Click");
+  EXPECT_THROW(Choose("mnuArrange"), ProgramEnd);
+  EXPECT_EQ(Stored(), before);
+}
+
+TEST_F(RuleOrder, AnOrderThatIsNotStoredStaysOnTheScreen) {
+  StartWithThree();
+  Choose("mnuChangeOrder");
+  form->lstRules.ClickItem(1);
+  Click("picUp");
+  store.commitOutcome = CommitOutcome::Failed;
+  dialogs.Expect("Les modifications n'ont pas pu être enregistrées."_cp);
+  Choose("mnuRegOrder");
+  EXPECT_EQ(Shown(), "B*A*C");
+  EXPECT_TRUE(Can("mnuRegOrder"));
+  store.commitOutcome = CommitOutcome::Done;
+  Choose("mnuRegOrder");
+  ExpectOrder("001 000 002");
+}
+
+TEST_F(RuleOrder, ALeftRuleHasNoPartInOrdering) {
+  StartWithThree();
+  Open(1);
+  Add(kSender, u"beta");
+  Click("cmdCancelRule(0)");
+  form->txtBox[0].SetText("mot");
+  EXPECT_FALSE(form->cmdRestore[0].Enabled());
+  // The list as its own routine fills it, whatever rule was opened last.
+  form->FillRulesList(false);
+  EXPECT_THAT(form->lstRules.Items(), ElementsAre("*\t000 A", " \t001 B", "*\t002 C"));
+  EXPECT_EQ(form->lstRules.ListIndex(), 1);
+  EXPECT_TRUE(Can("picUp"));
+  Click("picUp");
+  EXPECT_EQ(Shown(), "B*A*C") << "no rule is open: the rule moves, not the selection";
+  EXPECT_EQ(form->lstRules.ListIndex(), 0);
+  form->txtBox[0].SetText("autre");
+  EXPECT_FALSE(form->cmdRestore[0].Enabled());
+  Choose("mnuRegOrder");
+  ExpectOrder("001 000 002");
+}
+
+TEST_F(RuleOrder, WithARuleOpenMovingUpOnlyMovesTheSelection) {
+  StartWithThree();
+  Open(1);
+  form->OrderEnable(true);
+  Click("picUp");
+  EXPECT_EQ(Shown(), "*AB*C");
+  EXPECT_EQ(form->lstRules.ListIndex(), 0);
+  EXPECT_EQ(state.editing.nCurRule, 0);
+  Add(kSender, u"beta");
+  dialogs.Expect(
+      "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
+      "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp,
+      Button::Yes);
+  const auto before = Stored();
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "001\\Criteria\\000\\Value = 3:\"alpha~",
+                               "001\\Criteria\\000\\Value = 3:\"alpha~beta~"))
+      << "the open rule, whatever line is selected";
+}
+
+}  // namespace
+}  // namespace morvelle
