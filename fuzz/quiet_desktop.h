@@ -1,5 +1,9 @@
 #pragma once
 
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "fuzz/fuzzer.h"
 #include "ports/address_book.h"
 #include "ports/environment.h"
@@ -25,8 +29,13 @@ class QuietDesktop final : public Dialogs,
   unsigned answers = 0;
   /// What is typed into input boxes.
   std::string typed;
+  /// What is chosen in file dialogs; they are cancelled when it is empty.
+  std::filesystem::path chosenFile;
+  /// The boxes so far.
+  std::vector<std::string> prompts;
 
   Button ShowMessage(const std::string& prompt, int style, const std::string& title) override {
+    prompts.push_back(prompt);
     const auto refused = boxes_.ShowMessage(prompt, style, title);
     const bool agrees = (answers & 1U) != 0;
     answers = answers >> 1U | (answers & 1U) << 7U;
@@ -54,8 +63,12 @@ class QuietDesktop final : public Dialogs,
   [[nodiscard]] std::chrono::system_clock::time_point Now() const override { return {}; }
   void SetCurrentFolder(const std::filesystem::path&) override {}
 
-  std::optional<std::filesystem::path> AskFileToOpen(const FileQuestion&) override { return {}; }
-  std::optional<std::filesystem::path> AskFileToSave(const FileQuestion&) override { return {}; }
+  std::optional<std::filesystem::path> AskFileToOpen(const FileQuestion&) override {
+    return Chosen();
+  }
+  std::optional<std::filesystem::path> AskFileToSave(const FileQuestion&) override {
+    return Chosen();
+  }
   PrintOutcome Print(const std::string&, const std::vector<std::string>&) override {
     return PrintOutcome::Cancelled;
   }
@@ -81,6 +94,11 @@ class QuietDesktop final : public Dialogs,
   void ShowHelp(const std::filesystem::path&, const std::string&) override {}
 
  private:
+  [[nodiscard]] std::optional<std::filesystem::path> Chosen() const {
+    if (chosenFile.empty()) return std::nullopt;
+    return chosenFile;
+  }
+
   ClosedBoxes boxes_;
   int asked_ = 0;
 };
