@@ -8,8 +8,10 @@
 #include <map>
 #include <string>
 
+#include "bench/command_bench.h"
 #include "bench/loaded_rules.h"
 #include "bench/rule_set.h"
+#include "bench/whitelist_bench.h"
 
 /// The program at its limit: 4096 rules of four word lists of eight words and one action. Every
 /// figure is set against another one of the same run.
@@ -95,16 +97,20 @@ void SaveOneRule(benchmark::State& state, const std::filesystem::path& file) {
   }
 }
 
+/// Chooses an entry of the menus, the file dialog answered with that file; gives the seconds.
+double TimeOfMenu(LoadedRules& loaded, const char* menu, const std::filesystem::path& chosen) {
+  loaded.Desktop().agrees = true;
+  loaded.Desktop().chosenFile = chosen;
+  const auto start = Clock::now();
+  loaded.Form().Menu(menu).Choose();
+  return SecondsSince(start);
+}
+
 void ExportAll(benchmark::State& state, const std::filesystem::path& file) {
   LoadedRules loaded(file);
   const auto exported = file.parent_path() / "tout.moe";
-  loaded.Desktop().takesAnyBox = true;
-  loaded.Desktop().chosenFile = exported;
   for ([[maybe_unused]] auto step : state) {
-    std::filesystem::remove(exported);
-    const auto start = Clock::now();
-    loaded.Form().Menu("mnuExpAllRules").Choose();
-    state.SetIterationTime(SecondsSince(start));
+    state.SetIterationTime(TimeOfMenu(loaded, "mnuExpAllRules", exported));
   }
 }
 
@@ -112,20 +118,12 @@ void ExportAll(benchmark::State& state, const std::filesystem::path& file) {
 void ImportAll(benchmark::State& state, const std::filesystem::path& whole) {
   const auto exported = whole.parent_path() / "a-importer.moe";
   const auto file = whole.parent_path() / "une.reg";
-  if (!std::filesystem::exists(exported)) {
-    LoadedRules loaded(whole);
-    loaded.Desktop().takesAnyBox = true;
-    loaded.Desktop().chosenFile = exported;
-    loaded.Form().Menu("mnuExpAllRules").Choose();
-  }
+  LoadedRules all(whole);
+  TimeOfMenu(all, "mnuExpAllRules", exported);
   for ([[maybe_unused]] auto step : state) {
     WriteRuleSet(file, 1);
     LoadedRules loaded(file);
-    loaded.Desktop().takesAnyBox = true;
-    loaded.Desktop().chosenFile = exported;
-    const auto start = Clock::now();
-    loaded.Form().Menu("mnuImpAllRules").Choose();
-    state.SetIterationTime(SecondsSince(start));
+    state.SetIterationTime(TimeOfMenu(loaded, "mnuImpAllRules", exported));
     if (loaded.State().tables.RuleCount != kRules) state.SkipWithError("not all are imported");
   }
 }
@@ -202,9 +200,11 @@ void RegisterAll(const std::string& program, const std::filesystem::path& file) 
         ->Iterations(5)
         ->UseManualTime();
   }
+  RegisterWhitelist(file.parent_path());
   benchmark::RegisterBenchmark("ExportAll", ExportAll, file)->Unit(kMillisecond)->UseManualTime();
   benchmark::RegisterBenchmark("ImportAll", ImportAll, file)->Unit(kMillisecond)->UseManualTime();
-  // Last, for it changes the file.
+  // Last, for these change the file.
+  RegisterCommands(file, kRules);
   benchmark::RegisterBenchmark("SaveOneRule", SaveOneRule, file)
       ->Unit(kMillisecond)
       ->UseManualTime();
@@ -226,6 +226,16 @@ int Main(int argc, char** argv) {
   keeper.PrintRatio("saving one rule / loading", "SaveOneRule", "Load", 1);
   keeper.PrintRatio("exporting all rules / loading", "ExportAll", "Load", 1);
   keeper.PrintRatio("importing all rules / loading", "ImportAll", "Load", 1);
+  keeper.PrintRatio("merging a whitelist / sort -f -u on the same lines", "MergeWhitelist",
+                    "SortLines", 3);
+  for (const auto& [name, what] : kCommands) {
+    keeper.PrintRatio((std::string(what) + " / loading from memory").c_str(), name, kLoadFromMemory,
+                      1);
+  }
+  for (const auto& [name, what] : kCommands) {
+    keeper.PrintRatio((std::string(what) + ", file written / loading the file").c_str(),
+                      (std::string(name) + kInFile).c_str(), "Load", 1);
+  }
   keeper.PrintDifference("window on the rule set, seconds later than on the sample",
                          "WindowOnRuleSet", "WindowOnSample", 0.5);
   return EXIT_SUCCESS;

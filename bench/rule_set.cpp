@@ -47,6 +47,9 @@ class Writer {
  private:
   void WriteIdentity() {
     const auto id = kMailKey.substr(0, kMailKey.find('}') + 1);
+    text_.append(
+        "\r\n[HKEY_CURRENT_USER\\Software\\Microsoft\\WAB\\WAB4\\Wab File Name]\r\n"
+        "@=\"C:\\\\carnet.csv\"\r\n");
     text_.append("\r\n[HKEY_CURRENT_USER\\Identities]\r\n\"Last User ID\"=\"");
     text_.append(id.substr(id.find('{'))).append("\"\r\n\r\n[HKEY_CURRENT_USER\\");
     text_.append(kMailKey.substr(0, kMailKey.find("\\Rules"))).append("]\r\n");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+
 #include "app/deleted_items_reader.h"
 #include "app/settings.h"
 #include "core/damage_report.h"
@@ -16,6 +18,8 @@
 #include "ports/progress.h"
 #include "ports/registry_store.h"
 #include "ports/shell.h"
+#include "wab/address_reader.h"
+#include "wab/k9_whitelist.h"
 
 namespace morvelle {
 
@@ -39,6 +43,9 @@ struct ProgramState {
   RuleTables tables;
   EditingState editing;
   Settings settings;
+  BookPlace book;
+  /// K9's whitelist; empty when K9 is not there.
+  std::filesystem::path EmailsFile;
 };
 
 /// The services that stand on the ports and work on the state.
@@ -49,7 +56,9 @@ class Program {
         damage(messages, state.tables.RuleLabel),
         registry(ports.store, messages, damage),
         settingsFile(messages, state.settings),
-        deletedItems(ports.dialogs, ports.environment, state.identity.StoreRoot) {}
+        deletedItems(ports.dialogs, ports.environment, state.identity.StoreRoot),
+        addressReader(registry, ports.environment, ports.addressBook, state.book),
+        k9(registry, ports.environment, ports.processes, addressReader) {}
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
 
@@ -58,6 +67,8 @@ class Program {
   RegistryAccess registry;
   SettingsFile settingsFile;
   DeletedItemsReader deletedItems;
+  AddressReader addressReader;
+  K9Whitelist k9;
 };
 
 }  // namespace morvelle

@@ -11,6 +11,9 @@ class StartUpWindow {
   virtual StatusPanels& Panels() = 0;
   virtual void LoadRules() = 0;
   virtual void TickAutoUpdateBook(bool ticked) = 0;
+  /// Whether the address book's folder is known.
+  virtual void EnableWab(bool known) = 0;
+  virtual void ShowWhiteListK9(bool shown) = 0;
   /// The start has come to its end: imports are possible, what only some machines have is hidden.
   virtual void FinishStart() = 0;
 };
@@ -26,6 +29,8 @@ class StartUp {
 
  private:
   void FindOwnPlaces();
+  void OpenBook(StartUpWindow& window);
+  void UpdateBookRule(StartUpWindow& window);
 
   Ports& ports_;
   ProgramState& state_;

@@ -1,7 +1,6 @@
 #include "core/write_plan.h"
 
 #include <array>
-#include <memory>
 #include <utility>
 
 #include "app/messages/errors.h"
@@ -13,29 +12,14 @@ namespace {
 constexpr std::array<std::string_view, 5> kCriterionValues = {"Type", "Flags", "Logic", "Value",
                                                               "ValueType"};
 
-RegistryStatus GoneIsDone(RegistryStatus status) {
-  return status == kStatusNotFound ? kStatusSuccess : status;
-}
-
 }  // namespace
 
 bool WritePlan::IsStored(const std::string& path, std::string_view name,
                          const std::string& text) const {
-  if (path.empty() || IsKnownMissing(path)) return false;
   const OpenedKey key(registry_, path, false);
-  if (!key.IsOpen()) {
-    missing_ = path;
-    return false;
-  }
-  if (IsMissing(key, name)) return false;
+  if (path.empty() || !key.IsOpen() || IsMissing(key, name)) return false;
   // A value of a type that has no text was read as an empty one.
   return TextOf(registry_.Peek(key.Handle(), name)) == text;
-}
-
-bool WritePlan::IsKnownMissing(const std::string& path) const {
-  // What lies below a missing key is missing, too.
-  return !missing_.empty() && path.starts_with(missing_) &&
-         (path.size() == missing_.size() || path[missing_.size()] == '\\');
 }
 
 bool WritePlan::IsMissing(const OpenedKey& key, std::string_view name) const {
@@ -45,7 +29,6 @@ bool WritePlan::IsMissing(const OpenedKey& key, std::string_view name) const {
 }
 
 bool WritePlan::LacksValue(const std::string& path, std::string_view name) const {
-  if (IsKnownMissing(path)) return false;
   const OpenedKey key(registry_, path, false);
   return !path.empty() && key.IsOpen() && IsMissing(key, name);
 }
@@ -82,40 +65,55 @@ void WritePlan::RenameSubkeys(const std::string& path, std::vector<KeyRename> re
   Add({Verb::RenameSubkeys, path, {}, {}, {}, std::move(renames)});
 }
 
-RegistryStatus WritePlan::Apply() const {
-  // Most steps write to the key of the one before.
-  std::unique_ptr<OpenedKey> key;
-  const std::string* open = nullptr;
+RegistryStatus WritePlan::MayWrite() const {
+  const auto statusOf = [this](const std::string& path) {
+    const auto status = OpenedKey(registry_, path, false).Status();
+    return status == kStatusNotFound ? kStatusSuccess : status;
+  };
+  const std::string* last = nullptr;
   for (const auto& step : steps_) {
-    const bool inside = step.verb != Verb::DeleteKey && step.verb != Verb::RenameSubkeys;
-    if (!inside) {
-      key.reset();
-      open = nullptr;
-    } else if (open == nullptr || *open != step.path) {
-      key.reset();
-      key = std::make_unique<OpenedKey>(registry_, step.path, true);
-      open = &step.path;
-      if (!key->IsOpen()) return kStatusAccessDenied;
+    if (last != nullptr && *last == step.path && step.renames.empty()) continue;
+    last = &step.path;
+    auto status = statusOf(step.path);
+    for (const auto& rename : step.renames) {
+      if (status == kStatusSuccess) status = statusOf(step.path + "\\" + rename.from);
     }
-    const auto status = inside ? ApplyInside(step, key->Handle()) : ApplyToKey(step);
     if (status != kStatusSuccess) return status;
   }
   return kStatusSuccess;
 }
 
-RegistryStatus WritePlan::ApplyToKey(const Step& step) const {
-  if (step.verb == Verb::DeleteKey) return GoneIsDone(registry_.DeleteKey(step.path));
-  return registry_.Store().RenameSubkeys(step.path, step.renames, kCriterionValues);
-}
-
-RegistryStatus WritePlan::ApplyInside(const Step& step, KeyHandle key) const {
-  if (step.verb == Verb::SetValue) {
-    return registry_.SetKeyValue(key, step.name, step.kind, step.value);
-  }
-  if (step.verb == Verb::DeleteValue) {
-    return GoneIsDone(registry_.Store().DeleteValue(key, step.name));
+RegistryStatus WritePlan::Apply() const {
+  // On a store where each write is final, what was written before a refusal would stay.
+  if (const auto status = MayWrite(); status != kStatusSuccess) return status;
+  for (const auto& step : steps_) {
+    if (const auto status = Apply(step); status != kStatusSuccess) return status;
   }
   return kStatusSuccess;
+}
+
+RegistryStatus WritePlan::Apply(const Step& step) const {
+  const auto goneIsDone = [](RegistryStatus status) {
+    return status == kStatusNotFound ? kStatusSuccess : status;
+  };
+  switch (step.verb) {
+    case Verb::DeleteKey:
+      return goneIsDone(registry_.DeleteKey(step.path));
+    case Verb::RenameSubkeys:
+      return registry_.Store().RenameSubkeys(step.path, step.renames, kCriterionValues);
+    default:
+      break;
+  }
+  const OpenedKey key(registry_, step.path, true);
+  if (!key.IsOpen()) return key.Status();
+  switch (step.verb) {
+    case Verb::SetValue:
+      return registry_.SetKeyValue(key.Handle(), step.name, step.kind, step.value);
+    case Verb::DeleteValue:
+      return goneIsDone(registry_.Store().DeleteValue(key.Handle(), step.name));
+    default:
+      return kStatusSuccess;
+  }
 }
 
 }  // namespace morvelle

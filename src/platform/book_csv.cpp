@@ -145,13 +145,15 @@ bool IsBlank(const Row& row) {
   return std::all_of(row.begin(), row.end(), [](const auto& field) { return field.empty(); });
 }
 
+bool HasAt(std::string_view field) { return field.find('@') != std::string_view::npos; }
+
 /// The column in which "@" stands most often; 0 when it stands in none.
 std::size_t ColumnWithAt(const std::vector<Row>& rows) {
   std::vector<std::size_t> counts(1);
   for (const auto& row : rows) {
     counts.resize(std::max(counts.size(), row.size()));
     for (std::size_t i = 0; i < row.size(); ++i) {
-      if (row[i].find('@') != std::string::npos) ++counts[i];
+      if (HasAt(row[i])) ++counts[i];
     }
   }
   return static_cast<std::size_t>(std::max_element(counts.begin(), counts.end()) - counts.begin());
@@ -174,8 +176,13 @@ std::vector<std::string> ReadCsv(std::string_view text) {
   }
   bool hasHeadings = true;
   if (columns.empty()) {
-    columns.push_back(ColumnWithAt(rows));
-    hasHeadings = columns[0] >= head.size() || head[columns[0]].find('@') == std::string::npos;
+    const auto column = ColumnWithAt(rows);
+    hasHeadings = column >= head.size() || !HasAt(head[column]);
+    // What the column holds beside addresses is none.
+    for (auto& row : rows) {
+      if (column < row.size() && !HasAt(row[column])) row[column].clear();
+    }
+    columns.push_back(column);
   }
   std::vector<std::string> entries;
   for (std::size_t r = hasHeadings ? 1 : 0; r < rows.size(); ++r) {

@@ -24,7 +24,7 @@ namespace {
 using std::chrono::milliseconds;
 
 /// How long a process is given to end when it is asked to, and then when it is forced to.
-constexpr milliseconds kPatience{3000};
+constexpr milliseconds kPatience{2000};
 constexpr milliseconds kStep{20};
 
 std::filesystem::path FolderOf(ProcessId process) {

@@ -56,6 +56,7 @@ frmMorvelle::frmMorvelle(Ports& ports, ProgramState& state)
       txtMerge("txtMerge", &fraMerge),
       cmdFileToMerge("cmdFileToMerge", &fraMerge, "Parcourir ..."),
       statBar("statBar", &form),
+      aboutBox(ports, state),
       ports_(ports),
       state_(state),
       tables_(state.tables),
@@ -216,6 +217,7 @@ void frmMorvelle::ConnectMenus() {
   ConnectLifecycle();
   ConnectOrder();
   ConnectFiles();
+  ConnectTools();
 }
 
 void frmMorvelle::Form_Load() {

@@ -22,6 +22,7 @@
 #include "files/rule_export.h"
 #include "files/rule_file_reader.h"
 #include "ui/controls.h"
+#include "ui/frm_version.h"
 
 namespace morvelle {
 
@@ -137,6 +138,13 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   // --- Criteria options --------------------------------------------------------------------------
   void InitOptions();
 
+  // --- Address book, tools and help --------------------------------------------------------------
+  frmVersion aboutBox;
+  /// Told by the view: shows the about box.
+  Handler onAbout;
+  void EnableWab(bool known) override;
+  void ShowWhiteListK9(bool shown) override;
+
   // --- Opening and leaving a rule ----------------------------------------------------------------
   void InitMod(bool changed);
   void ClearMod();
@@ -244,10 +252,38 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   /// the words of the word tables, as it was created.
   void OpenNewRule(int row);
   void RestoreNewRule();
+  /// Gives the new rule another id where another program has made a rule under its own meanwhile;
+  /// false when none is left.
+  [[nodiscard]] bool SettleNewId(int row);
   /// Empties the editing controls; nothing is read again.
   void ClearEditor();
   /// Leaves the rule that is open, if any, once its changes have been given up.
   void CloseRule();
+
+  // address_book.cpp
+  void mnuAddBook_Click();
+  void mnuChangeBook_Click();
+  void mnuAutoUpdateBook_Click();
+  void mnuWhiteListK9_Click();
+  /// Makes the address-book rule and opens it.
+  void AddRuleFromWab();
+  /// Puts the book's addresses into the address-book rule that there is, and opens it.
+  void ChangeBook();
+  /// Leaves the rule that is open; its changes have been given up.
+  void LeaveForBook();
+  /// Makes the words those of the sender list, and shows them.
+  void ShowBookWords(std::vector<std::string> words);
+
+  // tools.cpp
+  void ConnectTools();
+  void mnuStore_Click();
+  void mnuWab_Click();
+  void mnufiles_Click();
+  void mnuSilent_Click();
+  void mnuHelp_Click();
+  void mnuPropos_Click();
+  /// The page of the manual that tells about what the window shows.
+  [[nodiscard]] std::string HelpPage() const;
 
   // rule_lifecycle.cpp
   void ConnectLifecycle();

@@ -13,6 +13,8 @@ class wxSizer;
 
 namespace morvelle {
 
+class LineList;
+
 /// The main window on the screen: a widget for each control of the form, which bears the control's
 /// name. It mirrors and relays; every decision is the form's.
 class MainWindow final : public wxFrame {
@@ -22,7 +24,10 @@ class MainWindow final : public wxFrame {
 
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
-  ~MainWindow() override { form_.onClose = nullptr; }
+  ~MainWindow() override {
+    form_.onClose = nullptr;
+    form_.onAbout = nullptr;
+  }
 
   /// Shows the window; as soon as it is on the screen the form's load event is raised.
   void Start();
@@ -50,6 +55,7 @@ class MainWindow final : public wxFrame {
   wxSizer* BuildMerge(wxWindow* parent);
 
   void MoveRulesByKey(wxWindow* list);
+  void MoveRulesByDragging(LineList& list);
   void DeleteByKey(wxWindow* list, PushButton& button);
   void OnFirstPaint(wxPaintEvent& event);
   void Load();

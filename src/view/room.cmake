@@ -16,7 +16,7 @@ if(MORVELLE_WX)
     set(view_system_sources view/french_posix.cpp)
   endif()
   morvelle_room(view
-    SOURCES ${view_system_sources} view/gestures.cpp view/line_list.cpp view/main_window.cpp
+    SOURCES ${view_system_sources} view/about_window.cpp view/gestures.cpp view/line_list.cpp view/main_window.cpp
       view/main_window_layout.cpp view/marked_text.cpp view/menu_bar.cpp view/mirror.cpp
       view/pictures.cpp view/rule_menu.cpp view/stack_sizer.cpp view/text_line.cpp
       view/widget_maker.cpp view/window_place.cpp view/wx_text.cpp

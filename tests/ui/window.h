@@ -51,6 +51,9 @@ struct Window : testing::Test {
                                  .Add({9, 0, "Famille", "Famille.dbx"})
                                  .Build()
                                  .bytes);
+    // A book that can be read: the start of the program then shows no box.
+    rules.PutText(std::string(kTestBookKey), "", "C:\\Carnet\\moi.wab");
+    addressBook.addresses = {"a@b.fr"};
   }
 
   [[nodiscard]] std::filesystem::path FoldersFile() const {

@@ -4,6 +4,7 @@ if(MORVELLE_WX)
   add_executable(view_tests
     view/test_main.cpp
     view/dialogs_wx_test.cpp
+    view/help_and_about_test.cpp
     view/line_list_test.cpp
     view/main_window_test.cpp
     view/marked_text_test.cpp

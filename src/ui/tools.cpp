@@ -1,0 +1,68 @@
+#include "app/messages/errors.h"
+#include "ui/frm_morvelle.h"
+
+/// Folders, quiet quitting, help and the about box.
+namespace morvelle {
+
+void frmMorvelle::ConnectTools() {
+  Menu("mnuAddBook").onClick = [this] { mnuAddBook_Click(); };
+  Menu("mnuChangeBook").onClick = [this] { mnuChangeBook_Click(); };
+  Menu("mnuAutoUpdateBook").onClick = [this] { mnuAutoUpdateBook_Click(); };
+  Menu("mnuWhiteListK9").onClick = [this] { mnuWhiteListK9_Click(); };
+  Menu("mnuStore").onClick = [this] { mnuStore_Click(); };
+  Menu("mnuWab").onClick = [this] { mnuWab_Click(); };
+  Menu("mnufiles").onClick = [this] { mnufiles_Click(); };
+  Menu("mnuSilent").onClick = [this] { mnuSilent_Click(); };
+  Menu("mnuHelp").onClick = [this] { mnuHelp_Click(); };
+  Menu("mnuPropos").onClick = [this] { mnuPropos_Click(); };
+  EnableWab(false);
+}
+
+void frmMorvelle::EnableWab(bool known) { Menu("mnuWab").SetEnabled(known); }
+
+void frmMorvelle::ShowWhiteListK9(bool shown) { Menu("mnuWhiteListK9").SetVisible(shown); }
+
+void frmMorvelle::mnuStore_Click() {
+  Ending("mnuStore_Click",
+         [&] { ports_.shell.OpenFolder(ports_.environment.HostPath(state_.identity.StoreRoot)); });
+}
+
+void frmMorvelle::mnuWab_Click() {
+  Ending("mnuWab_Click", [&] {
+    const auto& folder = state_.book.WabFolder;
+    if (!folder.empty()) ports_.shell.OpenFolder(ports_.environment.HostPath(folder));
+  });
+}
+
+void frmMorvelle::mnufiles_Click() {
+  Ending("mnufiles_Click", [&] { ports_.shell.OpenFolder(state_.settings.UserFilesFolder); });
+}
+
+void frmMorvelle::mnuSilent_Click() {
+  Ending("mnuSilent_Click", [&] {
+    auto& mode = state_.settings.QuietMode;
+    mode = mode.empty() ? "Silent" : "";
+    Menu("mnuSilent").SetChecked(!mode.empty());
+    program_.settingsFile.Write();
+  });
+}
+
+std::string frmMorvelle::HelpPage() const {
+  if (fraMerge.Visible()) return "fusion.htm";
+  if (fraOrderRules.Enabled()) return "ordre.htm";
+  if (editing_.openRuleId.empty()) return {};
+  return editing_.modes.addressBook ? "carnet.htm" : "mots.htm";
+}
+
+void frmMorvelle::mnuHelp_Click() {
+  Ending("mnuHelp_Click", [&] { ports_.shell.ShowHelp(state_.settings.helpFile, HelpPage()); });
+}
+
+void frmMorvelle::mnuPropos_Click() {
+  Ending("mnuPropos_Click", [&] {
+    aboutBox.Form_Load();
+    if (onAbout) onAbout();
+  });
+}
+
+}  // namespace morvelle

@@ -1,0 +1,54 @@
+#include "wab/k9_whitelist.h"
+
+#include "app/messages/errors.h"
+#include "app/messages/text.h"
+#include "wab/processes.h"
+#include "wab/whitelist_file.h"
+
+namespace morvelle {
+
+namespace {
+
+constexpr const char* kK9Key = "Software\\KeirNet\\K9";
+constexpr std::string_view kK9Program = "K9-F.exe";
+constexpr std::string_view kNotStopped =
+    "K9 n'a pas pu être arrêté : sa 'whitelist' n'a pas été modifiée"_cp;
+constexpr std::string_view kNotStarted = "K9 n'a pas pu être redémarré"_cp;
+
+}  // namespace
+
+std::filesystem::path K9Whitelist::EmailsPath() {
+  return Trap(registry_.Boxes().Boxes(), "EmailsPath", [&]() -> std::filesystem::path {
+    const OpenedKey key(registry_, kK9Key, false);
+    if (!key.IsOpen()) return {};
+    const auto folder = TextOf(registry_.Peek(key.Handle(), "EmailsPath"));
+    if (folder.empty()) return {};
+    auto file = environment_.HostPath(folder + "\\DB\\whitelist.txt");
+    return registry_.Boxes().FileExists(file) ? file : std::filesystem::path{};
+  });
+}
+
+void K9Whitelist::UpDateWhiteListK9(const std::filesystem::path& emailsFile) {
+  const auto& messages = registry_.Boxes();
+  Trap(messages.Boxes(), "UpDateWhiteListK9", [&] {
+    auto addresses = reader_.ReadWab();
+    if (addresses.empty()) return;
+    std::filesystem::path program;
+    const auto process = FindProcess(processes_, kK9Program);
+    if (process > 0) {
+      program = processes_.ProcessPath(process);
+      // Neither stopped for good nor left to write its own list over ours.
+      if (program.empty() || !processes_.KillProcess(process)) {
+        messages.Msg(kNotStopped, kBoxStop);
+        return;
+      }
+    }
+    ReplaceWhole(emailsFile, MergedWhitelist(ReadWhole(emailsFile), std::move(addresses)));
+    if (process > 0 && !processes_.StartProcess(program)) {
+      messages.Msg(kNotStarted, kBoxExclamation);
+    }
+    messages.Msg("La 'whitelist' de K9 a été mise à jour !"_cp, kBoxInformation);
+  });
+}
+
+}  // namespace morvelle

@@ -1,0 +1,90 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <thread>
+
+#include "platform/system_processes.h"
+#include "tests/support/temp_folder.h"
+
+namespace morvelle {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Programs that are started, found and ended for real.
+class PosixProcesses : public testing::Test {
+ protected:
+  ~PosixProcesses() override {
+    for (const auto& name : {kName, kLongName}) {
+      if (const auto process = Find(name); process != 0) processes->KillProcess(process);
+    }
+  }
+  ProcessId Find(const std::string& name) {
+    for (const auto& process : processes->Snapshot()) {
+      if (process.exeName == name) return process.id;
+    }
+    return 0;
+  }
+  ProcessId WaitFor(const std::string& name) {
+    for (int i = 0; i < 250; ++i) {
+      if (const auto process = Find(name); process != 0) return process;
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    ADD_FAILURE() << name << " does not run";
+    return 0;
+  }
+  fs::path Script(const std::string& name, const std::string& lines) {
+    const auto file = folder.Write(name, "#!/bin/sh\n" + lines);
+    fs::permissions(file, fs::perms::owner_all);
+    return file;
+  }
+
+  const std::string kName = "K9-F.exe";
+  const std::string kLongName = "K9-avec-un-long-nom.exe";
+  FileFolder folder;
+  std::unique_ptr<Processes> processes = MakeProcesses();
+};
+
+TEST_F(PosixProcesses, AProgramIsFoundEndedAndStartedAgain) {
+  for (const auto& name : {kName, kLongName}) {
+    SCOPED_TRACE(name);
+    // A name with a blank before it, and a program that is not the first word of its command line.
+    const auto file = Script("dossier à blancs/" + name, "while :; do sleep 0.05; done\n");
+    ASSERT_EQ(Find(name), 0U);
+    ASSERT_TRUE(processes->StartProcess(file));
+    const auto first = WaitFor(name);
+    EXPECT_EQ(processes->ProcessPath(first), file);
+    EXPECT_TRUE(processes->KillProcess(first));
+    EXPECT_EQ(Find(name), 0U);
+    ASSERT_TRUE(processes->StartProcess(file));
+    EXPECT_NE(WaitFor(name), first);
+  }
+}
+
+TEST_F(PosixProcesses, OneThatDoesNotListenIsForced) {
+  const auto marker = folder / "prêt";
+  const auto file =
+      Script(kName, "trap '' TERM\n: > '" + marker.string() + "'\nwhile :; do sleep 0.05; done\n");
+  ASSERT_TRUE(processes->StartProcess(file));
+  const auto process = WaitFor(kName);
+  for (int i = 0; i < 250 && !fs::exists(marker); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  EXPECT_TRUE(processes->KillProcess(process));
+  EXPECT_EQ(Find(kName), 0U);
+}
+
+TEST_F(PosixProcesses, ABinaryIsKnownByItsOwnFile) {
+  const auto file = folder / kName;
+  fs::copy_file("/bin/sleep", file);
+  // Without an argument it ends by itself; what counts here is that it could be started.
+  EXPECT_TRUE(processes->StartProcess(file));
+  EXPECT_FALSE(processes->StartProcess(folder / "absent"));
+  EXPECT_FALSE(processes->KillProcess(0)) << "our own group of processes";
+  EXPECT_EQ(processes->ProcessPath(static_cast<ProcessId>(-1)), "");
+}
+
+}  // namespace
+}  // namespace morvelle

@@ -1,0 +1,277 @@
+#include <gmock/gmock.h>
+
+#include "tests/ui/window.h"
+
+namespace morvelle {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr auto kOverwrite =
+    "La règle \"Carnet d'adresses\" actuelle va être écrasée par les données de votre carnet "
+    "d'adresses.\rVous pouvez encore annuler cette opération !"_cp;
+constexpr auto kUpdate = "Votre règle \"Carnet d'adresses\" va être mise à jour"_cp;
+constexpr auto kNotMade =
+    "La règle \"Carnet d'adresses\" ne peut être mise à jour.\rCette règle n'a pas été créée"_cp;
+constexpr auto kSaveBoth =
+    "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
+    "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp;
+constexpr auto kLoseContent =
+    "Vous avez modifié la règle en cours\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
+constexpr auto kNextStart = "Cette nouvelle option sera prise en charge au prochain démarrage"_cp;
+constexpr auto kUnreadable = "Impossible de lire le carnet d'adresses";
+constexpr auto kEmpty = "Le carnet d'adresses est vide";
+
+struct BookWindow : Window {
+  void Book(const std::vector<std::string>& addresses) {
+    addressBook.addresses.assign(addresses.begin(), addresses.end());
+  }
+  void Settings(std::string_view content) {
+    WriteFile(environment.userFolder / "Morvelle.ini", content);
+  }
+  [[nodiscard]] std::string Ini() const {
+    return ReadFile(environment.userFolder / "Morvelle.ini");
+  }
+  /// The rule "Carnet d'adresses" with its sender words under criterion 001 and words of its own
+  /// for the subject under 000; another rule before it.
+  void BookRule() {
+    rules.Order("000 004").PlainRule("000", "Autre", "000").Words("000", 12, {"alpha"});
+    rules.Rule("004", "Carnet d'adresses").Actions("000").Action("000", 6).Bytes(kDeletedItems);
+    rules.Criteria("000 001").Words("000", 8, {"sujet"}, 0, 2);
+    rules.Words("001", 12, {"vieux@b.fr"}, 1, 2);
+  }
+};
+
+TEST_F(BookWindow, TheRuleIsMadeSavedAndRefreshed) {
+  rules.Order("000 00F").PlainRule("000", "Un", "000").Words("000", 12, {"alpha"});
+  rules.PlainRule("00F", "Deux", "000").Words("000", 8, {"beta"});
+  Book({"zoe@b.fr", "a@b.fr", "zoe@b.fr"});
+  Start();
+  const auto before = Stored();
+  Choose("mnuAddBook");
+  Click("cmdRestore(0)");
+  EXPECT_THAT(Words(kSender), ElementsAre("a@b.fr", "zoe@b.fr"));
+  EXPECT_EQ(Count(kSender), "2 mots");
+  EXPECT_EQ(form->statBar.Panel(9), "Carnet d'adresses");
+  EXPECT_EQ(form->lstRules.Item(2), "* 010 Carnet d'adresses");
+  EXPECT_THAT(SelectedActions(), ElementsAre(0));
+  EXPECT_TRUE(Checked("mnuContentNo"));
+  EXPECT_EQ(Stored(), before) << "nothing is stored before it is saved";
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  Save();
+  EXPECT_THAT(Stored(), testing::StartsWith("Order = \"000 00F 010\"\n"));
+  EXPECT_EQ(Stored("010"),
+            "Name = \"Carnet d'adresses\"\nEnabled = 1\nVersion = 0\nActions\\Order = \"000\"\n"
+            "Actions\\000\\Flags = 0\nActions\\000\\Type = 6\n"
+            "Actions\\000\\Value = 3:\"\x01\x02\x03\x04\x05\x06\x07\x08\x05~~~\"\n"
+            "Actions\\000\\ValueType = 65\nCriteria\\Order = \"000\"\n"
+            "Criteria\\000\\Flags = 1\nCriteria\\000\\Logic = 0\nCriteria\\000\\Type = 12\n"
+            "Criteria\\000\\Value = 3:\"a@b.fr~zoe@b.fr~~~\"\nCriteria\\000\\ValueType = 65\n");
+  EXPECT_EQ(Which({"mnuAddBook", "mnuChangeBook", "mnuAutoUpdateBook"}),
+            "mnuChangeBook mnuAutoUpdateBook");
+
+  const auto saved = Stored();
+  Book({"nouveau@b.fr"});
+  dialogs.Expect(kOverwrite, 49, kAppTitle);
+  Choose("mnuChangeBook");
+  EXPECT_THAT(Words(kSender), ElementsAre("nouveau@b.fr"));
+  Save();
+  EXPECT_EQ(Stored(), Replaced(saved, "a@b.fr~zoe@b.fr~", "nouveau@b.fr~"));
+}
+
+TEST_F(BookWindow, TheRefreshKeepsTheOtherListsAndAsksFirst) {
+  BookRule();
+  Start();
+  dialogs.Expect(kOverwrite, Button::Cancel);
+  Choose("mnuChangeBook");
+  EXPECT_THAT(Words(kSender), IsEmpty());
+  dialogs.Expect(kOverwrite);
+  Choose("mnuChangeBook");
+  EXPECT_THAT(Words(kSubject), ElementsAre("sujet"));
+  EXPECT_TRUE(Can("mnuRegContent"));
+  EXPECT_FALSE(state.editing.bOrderChanged);
+  dialogs.Expect(kLoseContent, Button::No);
+  EXPECT_FALSE(form->NoChange()) << "it counts as modified";
+  Save();
+  EXPECT_EQ(Stored("004\\Criteria").find("vieux"), std::string::npos);
+  EXPECT_THAT(Stored("004\\Criteria"), HasSubstr("\"a@b.fr~~~\""));
+  EXPECT_THAT(Stored("004\\Criteria"), HasSubstr("\"sujet~~~\""));
+}
+
+TEST_F(BookWindow, ABookThatGivesNothingChangesNothing) {
+  BookRule();
+  Start();
+  const auto before = Stored();
+  for (const auto* trouble : {kUnreadable, kEmpty, ""}) {
+    SCOPED_TRACE(trouble);
+    addressBook.readable = trouble != kUnreadable;
+    addressBook.addresses.assign(trouble == kEmpty ? 0 : 1, std::nullopt);
+    dialogs.Expect(kOverwrite);
+    if (*trouble != '\0') dialogs.Expect(trouble, kBoxStop, kAppTitle);
+    Choose("mnuChangeBook");
+    EXPECT_FALSE(Can("mnuRegContent"));
+    EXPECT_THAT(Words(kSender), IsEmpty());
+  }
+  rules.Order("000");
+  rules.Rule("004", "Autre nom");
+  Open(0);
+  Click("cmdCancelRule(0)");
+  const auto without = Stored();
+  dialogs.ExpectAllShown();
+  Choose("mnuAddBook");
+  EXPECT_EQ(form->lstRules.Count(), 1);
+  EXPECT_FALSE(Can("lstAct"));
+  EXPECT_EQ(Stored(), without);
+  EXPECT_NE(Stored(), before);
+}
+
+TEST_F(BookWindow, WithoutTheFolderOfDeletedItemsNoRuleIsMade) {
+  std::filesystem::remove(FoldersFile());
+  rules.Order("000").PlainRule("000", "Un", "000").Words("000", 12, {"alpha"});
+  dialogs.AllowAnyBox();
+  Start();
+  dialogs.shown.clear();
+  Choose("mnuAddBook");
+  EXPECT_EQ(dialogs.shown.back().prompt, kUnreadableFolders);
+  EXPECT_EQ(form->lstRules.Count(), 1);
+  EXPECT_FALSE(Can("cmdRecord(0)"));
+}
+
+TEST_F(BookWindow, ARefreshNeverTurnsTheRuleAround) {
+  rules.Order("000").PlainRule("000", "Carnet d'adresses", "000").Words("000", 8, {"sujet"}, 0);
+  Start();
+  dialogs.Expect(kOverwrite);
+  Choose("mnuChangeBook");
+  EXPECT_TRUE(Checked("mnuContentNo")) << "a list that was empty says: none of these senders";
+  Save();
+  EXPECT_THAT(Stored(), HasSubstr("Flags = 1\n"));
+}
+
+TEST_F(BookWindow, TheCommandsFollowTheRuleThatIsThereNow) {
+  BookRule();
+  Start();
+  store.DeleteKey(kTestMailKey + "004");
+  rules.Order("000");
+  Open(0);
+  Click("cmdCancelRule(0)");
+  form->Menu("mnuChangeBook").SetEnabled(true);
+  Choose("mnuChangeBook");
+  EXPECT_EQ(form->statBar.Panel(9), "Carnet d'adresses") << "none there: it is made";
+  dialogs.AllowAnyBox();
+}
+
+TEST_F(BookWindow, AtStartTheRuleIsUpdatedOnlyWhereItStands) {
+  BookRule();
+  Settings("Auto\r\n\r\n");
+  const auto before = Stored();
+  dialogs.Expect(kUpdate, 33, kAppTitle, Button::Cancel);
+  Start();
+  EXPECT_EQ(Stored(), before);
+  EXPECT_TRUE(Checked("mnuAutoUpdateBook"));
+  Book({"zoe@b.fr", "a@b.fr"});
+  dialogs.Expect(kUpdate, Button::Ok);
+  Start();
+  EXPECT_EQ(Stored(), Replaced(before, "vieux@b.fr~", "a@b.fr~zoe@b.fr~"));
+  EXPECT_THAT(Words(kSender), IsEmpty()) << "no rule is open";
+  Open(1);
+  EXPECT_THAT(Words(kSender), ElementsAre("a@b.fr", "zoe@b.fr"));
+}
+
+TEST_F(BookWindow, WithoutTheRuleTheStartAsksNothing) {
+  rules.Order("000").PlainRule("000", "Un", "000").Words("000", 12, {"alpha"});
+  Settings("Auto\r\n\r\n");
+  const auto before = Stored();
+  Start();
+  EXPECT_EQ(Stored(), before);
+  addressBook.readable = false;
+  dialogs.Expect(kUnreadable, kBoxStop, kAppTitle);
+  dialogs.Expect(kNotMade, kBoxExclamation, kAppTitle);
+  Start();
+  Settings("auto\r\n\r\n");
+  dialogs.Expect(kUnreadable);
+  Start();
+  EXPECT_TRUE(Can("mnuAddBook"));
+  EXPECT_EQ(form->lstRules.Count(), 1) << "the start goes on";
+}
+
+TEST_F(BookWindow, TheStartUpModeGoesToAndFro) {
+  BookRule();
+  Start();
+  for (const auto* expected : {"Auto\r\n\r\n", "Manu\r\n\r\n", "Auto\r\n\r\n"}) {
+    dialogs.Expect(kNextStart, kBoxInformation, kAppTitle);
+    Choose("mnuAutoUpdateBook");
+    EXPECT_EQ(Ini(), expected);
+    EXPECT_EQ(Checked("mnuAutoUpdateBook"), *expected == 'A');
+  }
+}
+
+TEST_F(BookWindow, K9sEntryIsThereWithItsFileAlone) {
+  StartWithTwoRules();
+  EXPECT_FALSE(form->Menu("mnuWhiteListK9").Visible());
+  const auto file = environment.HostPath("C:\\K9\\DB\\whitelist.txt");
+  WriteFile(file, "");
+  rules.PutText("Software\\KeirNet\\K9", "EmailsPath", "C:\\K9");
+  Start();
+  Open(0);
+  dialogs.Expect("La 'whitelist' de K9 a été mise à jour !"_cp, kBoxInformation, kAppTitle);
+  Choose("mnuWhiteListK9");
+  EXPECT_THAT(ReadFile(file), HasSubstr("\r\nFrom :a@b.fr\r\n"));
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta")) << "the open rule is left alone";
+}
+
+TEST_F(BookWindow, ToolsOpenTheirFolders) {
+  StartWithTwoRules();
+  Choose("mnuStore");
+  Choose("mnuWab");
+  Choose("mnufiles");
+  EXPECT_THAT(shell.folders,
+              ElementsAre(environment.HostPath("C:\\Courrier"), environment.HostPath("C:\\Carnet"),
+                          environment.userFolder / "Fichiers VLX"));
+  rules.Remove(std::string(kTestBookKey), "");
+  Start();
+  EXPECT_FALSE(Can("mnuWab"));
+  form->Menu("mnuWab").onClick();
+  EXPECT_EQ(shell.folders.size(), 3U);
+}
+
+TEST_F(BookWindow, QuietQuittingGoesToAndFro) {
+  Settings("Auto\r\n\r\n");
+  rules.Order("000").PlainRule("000", "Un", "000").Words("000", 12, {"alpha"});
+  Start();
+  Choose("mnuSilent");
+  EXPECT_TRUE(Checked("mnuSilent"));
+  EXPECT_EQ(Ini(), "Auto\r\nSilent\r\n");
+  Choose("mnuSilent");
+  EXPECT_FALSE(Checked("mnuSilent"));
+  EXPECT_EQ(Ini(), "Auto\r\n\r\n");
+}
+
+TEST_F(BookWindow, HelpAndAboutBox) {
+  WriteFile(environment.programFile, "");
+  environment.fileVersions[environment.programFile] = "1.2.3.0";
+  StartWithTwoRules();
+  Choose("mnuHelp");
+  Open(0);
+  Choose("mnuHelp");
+  EXPECT_EQ(shell.helpFile, environment.userFolder / "Morvelle.chm");
+  EXPECT_EQ(shell.helpPages.front(), "");
+  EXPECT_NE(shell.helpPages.back(), "") << "an open rule has a page of its own";
+  bool shown = false;
+  form->onAbout = [&] { shown = true; };
+  Choose("mnuPropos");
+  EXPECT_TRUE(shown);
+  const auto& box = form->aboutBox;
+  EXPECT_EQ(box.form.Caption(), "À propos de Morvelle"_cp);
+  EXPECT_THAT(box.lblVersion.Caption(),
+              testing::MatchesRegex("Version 1\\.2\\.3\\.0 du "
+                                    "[0-9]{2}/[0-9]{2}/[0-9]{4} [0-9]{2}:[0-9]{2}:[0-9]{2}"));
+  EXPECT_THAT(box.lblDescription.Caption(),
+              testing::StartsWith("Morvelle est un programme destiné à compléter le gestionnaire "
+                                  "des 'Règles\r\nde message' d'Outlook Express\r\n"_cp));
+  EXPECT_EQ(box.lblUpDate.Visible(), !box.lblUpDate.Caption().empty());
+}
+
+}  // namespace
+}  // namespace morvelle

@@ -1,0 +1,78 @@
+#include "wab/book_rule.h"
+
+#include "core/new_rule.h"
+#include "tests/wab/book_machine.h"
+
+namespace morvelle {
+namespace {
+
+struct BookRuleTest : BookMachine {
+  BookRuleTest() { tables.SlotType = {"12", "8", "9", "22"}; }
+  /// Rules with these ids in the tables, named alike.
+  void Rules(const std::vector<std::string>& ids) {
+    tables.RuleCount = static_cast<std::int16_t>(ids.size());
+    tables.ReDimTables();
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+      tables.Rule[i].Id = ids[i];
+      tables.Rule[i].Name = "Rule " + ids[i];
+    }
+  }
+  std::optional<std::string> Id() { return BookRuleId(tables, registry, kTestMailKey); }
+};
+
+TEST_F(BookRuleTest, ItsIdFollowsTheGreatest) {
+  EXPECT_EQ(Id(), "000");
+  Rules({"000", "00F"});
+  EXPECT_EQ(Id(), "010");
+  Rules({"00a", "009", "zzz"});
+  EXPECT_EQ(Id(), "00B") << "small digits count, what is no id does not";
+}
+
+TEST_F(BookRuleTest, ATakenIdIsNotTakenAgain) {
+  Rules({"000", "FFF"});
+  EXPECT_EQ(Id(), "001");
+  Rules({"000"});
+  rules.Rule("001", "left by another program").Rule("002", "and this");
+  EXPECT_EQ(Id(), "003");
+  std::vector<std::string> all;
+  for (int i = 0; i < kMaxRules; ++i) all.push_back(ThreeDigitId(i));
+  Rules(all);
+  EXPECT_EQ(Id(), std::nullopt);
+}
+
+TEST_F(BookRuleTest, IsFoundByItsName) {
+  Rules({"000", "001"});
+  EXPECT_EQ(RowOfBookRule(tables), -1);
+  tables.Rule[1].Name = "CARNET D'ADRESSES";
+  EXPECT_EQ(RowOfBookRule(tables), 1);
+}
+
+TEST_F(BookRuleTest, OnlyTheValueOfTheSenderCriterionIsWritten) {
+  rules.Order("000").PlainRule("000", kBookRule, "000 001");
+  rules.Words("000", 8, {"sujet"}, 1, 2).Words("001", 12, {"vieux@b.fr"}, 1, 2);
+  Rules({"000"});
+  tables.Rule[0].CriteriaParam[0].Id = "000";
+  tables.Rule[0].CriteriaParam[0].Type = "8";
+  const auto before = DumpOf(store);
+  const auto write = [&] {
+    WriteBookWords(registry, kTestMailKey, tables, 0, {"a@b.fr", "c@d.fr"});
+  };
+  write();
+  EXPECT_EQ(DumpOf(store), before) << "a rule without sender words";
+  tables.Rule[0].CriteriaParam[1].Id = "001";
+  tables.Rule[0].CriteriaParam[1].Type = "12";
+  tables.Rule[0].overfull = true;
+  write();
+  EXPECT_EQ(DumpOf(store), before) << "a rule that is never rewritten";
+  tables.Rule[0].overfull = false;
+  WriteBookWords(registry, kTestMailKey, tables, 0, {});
+  EXPECT_EQ(DumpOf(store), before) << "an empty list would send all mail to the bin";
+  write();
+  auto after = before;
+  after.replace(after.find("vieux@b.fr~"), 11, "a@b.fr~c@d.fr~");
+  EXPECT_EQ(DumpOf(store), after);
+  EXPECT_EQ(store.commits, 1);
+}
+
+}  // namespace
+}  // namespace morvelle
