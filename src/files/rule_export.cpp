@@ -36,8 +36,8 @@ void RuleExport::Pair(int indent, std::string_view label, int valueIndent, std::
   sink_.Line(valueIndent, value);
 }
 
-void RuleExport::MailToFile(bool OneRule, int row, Progress& progress) {
-  if (!OneRule) {
+void RuleExport::MailToFile(bool oneRule, int row, Progress& progress) {
+  if (!oneRule) {
     AllRules(progress);
   } else if (tables_.RuleAt(row).overfull) {
     leftOut_.push_back(tables_.RuleAt(row).Name);
@@ -66,6 +66,7 @@ void RuleExport::AllRules(Progress& progress) {
   // The order tells the reader how many rules follow.
   if (IdsOfOrder(order).size() != rows.size()) {
     std::vector<std::string> ids;
+    ids.reserve(rows.size());
     for (const int row : rows) ids.push_back(tables_.RuleAt(row).Id);
     order = JoinIds(ids);
   }
@@ -85,11 +86,11 @@ void RuleExport::AllRules(Progress& progress) {
   sink_.Marker(labels::kEndOfMail);
 }
 
-void RuleExport::RuleToFile(int i, bool OneRule) {
+void RuleExport::RuleToFile(int i, bool oneRule) {
   Trap(messages_.Boxes(), "RuleToFile", [&] {
     const auto begin = sink_.FileText().size();
     const auto& rule = tables_.RuleAt(i);
-    if (!OneRule) {
+    if (!oneRule) {
       sink_.Gap();
       Pair(kTop, labels::kRuleId, kTop, rule.Id);
     }
@@ -101,7 +102,7 @@ void RuleExport::RuleToFile(int i, bool OneRule) {
     sink_.Marker(labels::kEndOfRule);
     if (sink_.OnPaper()) return;
     const auto block = std::string_view(sink_.FileText()).substr(begin);
-    if (!ReadsBack(block, OneRule ? RuleFileKind::OneRule : RuleFileKind::AllRules)) {
+    if (!ReadsBack(block, oneRule ? RuleFileKind::OneRule : RuleFileKind::AllRules)) {
       notReadable_.push_back(rule.Name);
     }
   });

@@ -20,9 +20,9 @@ class RuleExport {
              LineSink& sink)
       : messages_(messages), tables_(tables), deletedItems_(deletedItems), sink_(sink) {}
 
-  /// All rules, or with OneRule the rule of that row alone. A rule without actions gets its default
+  /// All rules, or with oneRule the rule of that row alone. A rule without actions gets its default
   /// action in the tables, where "Éléments supprimés" is known.
-  void MailToFile(bool OneRule, int row, Progress& progress);
+  void MailToFile(bool oneRule, int row, Progress& progress);
 
   /// Names of the rules of which the tables do not hold all: they are left out.
   [[nodiscard]] const std::vector<std::string>& LeftOut() const { return leftOut_; }
@@ -33,7 +33,7 @@ class RuleExport {
  private:
   void AllRules(Progress& progress);
   [[nodiscard]] std::vector<int> WholeRules();
-  void RuleToFile(int i, bool OneRule);
+  void RuleToFile(int i, bool oneRule);
   void ActionsToFile(int i);
   void AcionsParamToFile(int i, std::uint8_t k);
   void CriteriaToFile(int i);

@@ -50,9 +50,9 @@ bool RuleImport::MailFromFile(const std::filesystem::path& path, RuleFileKind ki
   });
 }
 
-bool RuleImport::ExistName(const std::string& Name) const {
+bool RuleImport::ExistName(const std::string& name) const {
   return Trap(registry_.Boxes().Boxes(), "ExistName", [&] {
-    registry_.Boxes().Msg(std::string("La règle "_cp) + Name +
+    registry_.Boxes().Msg(std::string("La règle "_cp) + name +
                           std::string(" existe déjà.\r\nElle ne sera pas importée."_cp));
     return true;
   });

@@ -28,7 +28,7 @@ class RuleImport {
   bool MailFromFile(const std::filesystem::path& path, RuleFileKind kind);
 
  private:
-  [[nodiscard]] bool ExistName(const std::string& Name) const;
+  [[nodiscard]] bool ExistName(const std::string& name) const;
   void DropKnownRules(RuleFile& file) const;
   /// Ids for the new rules, after the greatest one there is; false, after saying so, when there are
   /// not enough.

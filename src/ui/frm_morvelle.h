@@ -314,13 +314,13 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   [[nodiscard]] FileChoice Files();
   void mnuWhatRuleToFile_Click(int index);
   void mnuAllRulesToFile_Click();
-  void MailToFile(bool OneRule, int row);
+  void MailToFile(bool oneRule, int row);
   void ImportRules(const char* procedure, RuleFileKind kind);
   void TellLeftOut(const RuleExport& writers);
   // printing.cpp
   void mnuWhatRuleToPrint_Click(int index);
   void mnuPrintAllRules_Click();
-  void PrintRules(bool OneRule, int row);
+  void PrintRules(bool oneRule, int row);
   // signatures.cpp
   void mnuExpSign_Click();
   void mnuImpSign_Click();

@@ -20,13 +20,13 @@ void frmMorvelle::mnuPrintAllRules_Click() {
   });
 }
 
-void frmMorvelle::PrintRules(bool OneRule, int row) {
+void frmMorvelle::PrintRules(bool oneRule, int row) {
   LineSink sink(LineSink::Output::Paper);
   RuleExport writers(messages_, tables_, program_.deletedItems, sink);
-  writers.MailToFile(OneRule, row, ports_.progress);
+  writers.MailToFile(oneRule, row, ports_.progress);
   TellLeftOut(writers);
   if (sink.PaperLines().empty()) return;
-  const auto title = OneRule ? tables_.RuleAt(row).Name : std::string("Règles de message"_cp);
+  const auto title = oneRule ? tables_.RuleAt(row).Name : std::string("Règles de message"_cp);
   if (ports_.printer.Print(title, sink.PaperLines()) == PrintOutcome::Failed) {
     messages_.Msg("L'impression n'a pas abouti", kBoxStop);
   }

@@ -68,21 +68,21 @@ void frmMorvelle::mnuAllRulesToFile_Click() {
   });
 }
 
-void frmMorvelle::MailToFile(bool OneRule, int row) {
+void frmMorvelle::MailToFile(bool oneRule, int row) {
   Continuing("MailToFile", [&] {
     LineSink sink(LineSink::Output::File);
     RuleExport writers(messages_, tables_, program_.deletedItems, sink);
-    if (OneRule && tables_.RuleAt(row).overfull) {
-      writers.MailToFile(OneRule, row, ports_.progress);
+    if (oneRule && tables_.RuleAt(row).overfull) {
+      writers.MailToFile(oneRule, row, ports_.progress);
       TellLeftOut(writers);
       return;
     }
-    const auto name = OneRule ? tables_.RuleAt(row).Name
+    const auto name = oneRule ? tables_.RuleAt(row).Name
                               : std::string("Règles OE "_cp) + LongDate(ports_.environment.Now());
     const auto file =
-        Files().ToSave(OneRule ? "roe" : "moe", state_.settings.UserFilesFolder, name);
+        Files().ToSave(oneRule ? "roe" : "moe", state_.settings.UserFilesFolder, name);
     if (!file) return;
-    writers.MailToFile(OneRule, row, ports_.progress);
+    writers.MailToFile(oneRule, row, ports_.progress);
     WriteWholeFile(*file, sink.FileText());
     TellLeftOut(writers);
     if (writers.NotReadable().empty()) return;
