@@ -1,6 +1,7 @@
 #include "dbx/folder_store.h"
 
 #include "app/messages/errors.h"
+#include "core/deleted_items.h"
 #include "fuzz/fuzzer.h"
 
 namespace morvelle {
@@ -37,7 +38,7 @@ void TryInput(std::string_view input) {
   FolderStore store(boxes, machine, storeRoot);
   try {
     const auto value = store.ReadFolders();
-    Demand(value == "False" || value.size() == 8 || FolderStore::IsGood(value),
+    Demand(value == "False" || value.size() == 8 || IsDeletedItems(value),
            "the value is a mark, a mark and a folder, or False");
     Demand(store.FolderCount >= 0 && store.FolderCount <= 255, "a node names at most 255 folders");
   } catch (const ProgramEnd&) {

@@ -9,7 +9,7 @@
 #include <functional>
 #include <string>
 
-#include "tests/endurance/edited_store.h"
+#include "fuzz/endurance/edited_store.h"
 
 namespace morvelle {
 namespace {

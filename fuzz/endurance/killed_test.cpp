@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/endurance/edited_store.h"
+#include "fuzz/endurance/edited_store.h"
 
 namespace morvelle {
 namespace {
