@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 
+#include "bench/command_bench.h"
 #include "bench/loaded_rules.h"
 #include "bench/rule_set.h"
 #include "bench/whitelist_bench.h"
@@ -169,7 +170,8 @@ void RegisterAll(const std::string& program, const std::filesystem::path& file) 
         ->UseManualTime();
   }
   RegisterWhitelist(file.parent_path());
-  // Last, for it changes the file.
+  // Last, for these change the file.
+  RegisterCommands(file, kRules);
   benchmark::RegisterBenchmark("SaveOneRule", SaveOneRule, file)
       ->Unit(kMillisecond)
       ->UseManualTime();
@@ -191,6 +193,14 @@ int Main(int argc, char** argv) {
   keeper.PrintRatio("saving one rule / loading", "SaveOneRule", "Load", 1);
   keeper.PrintRatio("merging a whitelist / sort -f -u on the same lines", "MergeWhitelist",
                     "SortLines", 3);
+  for (const auto& [name, what] : kCommands) {
+    keeper.PrintRatio((std::string(what) + " / loading from memory").c_str(), name, kLoadFromMemory,
+                      1);
+  }
+  for (const auto& [name, what] : kCommands) {
+    keeper.PrintRatio((std::string(what) + ", file written / loading the file").c_str(),
+                      (std::string(name) + kInFile).c_str(), "Load", 1);
+  }
   keeper.PrintDifference("window on the rule set, seconds later than on the sample",
                          "WindowOnRuleSet", "WindowOnSample", 0.5);
   return EXIT_SUCCESS;

@@ -14,8 +14,9 @@
 
 namespace morvelle::bench {
 
-/// A desktop on which nothing is asked: any box but the missing folder store's is a failure of the
-/// benchmark, and so is paper. A file dialog gives the file set before it.
+/// A desktop on which nothing is asked, until `agrees` says yes to everything: any other box but
+/// the missing folder store's is a failure of the benchmark, and so is paper. A file dialog gives
+/// the file set before it.
 class SilentDesktop final : public Dialogs,
                             public Environment,
                             public FileDialogs,
@@ -27,13 +28,19 @@ class SilentDesktop final : public Dialogs,
  public:
   explicit SilentDesktop(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
+  bool agrees = false;
+  /// Answer of every input box.
+  std::string typed;
+
   Button ShowMessage(const std::string& prompt, int /*style*/, const std::string& title) override {
+    if (agrees) return Button::Yes;
     if (title != "Folders") throw std::runtime_error(title + ": " + prompt);
     return Button::Ok;
   }
   std::optional<std::string> AskText(const std::string& prompt, const std::string& /*title*/,
                                      const std::string& /*proposal*/) override {
-    throw std::runtime_error(prompt);
+    if (!agrees) throw std::runtime_error(prompt);
+    return typed;
   }
   [[nodiscard]] std::filesystem::path ProgramFile() const override { return folder_ / "morvelle"; }
   [[nodiscard]] std::filesystem::path UserFolder() const override { return folder_; }

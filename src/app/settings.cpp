@@ -1,19 +1,14 @@
 #include "app/settings.h"
 
-#include <fstream>
-#include <iterator>
+#include <algorithm>
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
+#include "files/text_files.h"
 
 namespace morvelle {
 
 namespace {
-
-std::string WholeFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 /// The next line of the text, which loses it and its end (CR, LF or both).
 std::string TakeLine(std::string_view& text) {
@@ -38,7 +33,7 @@ void SettingsFile::Read() {
   Trap(messages_.Boxes(), "ReadSettings", [&] {
     settings_.QuietMode.clear();
     if (!messages_.FileExists(Path())) return;
-    const auto content = WholeFile(Path());
+    const auto content = ReadWholeFile(Path()).value_or("");
     std::string_view rest = content;
     if (!rest.empty()) settings_.BookMode = TakeLine(rest);
     if (!rest.empty()) settings_.QuietMode = TakeLine(rest);
@@ -48,12 +43,10 @@ void SettingsFile::Read() {
 void SettingsFile::Write() {
   TrapAndContinue(messages_.Boxes(), "WriteSettings", [&] {
     const auto content = settings_.BookMode + "\r\n" + settings_.QuietMode + "\r\n";
-    if (WholeFile(Path()) == content) return;
-    std::ofstream file(Path(), std::ios::binary | std::ios::trunc);
-    if (!file) throw RuntimeError(ErrorNumber::PermissionDenied);
-    file << content;
-    file.close();
-    if (!file) throw RuntimeError(ErrorNumber::DiskFull);
+    if (ReadWholeFile(Path()) == content) return;
+    // A new file under that name would pass over the mark.
+    if (IsReadOnly(Path())) throw RuntimeError(ErrorNumber::PermissionDenied);
+    WriteWholeFile(Path(), content);
   });
 }
 

@@ -33,7 +33,7 @@ class SettingsFile {
 
   /// Lines that are not there leave the defaults.
   void Read();
-  /// Writes the file whole. A failure is told and changes nothing else.
+  /// Writes the file whole, or leaves it as it was and tells why.
   void Write();
 
  private:

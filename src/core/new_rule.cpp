@@ -79,6 +79,7 @@ std::int16_t AddRow(RuleTables& tables, const std::string& id, std::string_view 
   rule.Version = "0";
   rule.blank = false;
   std::vector<std::string> ids;
+  ids.reserve(at + 1);
   for (int other = 0; other < tables.RuleCount; ++other) ids.push_back(tables.RuleAt(other).Id);
   tables.Mail.Order = JoinIds(ids);
   return row;

@@ -161,6 +161,12 @@ RegistryStatus RegistryAccess::DeleteKey(const std::string& path) {
       if (status != kStatusSuccess) break;
       // A subkey that stays would be met again at index 0 for ever.
       status = DeleteKey(below + subkey);
+      if (status == kStatusNotFound) {
+        // Deleted meanwhile, or its name has letters that the code page lacks: the key, which is
+        // refused while it holds one, tells which.
+        status = store_.DeleteKey(path);
+        break;
+      }
       if (status != kStatusSuccess) break;
     }
     store_.CloseKey(handle);

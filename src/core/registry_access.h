@@ -82,6 +82,7 @@ class OpenedKey {
     if (IsOpen()) registry_.CloseKey(handle_);
   }
   [[nodiscard]] bool IsOpen() const { return status_ == kStatusSuccess; }
+  [[nodiscard]] RegistryStatus Status() const { return status_; }
   [[nodiscard]] KeyHandle Handle() const { return handle_; }
 
  private:

@@ -35,14 +35,18 @@ void RuleLoader::BlankRow(int row) {
 }
 
 void RuleLoader::ArrangeRows(const std::vector<std::string>& ids) {
-  const auto count = Checked<std::int16_t>(ids.size());
-  bool inPlace = count == tables_.RuleCount;
-  for (int row = 0; inPlace && row < count; ++row)
-    inPlace = tables_.RuleAt(row).Id == ids[Index(row)];
-  if (inPlace) return;
-
+  const int before = tables_.RuleCount;
+  const int after = Checked<std::int16_t>(ids.size());
+  int first = 0;
+  while (first < std::min(before, after) && tables_.RuleAt(first).Id == ids[Index(first)]) ++first;
+  int atEnd = 0;
+  while (atEnd < std::min(before, after) - first &&
+         tables_.RuleAt(before - 1 - atEnd).Id == ids[Index(after - 1 - atEnd)]) {
+    ++atEnd;
+  }
+  // Only the rows in between change places: moving all of them costs as much as reading them.
   std::unordered_map<std::string, LoadedRule> loaded;
-  for (int row = 0; row < tables_.RuleCount; ++row) {
+  for (int row = first; row < before - atEnd; ++row) {
     auto& rule = tables_.RuleAt(row);
     if (rule.readMark == 0) continue;
     auto id = rule.Id;
@@ -50,13 +54,13 @@ void RuleLoader::ArrangeRows(const std::vector<std::string>& ids) {
                                                  tables_.Criteria[Index(row)],
                                                  std::move(tables_.FirstCriteria[Index(row)])});
   }
-  tables_.Blank();
-  tables_.RuleCount = count;
-  tables_.ReDimTables();
-  for (int row = 0; row < count; ++row) {
-    const auto found = loaded.find(ids[Index(row)]);
+  tables_.ResizeBlock(before - atEnd, after - atEnd);
+  for (int row = first; row < after - atEnd; ++row) {
+    const auto& id = ids[Index(row)];
+    const auto found = loaded.find(id);
     if (found == loaded.end()) {
-      tables_.RuleAt(row).Id = ids[Index(row)];
+      if (!tables_.RuleAt(row).blank) BlankRow(row);
+      tables_.RuleAt(row).Id = id;
       continue;
     }
     tables_.RuleAt(row) = std::move(found->second.rule);

@@ -1,5 +1,6 @@
 #include "core/rule_tables.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 #include "app/messages/errors.h"
@@ -61,6 +62,23 @@ void RuleTables::ReDimTables() {
   Actions.resize(rows);
   Criteria.resize(rows);
   FirstCriteria.resize(rows);
+}
+
+void RuleTables::ResizeBlock(int end, int newEnd) {
+  const auto resize = [&](auto& rows) {
+    const auto from = rows.begin() + std::min(end, newEnd);
+    if (newEnd < end) {
+      rows.erase(from, rows.begin() + end);
+    } else {
+      rows.insert(from, static_cast<std::size_t>(newEnd - end), {});
+    }
+  };
+  resize(Rule);
+  resize(Actions);
+  resize(Criteria);
+  resize(FirstCriteria);
+  RuleCount = static_cast<std::int16_t>(RuleCount + newEnd - end);
+  ReDimTables();
 }
 
 void RuleTables::Blank() {

@@ -105,6 +105,9 @@ struct RuleTables {
 
   /// Gives the per-rule tables RuleCount rows (one at the least), keeping what they hold.
   void ReDimTables();
+  /// The rows up to `end` become those up to `newEnd`: the last of them go, or blank ones follow
+  /// them. The rows behind keep their place behind, and RuleCount counts them all.
+  void ResizeBlock(int end, int newEnd);
   /// Empties order, version, rows and slots before a load.
   void Blank();
 };

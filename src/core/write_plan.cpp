@@ -65,7 +65,27 @@ void WritePlan::RenameSubkeys(const std::string& path, std::vector<KeyRename> re
   Add({Verb::RenameSubkeys, path, {}, {}, {}, std::move(renames)});
 }
 
+RegistryStatus WritePlan::MayWrite() const {
+  const auto statusOf = [this](const std::string& path) {
+    const auto status = OpenedKey(registry_, path, false).Status();
+    return status == kStatusNotFound ? kStatusSuccess : status;
+  };
+  const std::string* last = nullptr;
+  for (const auto& step : steps_) {
+    if (last != nullptr && *last == step.path && step.renames.empty()) continue;
+    last = &step.path;
+    auto status = statusOf(step.path);
+    for (const auto& rename : step.renames) {
+      if (status == kStatusSuccess) status = statusOf(step.path + "\\" + rename.from);
+    }
+    if (status != kStatusSuccess) return status;
+  }
+  return kStatusSuccess;
+}
+
 RegistryStatus WritePlan::Apply() const {
+  // On a store where each write is final, what was written before a refusal would stay.
+  if (const auto status = MayWrite(); status != kStatusSuccess) return status;
   for (const auto& step : steps_) {
     if (const auto status = Apply(step); status != kStatusSuccess) return status;
   }
@@ -85,7 +105,7 @@ RegistryStatus WritePlan::Apply(const Step& step) const {
       break;
   }
   const OpenedKey key(registry_, step.path, true);
-  if (!key.IsOpen()) return kStatusAccessDenied;
+  if (!key.IsOpen()) return key.Status();
   switch (step.verb) {
     case Verb::SetValue:
       return registry_.SetKeyValue(key.Handle(), step.name, step.kind, step.value);

@@ -36,6 +36,7 @@ class WritePlan {
   void RenameSubkeys(const std::string& path, std::vector<KeyRename> renames);
 
   /// Carries the plan out in its order; stops at the first write that fails and gives its status.
+  /// A key that is there and may not be written is found before the first write.
   [[nodiscard]] RegistryStatus Apply() const;
 
   /// Whether a key that is there now holds no value of that name.
@@ -56,6 +57,7 @@ class WritePlan {
   [[nodiscard]] bool IsStored(const std::string& path, std::string_view name,
                               const std::string& text) const;
   [[nodiscard]] bool IsMissing(const OpenedKey& key, std::string_view name) const;
+  [[nodiscard]] RegistryStatus MayWrite() const;
   [[nodiscard]] RegistryStatus Apply(const Step& step) const;
 
   RegistryAccess& registry_;

@@ -7,6 +7,7 @@
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
+#include "core/deleted_items.h"
 #include "dbx/hex.h"
 
 namespace morvelle {
@@ -120,7 +121,7 @@ std::string FolderStore::ReadFolders() {
   });
   Close();
   if (!done) {
-    dialogs_.ShowMessage("Erreur de lecture du fichier Folders.dbx", kBoxStop + kBoxOk, "Folders");
+    dialogs_.ShowMessage(std::string(kFoldersUnreadable), kBoxStop + kBoxOk, "Folders");
     return "False";
   }
   for (const auto& folder : Folders) {

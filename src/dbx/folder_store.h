@@ -38,11 +38,6 @@ class FolderStore {
   /// read.
   std::string ReadFolders();
 
-  /// Whether a result of ReadFolders designates a folder: store and id, 11 characters.
-  [[nodiscard]] static bool IsGood(const std::string& deletedItemsValue) {
-    return deletedItemsValue.size() == kMarkSize + 3;
-  }
-
   /// \name The steps of ReadFolders, each on the open file. A run-time error in a step is its
   /// failure.
   /// @{

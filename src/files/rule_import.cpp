@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "app/messages/errors.h"
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "core/command_batch.h"
 #include "core/new_rule.h"
@@ -28,7 +29,7 @@ bool RuleImport::MailFromFile(const std::filesystem::path& path, RuleFileKind ki
     auto file = ReadRuleFile(*text, kind);
     if (file.verdict == RuleFileVerdict::BadlySaved) {
       registry_.Boxes().Msg(
-          std::string("Le fichier "_cp) + ShownPath(path) + std::string(" a mal été enregistré"_cp),
+          std::string("Le fichier "_cp) + PathText(path) + std::string(" a mal été enregistré"_cp),
           kBoxStop);
       throw ProgramEnd{};
     }

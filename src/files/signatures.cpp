@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/messages/errors.h"
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "core/command_batch.h"
 #include "files/dates.h"
@@ -80,7 +81,7 @@ bool Signatures::ExpSign() {
   const auto what = subkeys.size() == 1 && !textCopied
                         ? "Le fichier de signature a été enregistré"_cp
                         : "Les fichiers de signatures ont été enregistrés"_cp;
-  registry_.Boxes().Msg(std::string(what) + " dans le dossier :\r" + ShownPath(folder_));
+  registry_.Boxes().Msg(std::string(what) + " dans le dossier :\r" + PathText(folder_));
   return true;
 }
 
@@ -98,8 +99,8 @@ bool Signatures::CopyTextOut(const Signature& signature, std::vector<std::string
   };
   for (int number = 2; isTaken(); ++number) {
     const path parts = ToPath(plain);
-    name = ShownPath(parts.stem()) + " (" + std::to_string(number) + ")" +
-           ShownPath(parts.extension());
+    name =
+        PathText(parts.stem()) + " (" + std::to_string(number) + ")" + PathText(parts.extension());
   }
   taken.push_back(name);
   const auto target = folder_ / ToPath(name);

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "app/messages/errors.h"
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 
 namespace morvelle {
@@ -87,16 +88,7 @@ bool IsReadOnly(const path& file) {
          (status.permissions() & perms::owner_write) == perms::none;
 }
 
-std::string ShownPath(const path& path) {
-  try {
-    return FromUtf16Lossy(path.u16string());
-  } catch (const std::system_error&) {
-    // On Linux a name is any bytes; one that is no UTF-8 is shown as it stands.
-    return path.string();
-  }
-}
-
-std::string FileTitle(const path& path) { return ShownPath(path.filename()); }
+std::string FileTitle(const path& path) { return PathText(path.filename()); }
 
 path ToPath(std::string_view name) { return {ToUtf16(name)}; }
 

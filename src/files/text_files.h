@@ -19,8 +19,7 @@ void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 /// Whether the file is there and marked as not to be written.
 bool IsReadOnly(const std::filesystem::path& file);
 
-/// A path, or the name alone, as a message shows it: "?" for what Windows-1252 lacks.
-std::string ShownPath(const std::filesystem::path& path);
+/// The name alone as a message shows it: "?" for what Windows-1252 lacks.
 std::string FileTitle(const std::filesystem::path& path);
 
 /// A Windows-1252 file name as a path.

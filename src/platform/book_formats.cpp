@@ -5,7 +5,6 @@
 
 #include "app/messages/text.h"
 #include "platform/book_csv.h"
-#include "platform/unicode.h"
 
 namespace morvelle {
 

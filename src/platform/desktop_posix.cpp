@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "platform/address_book_file.h"
 #include "platform/desktop.h"
@@ -12,7 +13,6 @@
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"
 #include "platform/system_processes.h"
-#include "platform/unicode.h"
 
 namespace morvelle {
 

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <utility>
 
+#include "app/messages/text.h"
 #include "platform/address_book_file.h"
 #include "platform/address_book_win32.h"
 #include "platform/desktop.h"

@@ -4,8 +4,8 @@
 #include <ctime>
 #include <utility>
 
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
-#include "platform/unicode.h"
 
 namespace morvelle {
 
@@ -65,7 +65,8 @@ CommitOutcome EditedFile::Replace(std::string_view bytes, bool overwriteChanged,
     copyKept_ = true;
     return CommitOutcome::Done;
   }
-  if (!copy.empty()) files_->Remove(copy);
+  // Where the file itself is gone, the copy is all that is left of it.
+  if (!copy.empty() && files_->Stamp(path_).there) files_->Remove(copy);
   error = Failure("ne peut être enregistré"_cp, reason);
   return CommitOutcome::Failed;
 }
@@ -91,7 +92,8 @@ bool EditedFile::KeepDatedCopy(std::filesystem::path& copy, std::string& reason)
 }
 
 std::string EditedFile::Failure(std::string_view what, std::string_view reason) const {
-  std::string message("Le fichier « "_cp);
+  std::string message;
+  message += "Le fichier « "_cp;
   message += PathText(path_);
   message += " » "_cp;
   message += what;

@@ -13,6 +13,30 @@ namespace {
 
 constexpr std::string_view kProfileVariable = "UserProfile";
 
+/// A variable's value; nothing when there is none of that name.
+std::optional<std::wstring> WideVariable(const std::wstring& name) {
+  // With the zero; 0 when there is none.
+  DWORD size = ::GetEnvironmentVariableW(name.c_str(), nullptr, 0);
+  while (size != 0) {
+    std::wstring value(size, L'\0');
+    const DWORD length = ::GetEnvironmentVariableW(name.c_str(), value.data(), size);
+    if (length < size) {
+      value.resize(length);
+      return value;
+    }
+    size = length;
+  }
+  return std::nullopt;
+}
+
+/// The path with the variable at its head replaced; as it stands where it has none that is known.
+std::wstring Expanded(const std::wstring& path) {
+  const auto end = path.find(L'%', 1);
+  if (end == std::wstring::npos || path.front() != L'%') return path;
+  const auto value = WideVariable(path.substr(1, end - 1));
+  return value ? *value + path.substr(end + 1) : path;
+}
+
 /// Registry and environment give text in the system's code page, whichever that is.
 std::wstring WideOf(const std::string& text) {
   const auto size = static_cast<int>(text.size());
@@ -44,7 +68,9 @@ std::string NarrowPath(const std::filesystem::path& file) {
   return NarrowOf(shortName).value_or("");
 }
 
+/// Whether the folders say where the path lies. A variable that they do not know is this machine's.
 bool HasFolderFor(const WindowsFolders& folders, const std::string& windowsPath) {
+  if (windowsPath.starts_with('%')) return folders.profile.has_value();
   if (windowsPath.size() < 2 || windowsPath[1] != ':') return true;
   const char letter = LowerCase(windowsPath[0]);
   if (letter < 'a' || letter > 'z') return true;
@@ -72,18 +98,9 @@ std::optional<std::string> Win32Environment::Variable(const std::string& name) c
   if (folders_ && folders_->profile && EqualIgnoringCase(name, kProfileVariable)) {
     return std::nullopt;
   }
-  // With the zero; 0 when there is none of that name.
-  DWORD size = ::GetEnvironmentVariableA(name.c_str(), nullptr, 0);
-  while (size != 0) {
-    std::string value(size, '\0');
-    const DWORD length = ::GetEnvironmentVariableA(name.c_str(), value.data(), size);
-    if (length < size) {
-      value.resize(length);
-      return value;
-    }
-    size = length;
-  }
-  return std::nullopt;
+  // A folder's name may have letters that the code page lacks: the sign stays, for HostPath.
+  const auto value = WideVariable(WideOf(name));
+  return value ? NarrowOf(*value) : std::nullopt;
 }
 
 std::string Win32Environment::GetFileVersion(const std::filesystem::path& file) const {
@@ -112,7 +129,7 @@ std::filesystem::path Win32Environment::HostPath(const std::string& windowsPath)
   if (folders_ && HasFolderFor(*folders_, windowsPath)) {
     return FindWindowsPath(*folders_, windowsPath);
   }
-  return WideOf(windowsPath);
+  return Expanded(WideOf(windowsPath));
 }
 
 std::chrono::system_clock::time_point Win32Environment::Now() const {

@@ -19,7 +19,8 @@ class Win32Environment final : public Environment {
   [[nodiscard]] std::filesystem::path UserFolder() const override;
   [[nodiscard]] std::optional<std::string> Variable(const std::string& name) const override;
   [[nodiscard]] std::string GetFileVersion(const std::filesystem::path& file) const override;
-  /// The path itself, unless the registry is a file with that drive beside it.
+  /// The path itself, unless the registry is a file with that drive beside it. A variable at its
+  /// head is replaced here where `Variable` could not give it as text of the code page.
   [[nodiscard]] std::filesystem::path HostPath(const std::string& windowsPath) const override;
   [[nodiscard]] std::chrono::system_clock::time_point Now() const override;
   void SetCurrentFolder(const std::filesystem::path& folder) override;

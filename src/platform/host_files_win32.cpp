@@ -161,8 +161,13 @@ class Win32Files : public HostFiles {
   std::string Replace(const path& file, std::string_view bytes, FileStamp& stamp) override {
     const DWORD attributes = ::GetFileAttributesW(file.c_str());
     const bool wasThere = attributes != INVALID_FILE_ATTRIBUTES;
-    if (wasThere && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-      return Reason(ERROR_ACCESS_DENIED);
+    if (wasThere) {
+      if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return Reason(ERROR_ACCESS_DENIED);
+      // A new file under the old name would pass over the rights of the old one.
+      const OpenFile writable(file, GENERIC_WRITE,
+                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING,
+                              0);
+      if (!writable) return Reason(::GetLastError());
     }
     const path aside = Beside(file, L"." + std::to_wstring(::GetCurrentProcessId()) + L".tmp");
     ::DeleteFileW(aside.c_str());
@@ -179,6 +184,11 @@ class Win32Files : public HostFiles {
 
   Copying KeepCopy(const path& from, const path& to, std::string& reason) override {
     if (::CopyFileW(from.c_str(), to.c_str(), TRUE) != FALSE) {
+      // A copy that may not be written could not be taken back where the file cannot be replaced.
+      const DWORD attributes = ::GetFileAttributesW(to.c_str());
+      if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        ::SetFileAttributesW(to.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
+      }
       // The copy must be on the disk before the file itself is replaced.
       const OpenFile copy(to, GENERIC_WRITE, FILE_SHARE_READ, OPEN_EXISTING, 0);
       if (copy) ::FlushFileBuffers(copy.Handle());

@@ -9,12 +9,12 @@
 #include <unordered_set>
 #include <utility>
 
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "platform/hive_cells.h"
 #include "platform/hive_reader.h"
 #include "platform/hive_writer.h"
 #include "platform/tree_store.h"
-#include "platform/unicode.h"
 
 namespace morvelle {
 

@@ -4,12 +4,12 @@
 #include <utility>
 #include <vector>
 
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "platform/reg_file_reader.h"
 #include "platform/reg_file_text.h"
 #include "platform/reg_file_writer.h"
 #include "platform/tree_store.h"
-#include "platform/unicode.h"
 
 namespace morvelle {
 

@@ -120,13 +120,17 @@ RegistryStatus SubkeyRenames::DeleteTree(const std::string& path) {
   {
     ScopedKey key(store_);
     auto status = store_.OpenKey(path, KeyAccess::ReadWrite, key.handle);
+    if (status != kStatusSuccess) return status;
     std::string name;
-    while (status == kStatusSuccess) {
-      status = store_.EnumKey(key.handle, 0, name);
+    while ((status = store_.EnumKey(key.handle, 0, name)) == kStatusSuccess) {
       // What stays would be met again for ever: a subkey's failure ends the loop.
-      if (status == kStatusSuccess) status = DeleteTree(Below(path, name));
+      status = DeleteTree(Below(path, name));
+      // Deleted meanwhile, or its name has letters that the code page lacks: the key, which is
+      // refused while it holds one, tells which.
+      if (status == kStatusNotFound) break;
+      if (status != kStatusSuccess) return status;
     }
-    if (status != kStatusNoMoreItems) return status;
+    if (status != kStatusNoMoreItems && status != kStatusNotFound) return status;
   }
   return store_.DeleteKey(path);
 }

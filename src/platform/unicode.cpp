@@ -3,8 +3,6 @@
 #include <array>
 #include <cstdint>
 
-#include "app/messages/text.h"
-
 namespace morvelle {
 
 namespace {
@@ -49,13 +47,6 @@ constexpr auto kUpper = [] {
   return table;
 }();
 
-/// Length and smallest code point of a UTF-8 sequence by its first byte; 0 for no first byte.
-constexpr std::size_t SequenceLength(unsigned char lead) {
-  if (lead < 0x80) return 1;
-  if (lead < 0xC2 || lead > 0xF4) return 0;
-  return lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-}
-
 void AppendPoint(std::string& utf8, std::uint32_t point) {
   const auto tail = [point](unsigned shift) {
     return static_cast<char>(0x80U | ((point >> shift) & 0x3FU));
@@ -74,34 +65,6 @@ void AppendPoint(std::string& utf8, std::uint32_t point) {
 }  // namespace
 
 char16_t UpperCase(char16_t unit) { return unit < kTableSize ? kUpper[unit] : unit; }
-
-std::optional<std::u16string> Utf16FromUtf8(std::string_view utf8) {
-  constexpr std::array<std::uint32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
-  std::u16string text;
-  text.reserve(utf8.size());
-  for (std::size_t at = 0; at < utf8.size();) {
-    const auto lead = static_cast<unsigned char>(utf8[at]);
-    const std::size_t length = SequenceLength(lead);
-    if (length == 0 || utf8.size() - at < length) return std::nullopt;
-    std::uint32_t point = length == 1 ? lead : lead & (0xFFU >> (length + 1));
-    for (std::size_t k = 1; k < length; ++k) {
-      const auto next = static_cast<unsigned char>(utf8[at + k]);
-      if ((next & 0xC0U) != 0x80) return std::nullopt;
-      point = (point << 6U) | (next & 0x3FU);
-    }
-    if (point < kSmallest[length] || point > 0x10FFFF || (point >= 0xD800 && point < 0xE000)) {
-      return std::nullopt;
-    }
-    if (point >= 0x10000) {
-      text += static_cast<char16_t>(0xD800U + ((point - 0x10000U) >> 10U));
-      text += static_cast<char16_t>(0xDC00U + ((point - 0x10000U) & 0x3FFU));
-    } else {
-      text += static_cast<char16_t>(point);
-    }
-    at += length;
-  }
-  return text;
-}
 
 std::string Utf8FromUtf16(std::u16string_view text) {
   std::string utf8;
@@ -126,13 +89,6 @@ bool IsWellFormed(std::u16string_view text) {
     if (i == text.size() || !IsTrail(text[i])) return false;
   }
   return true;
-}
-
-std::string PathText(const std::filesystem::path& path) {
-  const auto utf8 = path.u8string();
-  std::string bytes(utf8.begin(), utf8.end());
-  if (const auto text = Utf16FromUtf8(bytes)) return FromUtf16Lossy(*text);
-  return bytes;
 }
 
 }  // namespace morvelle

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 
 namespace morvelle {
@@ -19,7 +20,8 @@ std::filesystem::path FindEntry(const std::filesystem::path& folder, const std::
   if (std::filesystem::exists(exact, error)) return exact;
   for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
        entry.increment(error)) {
-    const auto shown = FromUtf8(entry->path().filename().string());
+    const auto units = PathUnits(entry->path().filename());
+    const auto shown = units ? FromUtf16(*units) : std::nullopt;
     if (shown && EqualIgnoringCase(*shown, name)) return entry->path();
   }
   return exact;

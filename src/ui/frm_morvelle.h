@@ -252,6 +252,9 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   /// the words of the word tables, as it was created.
   void OpenNewRule(int row);
   void RestoreNewRule();
+  /// Gives the new rule another id where another program has made a rule under its own meanwhile;
+  /// false when none is left.
+  [[nodiscard]] bool SettleNewId(int row);
   /// Empties the editing controls; nothing is read again.
   void ClearEditor();
   /// Leaves the rule that is open, if any, once its changes have been given up.

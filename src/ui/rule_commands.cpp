@@ -108,6 +108,24 @@ void frmMorvelle::OpenNewRule(int row) {
   editing_.openRuleIsNew = true;
 }
 
+bool frmMorvelle::SettleNewId(int row) {
+  const auto& mailKey = state_.identity.MailKey;
+  auto& rule = tables_.RuleAt(row);
+  if (!OpenedKey(program_.registry, mailKey + rule.Id, false).IsOpen()) return true;
+  const auto id = FreeRuleIds(tables_, program_.registry, mailKey).Take();
+  if (!id) {
+    messages_.Msg(kTooManyRules);
+    return false;
+  }
+  rule.Id = *id;
+  created_.rule.Id = *id;
+  editing_.openRuleId = *id;
+  // The other program's rule keeps its place in the order too.
+  tables_.Mail.Order += " " + *id;
+  LoadMnu(row, RuleText(row), false);
+  return true;
+}
+
 void frmMorvelle::RestoreNewRule() {
   const int row = tables_.RowOfId(editing_.openRuleId);
   if (row < 0) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);

@@ -24,6 +24,7 @@ LineList::LineList(wxWindow* parent, bool severalSelections, const wxSize& least
   Bind(wxEVT_LEFT_DOWN, &LineList::OnPress, this);
   Bind(wxEVT_LEFT_UP, &LineList::OnRelease, this);
   Bind(wxEVT_LISTBOX, &LineList::OnSelect, this);
+  Bind(wxEVT_MOTION, &LineList::OnMotion, this);
 }
 
 void LineList::TakeOver(const ListBox& list) {
@@ -90,14 +91,40 @@ void LineList::TakeOverSelection(const ListBox& list) {
 
 void LineList::OnPress(wxMouseEvent& event) {
   pressed_ = HitTest(event.GetPosition());
+  dragged_ = onDrag ? pressed_ : wxNOT_FOUND;
   reported_ = false;
   event.Skip();
+}
+
+// While a line is dragged the toolkit sees no motion: it would select the lines on the way.
+void LineList::OnMotion(wxMouseEvent& event) {
+  if (dragged_ == wxNOT_FOUND || !event.LeftIsDown()) {
+    dragged_ = wxNOT_FOUND;
+    event.Skip();
+    return;
+  }
+  const int target = TargetAt(event.GetPosition());
+  if (target == dragged_) return;
+  // What was pressed is a click no more.
+  pressed_ = wxNOT_FOUND;
+  dragged_ = onDrag(dragged_, target);
+  if (dragged_ != wxNOT_FOUND) EnsureVisible(dragged_);
+}
+
+int LineList::TargetAt(const wxPoint& place) const {
+  const int last = static_cast<int>(GetCount()) - 1;
+  const auto room = GetClientSize();
+  if (place.y < 0) return std::max(dragged_ - 1, 0);
+  if (place.y >= room.y) return std::min(dragged_ + 1, last);
+  const int under = HitTest(wxPoint(room.x / 2, place.y));
+  return under == wxNOT_FOUND ? last : under;
 }
 
 // A list reports a click on its current line by no event of its own, or not on every system; what
 // it does report comes before the call that is queued here.
 void LineList::OnRelease(wxMouseEvent& event) {
   event.Skip();
+  dragged_ = wxNOT_FOUND;
   CallAfter([this] {
     const auto pressed = std::exchange(pressed_, wxNOT_FOUND);
     if (pressed != wxNOT_FOUND && !reported_ && onPick) onPick(pressed);

@@ -22,6 +22,10 @@ class LineList final : public wxListBox {
   /// The user clicked a line or moved to it by a key, the current line included.
   std::function<void(int index)> onPick;
 
+  /// The user drags the line `from` to where `to` is; returns where the line is then. A list
+  /// without it is not dragged in.
+  std::function<int(int from, int to)> onDrag;
+
   void TakeOver(const ListBox& list);
 
  private:
@@ -35,6 +39,9 @@ class LineList final : public wxListBox {
   void OnPress(wxMouseEvent& event);
   void OnRelease(wxMouseEvent& event);
   void OnSelect(wxCommandEvent& event);
+  void OnMotion(wxMouseEvent& event);
+  /// Where a line dragged to that place belongs: beyond an edge it goes on by one line.
+  [[nodiscard]] int TargetAt(const wxPoint& place) const;
 
   wxSize leastSize_;
   Show show_;
@@ -42,6 +49,7 @@ class LineList final : public wxListBox {
   std::vector<std::string> shown_;
   std::vector<int> shownSelections_;
   int pressed_ = wxNOT_FOUND;
+  int dragged_ = wxNOT_FOUND;
   bool reported_ = false;
 };
 

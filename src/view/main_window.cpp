@@ -1,6 +1,7 @@
 #include "view/main_window.h"
 
 #include "view/about_window.h"
+#include "view/line_list.h"
 #include "view/pictures.h"
 #include "view/wx_text.h"
 
@@ -91,6 +92,22 @@ void MainWindow::MoveRulesByKey(wxWindow* list) {
     auto& arrow = key == WXK_UP ? form_.picUp : form_.picDown;
     gestures_.Perform(form_.lstRules, [&arrow] { arrow.Click(); });
   });
+}
+
+// A line goes where it is dragged by as many moves as the arrows would make.
+void MainWindow::MoveRulesByDragging(LineList& list) {
+  list.onDrag = [this](int from, int to) {
+    auto& rules = form_.lstRules;
+    gestures_.Perform(rules, [&] {
+      if (rules.ListIndex() != from) rules.ClickItem(from);
+      for (int line = from; line != to;) {
+        (to < line ? form_.picUp : form_.picDown).Click();
+        if (rules.ListIndex() == line) break;
+        line = rules.ListIndex();
+      }
+    });
+    return rules.ListIndex();
+  };
 }
 
 void MainWindow::DeleteByKey(wxWindow* list, PushButton& button) {

@@ -13,6 +13,8 @@ class wxSizer;
 
 namespace morvelle {
 
+class LineList;
+
 /// The main window on the screen: a widget for each control of the form, which bears the control's
 /// name. It mirrors and relays; every decision is the form's.
 class MainWindow final : public wxFrame {
@@ -53,6 +55,7 @@ class MainWindow final : public wxFrame {
   wxSizer* BuildMerge(wxWindow* parent);
 
   void MoveRulesByKey(wxWindow* list);
+  void MoveRulesByDragging(LineList& list);
   void DeleteByKey(wxWindow* list, PushButton& button);
   void OnFirstPaint(wxPaintEvent& event);
   void Load();

@@ -106,6 +106,7 @@ wxSizer* MainWindow::BuildOrder(wxWindow* parent) {
                     std::string_view line) { return rule.Show(line); };
   auto* list = maker_.Make(box, form_.lstRules, FromDIP(kLeastRuleList), marked);
   MoveRulesByKey(list);
+  MoveRulesByDragging(*list);
   auto* up = maker_.MakePicture(box, form_.picUp, UpArrow(),
                                 ToWx("Monter la règle (Alt+flèche vers le haut)"_cp));
   auto* down = maker_.MakePicture(box, form_.picDown, DownArrow(),

@@ -60,9 +60,30 @@ TEST_F(SettingsTest, LinesMayBeMissingOrEndOtherwise) {
 
 TEST_F(SettingsTest, AFileThatCannotBeWrittenIsSaidAndTheProgramGoesOn) {
   settings.AppPath = folder / "absent" / "";
-  dialogs.Expect("Permission refusée"_cp, kBoxOk, "WriteSettings");
+  dialogs.Expect("Chemin d'accès introuvable"_cp, kBoxOk, "WriteSettings");
   file.Read();
   file.Write();
+}
+
+// A reader that has the file open goes on reading what was there: the old content is never cut.
+TEST_F(SettingsTest, TheFileIsReplacedAndNeverCut) {
+  Read("Auto\r\nSilent\r\n");
+  std::filesystem::create_hard_link(ini, folder / "before.ini");
+  std::filesystem::permissions(ini, std::filesystem::perms{0600});
+  settings.QuietMode = "";
+  file.Write();
+  EXPECT_EQ(ReadFile(ini), "Auto\r\n\r\n");
+  EXPECT_EQ(ReadFile(folder / "before.ini"), "Auto\r\nSilent\r\n");
+  EXPECT_EQ(std::filesystem::status(ini).permissions(), std::filesystem::perms{0600});
+}
+
+TEST_F(SettingsTest, AFileThatMayNotBeWrittenStays) {
+  Read("Auto\r\nSilent\r\n");
+  std::filesystem::permissions(ini, std::filesystem::perms{0400});
+  settings.QuietMode = "";
+  dialogs.Expect("Permission refusée"_cp, kBoxOk, "WriteSettings");
+  file.Write();
+  EXPECT_EQ(ReadFile(ini), "Auto\r\nSilent\r\n");
 }
 
 }  // namespace

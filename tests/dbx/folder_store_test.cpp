@@ -8,6 +8,7 @@
 #include <random>
 
 #include "app/messages/text.h"
+#include "core/deleted_items.h"
 #include "samples/dbx_builder.h"
 #include "tests/support/fake_environment.h"
 #include "tests/support/scripted_dialogs.h"
@@ -74,7 +75,7 @@ TEST_F(FolderStoreTest, GivesTheStoreAndTheIdOfTheBin) {
                          .Build();
   const auto value = Read(image);
   EXPECT_EQ(value, kMark + "\x01\x02\x03") << "the first of two folders of that name";
-  EXPECT_TRUE(FolderStore::IsGood(value));
+  EXPECT_TRUE(IsDeletedItems(value));
   EXPECT_EQ(store_.FolderCount, 4);
   EXPECT_EQ(store_.Folders[2].Id, "010203");
   EXPECT_EQ(store_.Folders[1].Name, "Boîte de réception"_cp);
@@ -88,7 +89,7 @@ TEST_F(FolderStoreTest, GivesTheStoreAloneWithoutTheBin) {
       << "letter case counts";
   EXPECT_EQ(Read(DbxBuilder(kMark).Add({5, 1, std::string(kBin), "", 0, 0}).Build()), kMark)
       << "the name of an unused folder holds its zero";
-  EXPECT_FALSE(FolderStore::IsGood(kMark));
+  EXPECT_FALSE(IsDeletedItems(kMark));
 }
 
 TEST_F(FolderStoreTest, RefusesAFileThatIsNotAFolderList) {
@@ -99,7 +100,7 @@ TEST_F(FolderStoreTest, RefusesAFileThatIsNotAFolderList) {
     ExpectBadFile();
     EXPECT_EQ(Read(bad), "False") << "byte " << offset;
   }
-  EXPECT_FALSE(FolderStore::IsGood("False"));
+  EXPECT_FALSE(IsDeletedItems("False"));
   EXPECT_EQ(Read(good), kMark + "\x05\0\0"s) << "read again after a failure";
   for (const std::size_t size : {0U, 7U, 27U, 239U}) {
     ExpectBadFile();

@@ -33,6 +33,8 @@ constexpr std::string_view kOneValue =
 class FailingFiles final : public HostFiles {
  public:
   std::string copyFails;
+  /// A replacement that fails when the old file is gone already.
+  bool losesFile = false;
   bool canLock = true;
 
   std::filesystem::path Resolve(const std::filesystem::path& path) override {
@@ -47,7 +49,9 @@ class FailingFiles final : public HostFiles {
   }
   std::string Replace(const std::filesystem::path& path, std::string_view bytes,
                       FileStamp& stamp) override {
-    return real_->Replace(path, bytes, stamp);
+    if (!losesFile) return real_->Replace(path, bytes, stamp);
+    real_->Remove(path);
+    return "erreur";
   }
   Copying KeepCopy(const std::filesystem::path& from, const std::filesystem::path& to,
                    std::string& reason) override {
@@ -233,6 +237,13 @@ TEST_F(EditedFileTest, AFolderThatCannotBeWrittenStillOpens) {
   EXPECT_NE(store->DeleteKey("A"), kStatusSuccess) << "a write outside a batch";
   EXPECT_EQ(Value(*store), "none");
   EXPECT_EQ(ReadFile(file_), kEmpty) << "without its copy nothing is written";
+}
+
+TEST_F(EditedFileTest, TheCopyStaysWhereTheFileIsLost) {
+  const auto store = OpenNew();
+  files_->losesFile = true;
+  EXPECT_EQ(Save(*store, "1"), CommitOutcome::Failed);
+  EXPECT_EQ(ReadFile(folder_ / kCopy), kEmpty);
 }
 
 }  // namespace

@@ -3,14 +3,8 @@
 # that the store wrote into a hive, and compares what the hive then holds with what is meant.
 set -eu
 
-command -v hivexregedit > /dev/null || {
-  echo "hivexregedit is missing: apt-get install libwin-hivex-perl" >&2
-  exit 1
-}
-folder=$(mktemp -d)
-# The reader opens its files in UTF-8 only when Perl is told so.
-export PERL_UNICODE=D
-trap 'rm -rf "$folder"' EXIT
+# shellcheck source=tests/support/hivexregedit.sh
+. "$(dirname "$0")/../support/hivexregedit.sh"
 cd "$folder"
 "$1" "$folder"
 

@@ -11,7 +11,6 @@
 #include "platform/reg_file_reader.h"
 #include "platform/reg_file_text.h"
 #include "platform/reg_file_writer.h"
-#include "platform/unicode.h"
 
 namespace morvelle {
 

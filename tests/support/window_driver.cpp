@@ -82,17 +82,38 @@ void WindowDriver::Click(std::string_view name) {
   ClickAt(widget, wxPoint(size.x / 2, size.y / 2));
 }
 
+wxPoint WindowDriver::PlaceOf(const wxListBox& list, int index) {
+  const int middle = list.GetClientSize().x / 2;
+  for (int y = 1; y < list.GetClientSize().y; y += 4) {
+    if (list.HitTest(middle, y) == index) return {middle, y + 3};
+  }
+  throw Impossible(list.GetName().ToStdString(), "no such line on the screen");
+}
+
 void WindowDriver::ClickLine(std::string_view list, int index) {
   auto& widget = FindAs<wxListBox>(list);
   widget.EnsureVisible(index);
   Settle();
-  const int middle = widget.GetClientSize().x / 2;
-  for (int y = 1; y < widget.GetClientSize().y; y += 4) {
-    if (widget.HitTest(middle, y) != index) continue;
-    ClickAt(widget, wxPoint(middle, y + 3));
-    return;
+  ClickAt(widget, PlaceOf(widget, index));
+}
+
+void WindowDriver::DragLine(std::string_view list, int from, int to, int below) {
+  auto& widget = FindAs<wxListBox>(list);
+  const auto start = PlaceOf(widget, from);
+  const auto end = PlaceOf(widget, to) + wxPoint(0, below);
+  wxUIActionSimulator user;
+  user.MouseMove(widget.ClientToScreen(start));
+  Settle();
+  user.MouseDown();
+  Settle();
+  constexpr int kSteps = 8;
+  for (int step = 1; step <= kSteps; ++step) {
+    const int y = start.y + (end.y - start.y) * step / kSteps;
+    user.MouseMove(widget.ClientToScreen(wxPoint(start.x, y)));
+    Settle();
   }
-  throw Impossible(list, "no such line on the screen");
+  user.MouseUp();
+  Settle();
 }
 
 void WindowDriver::Type(const std::string& text) {

@@ -13,6 +13,7 @@
 #include "view/main_window.h"
 
 class wxDialog;
+class wxListBox;
 
 namespace morvelle {
 
@@ -38,6 +39,8 @@ class WindowDriver {
   void Click(std::string_view name);
   /// A click on a line of a list, which is scrolled to it first.
   void ClickLine(std::string_view list, int index);
+  /// Drags a line to another one that is on the screen too, and `below` pixels further.
+  void DragLine(std::string_view list, int from, int to, int below = 0);
   /// Types into whatever has the focus; only what a US keyboard has.
   void Type(const std::string& text);
   /// Pastes any text from the clipboard with Ctrl+V.
@@ -76,6 +79,8 @@ class WindowDriver {
   void WatchBoxes();
   void AnswerBox(wxDialog& box);
   void ClickAt(wxWindow& widget, const wxPoint& place);
+  /// A place on a line of a list that is on the screen.
+  [[nodiscard]] static wxPoint PlaceOf(const wxListBox& list, int index);
 
   MainWindow& window_;
   wxTimer watch_;

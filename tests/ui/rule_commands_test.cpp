@@ -156,6 +156,19 @@ TEST_F(RuleCommands, ANewRuleTakesNoIdThatIsInUse) {
                           NewRule("002", "Neuve") + "\"000\"\n");
 }
 
+TEST_F(RuleCommands, ARuleMadeMeanwhileByAnotherProgramIsNotWrittenOver) {
+  StartWithTwoRules();
+  AddRule("Neuve");
+  rules.PlainRule("002", "Autre", "000").Order("000 001 002");
+  const auto before = Stored();
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "\"000 001 002\"", "\"000 001 003 002\"") +
+                          NewRule("003", "Neuve") + "\"000\"\n");
+  EXPECT_THAT(form->lstRules.Items(),
+              ElementsAre("* 000 Publicités"_cp, "  001 Famille", "* 003 Neuve", "* 002 Autre"));
+}
+
 TEST_F(RuleCommands, TheFirstRuleOfAll) {
   rules.Order("").Remove(kTestMailKey, "Version");
   Start();
@@ -247,31 +260,31 @@ TEST_F(RuleCommands, AnAbandonedNewRuleLeavesNothing) {
 
 TEST_F(RuleCommands, ARuleIsDeletedWithItsPlaceInTheOrder) {
   StartWithTwoRules();
-  rules.PlainRule("002", "Listes", "000").Order("000 001 002");
+  rules.PlainRule("002", "Listes", "000").Order("002 000 001");
   rules.Rule("003", "Hors liste");
   const auto before = Stored();
   dialogs.Expect(kDelete, kBoxYesNo + kBoxQuestion + kBoxSecondDefault, kAppTitle, Button::No);
   Delete(1);
   EXPECT_EQ(Stored(), before);
   ExpectIdle();
-  EXPECT_EQ(form->lstRules.ListIndex(), 1);
+  EXPECT_EQ(form->lstRules.ListIndex(), 2) << "the rule that was clicked, wherever it stands now";
   store.commitOutcome = CommitOutcome::Failed;
   dialogs.Expect(kDelete, Button::Yes);
   dialogs.Expect(kNotStored);
-  Delete(1);
+  Delete(2);
   EXPECT_EQ(Stored(), before);
-  EXPECT_EQ(state.tables.Mail.Order, "000 001 002");
+  EXPECT_EQ(state.tables.Mail.Order, "002 000 001");
   EXPECT_EQ(form->lstRules.Count(), 3);
   store.commitOutcome = CommitOutcome::Done;
   dialogs.Expect(kDelete, Button::Yes);
   const int commits = store.commits;
-  Delete(1);
+  Delete(2);
   EXPECT_EQ(store.commits, commits + 1);
   const auto from = before.find("001\\");
   EXPECT_EQ(Stored(), Replaced(before.substr(0, from) + before.substr(before.find("002\\", from)),
-                               "\"000 001 002\"", "\"000 002\""));
-  EXPECT_THAT(form->lstRules.Items(), ElementsAre("* 000 Publicités"_cp, "* 002 Listes"));
-  EXPECT_EQ(form->lstRules.ListIndex(), 1) << "the rule that took its place";
+                               "\"002 000 001\"", "\"002 000\""));
+  EXPECT_THAT(form->lstRules.Items(), ElementsAre("* 002 Listes", "* 000 Publicités"_cp));
+  EXPECT_EQ(form->lstRules.ListIndex(), 1) << "the rule nearest to its place";
   ExpectIdle();
   form->RuleMenu("mnuDel").onClick(2);
 }
@@ -284,8 +297,8 @@ TEST_F(RuleCommands, TheLastRuleTakesTheOrderWithIt) {
   Delete(0);
   EXPECT_EQ(Stored(), "Version = 327680\n");
   ExpectIdle();
-  EXPECT_EQ(Which({"mnuDelete", "mnuRename", "mnuExpAllRules", "mnuChangeContent",
-                   "mnuImpOneRule", "mnuImpAllRules"}),
+  EXPECT_EQ(Which({"mnuDelete", "mnuRename", "mnuExpAllRules", "mnuChangeContent", "mnuImpOneRule",
+                   "mnuImpAllRules"}),
             "mnuImpOneRule mnuImpAllRules");
   EXPECT_EQ(form->RuleMenu("mnuDel").CaptionOf(0), "");
   AddRule("Famille");

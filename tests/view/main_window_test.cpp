@@ -187,6 +187,25 @@ TEST_F(MainWindowTest, RulesMoveByKeyOnlyWhileTheListHasTheFocus) {
   EXPECT_EQ(moves, "udu");
 }
 
+TEST_F(MainWindowTest, ADraggedRuleMovesAsByTheArrows) {
+  driver.Choose("mnuChangeOrder");
+  EXPECT_TRUE(List("lstRules").HasFocus());
+  const auto first = form.lstRules.Item(0);
+  const auto second = form.lstRules.Item(1);
+  const auto third = form.lstRules.Item(2);
+  driver.DragLine("lstRules", 0, 2);
+  EXPECT_EQ(form.lstRules.Items(), (Words{second, third, first}));
+  EXPECT_EQ(form.lstRules.ListIndex(), 2);
+  EXPECT_EQ(List("lstRules").GetSelection(), 2);
+  EXPECT_TRUE(form.Menu("mnuRegOrder").Enabled());
+  driver.DragLine("lstRules", 2, 0, -60);
+  EXPECT_EQ(form.lstRules.Items(), (Words{first, second, third})) << "beyond the edge";
+  EXPECT_EQ(form.lstRules.ListIndex(), 0);
+  driver.ClickLine("lstRules", 1);
+  EXPECT_EQ(form.lstRules.Items(), (Words{first, second, third})) << "a click is no drag";
+  EXPECT_EQ(form.lstRules.ListIndex(), 1);
+}
+
 TEST_F(MainWindowTest, TheMergePanelTakesThePlaceOfThePrefilters) {
   const auto place = driver.Find("fraPreFilters").GetRect();
   form.EnableMerge(true);

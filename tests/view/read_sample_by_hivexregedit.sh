@@ -5,14 +5,8 @@
 # differs, and it is the sorted list.
 set -eu
 
-command -v hivexregedit > /dev/null || {
-  echo "hivexregedit is missing: apt-get install libwin-hivex-perl" >&2
-  exit 1
-}
-folder=$(mktemp -d)
-# The reader opens its files in UTF-8 only when Perl is told so.
-export PERL_UNICODE=D
-trap 'rm -rf "$folder"' EXIT
+# shellcheck source=tests/support/hivexregedit.sh
+. "$(dirname "$0")/../support/hivexregedit.sh"
 
 export_of() {
   mkdir "$folder/$1"

@@ -10,6 +10,7 @@ if(MORVELLE_WX)
     view/marked_text_test.cpp
     view/menu_bar_test.cpp
     view/mirror_test.cpp
+    view/printed_pages_test.cpp
     view/rule_session_test.cpp
     view/sample_identity_test.cpp
     view/window_place_test.cpp

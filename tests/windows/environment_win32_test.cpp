@@ -17,6 +17,18 @@ TEST(Win32Environment, GivesVariablesAsThePercentSignsWould) {
   EXPECT_EQ(environment.Variable("MorvelleNone"), std::nullopt);
 }
 
+TEST(Win32Environment, APathKeepsTheLettersOfAVariableThatTheCodePageLacks) {
+  ::SetEnvironmentVariableW(L"MorvelleTest", L"C:\\Ωmega");
+  const FileFolder folder;
+  for (const auto& folders : {std::optional<WindowsFolders>(), {{{}, {}, folder.Path()}}}) {
+    const Win32Environment environment(folders);
+    EXPECT_EQ(environment.Variable("MorvelleTest"), std::nullopt);
+    EXPECT_EQ(environment.HostPath(std::string("%morvelleTEST%\\Été"_cp)), L"C:\\Ωmega\\Été");
+    EXPECT_EQ(environment.HostPath("%MorvelleNone%\\x"), L"%MorvelleNone%\\x");
+    EXPECT_EQ(environment.HostPath("%"), L"%");
+  }
+}
+
 TEST(Win32Environment, ReadsTheVersionResourceOfAFile) {
   const Win32Environment environment(std::nullopt);
   // The resource of this very program, given in tests.cmake.

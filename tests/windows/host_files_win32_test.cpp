@@ -24,10 +24,10 @@ TEST_F(Win32FilesTest, ReplacesAFileWholeOrNotAtAll) {
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
   EXPECT_NE(files_->Replace(file, "refused", stamp_), "");
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
-  {
-    // Held by a program that lets nobody else delete or rename it.
-    const HANDLE held = ::CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                      OPEN_EXISTING, 0, nullptr);
+  // Held by a program that lets nobody else write it, nor, at first, delete or rename it.
+  for (const DWORD shared : {FILE_SHARE_READ, FILE_SHARE_READ | FILE_SHARE_DELETE}) {
+    const HANDLE held =
+        ::CreateFileW(file.c_str(), GENERIC_READ, shared, nullptr, OPEN_EXISTING, 0, nullptr);
     EXPECT_NE(files_->Replace(file, "refused", stamp_), "");
     ::CloseHandle(held);
   }
@@ -74,6 +74,16 @@ TEST_F(Win32FilesTest, ACopyNeverTakesTheNameOfAnother) {
   EXPECT_EQ(files_->KeepCopy(folder_.Path() / "none", folder_.Path() / "c", reason),
             HostFiles::Copying::Failed);
   EXPECT_NE(reason, "");
+}
+
+TEST_F(Win32FilesTest, TheCopyOfAFileThatMayNotBeWrittenCanBeTakenBack) {
+  const auto file = folder_.Write("a.reg", "old");
+  ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
+  std::string reason;
+  EXPECT_EQ(files_->KeepCopy(file, folder_.Path() / "copy.reg", reason), HostFiles::Copying::Done);
+  files_->Remove(folder_.Path() / "copy.reg");
+  EXPECT_EQ(folder_.Names(), std::set<std::string>{"a.reg"});
+  ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 }  // namespace

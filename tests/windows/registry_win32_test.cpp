@@ -1,43 +1,14 @@
 #include "platform/registry_win32.h"
 
-#include <windows.h>
-// After windows.h, on which it leans.
-#include <shlwapi.h>
-
 #include <array>
 #include <string>
 
 #include "tests/platform/registry_contract.h"
+#include "tests/windows/private_registry.h"
 
 namespace morvelle {
 
 namespace {
-
-constexpr const char* kTestKey = "Software\\Morvelle tests";
-
-/// Stands for HKEY_CURRENT_USER while it lives, so that nothing of the user's is touched.
-class PrivateRegistry {
- public:
-  PrivateRegistry() {
-    ::SHDeleteKeyA(HKEY_CURRENT_USER, kTestKey);
-    EXPECT_EQ(::RegCreateKeyA(HKEY_CURRENT_USER, kTestKey, &key_), ERROR_SUCCESS);
-    EXPECT_EQ(::RegOverridePredefKey(HKEY_CURRENT_USER, key_), ERROR_SUCCESS);
-    store = OpenWindowsRegistry();
-  }
-  PrivateRegistry(const PrivateRegistry&) = delete;
-  PrivateRegistry& operator=(const PrivateRegistry&) = delete;
-  ~PrivateRegistry() {
-    store.reset();
-    ::RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-    ::RegCloseKey(key_);
-    ::SHDeleteKeyA(HKEY_CURRENT_USER, kTestKey);
-  }
-
-  std::unique_ptr<RegistryStore> store;
-
- private:
-  HKEY key_ = nullptr;
-};
 
 std::shared_ptr<RegistryStore> EmptyWindowsRegistry() {
   auto registry = std::make_shared<PrivateRegistry>();

@@ -1,5 +1,5 @@
 # What runs on Windows itself, or under Wine: the contract suite on the registry, the files, the
-# processes and the address book.
+# processes, the address book, and the window's commands on the registry.
 enable_language(RC)
 morvelle_test(windows_tests
   SOURCES
@@ -11,7 +11,9 @@ morvelle_test(windows_tests
     windows/processes_win32_test.cpp
     windows/registry_win32_test.cpp
     windows/version.rc
-  USES wab platform)
+    windows/window_on_registry_test.cpp
+    ../samples/dbx_builder.cpp
+  USES ui platform)
 target_link_libraries(windows_tests PRIVATE shlwapi psapi)
 
 # Stand-ins of what belongs to others, under their names.

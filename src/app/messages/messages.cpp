@@ -3,22 +3,10 @@
 #include <system_error>
 
 #include "app/messages/errors.h"
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 
 namespace morvelle {
-
-namespace {
-
-std::string Shown(const std::filesystem::path& path) {
-  try {
-    return FromUtf16Lossy(path.u16string());
-  } catch (const std::filesystem::filesystem_error&) {
-    // On Linux a name is any bytes; one that is no UTF-8 is shown as it stands.
-    return path.string();
-  }
-}
-
-}  // namespace
 
 Button Messages::Msg(std::string_view prompt, int buttons, std::string& title) const {
   return Trap(dialogs_, "Msg", [&] {
@@ -40,7 +28,7 @@ bool Messages::TestOui(std::string_view prompt) const {
 
 void Messages::FileDoesNotExist(const std::filesystem::path& path) const {
   Trap(dialogs_, "FileDoesNotExist", [&] {
-    Msg(std::string("Fichier "_cp) + Shown(path) + std::string(" introuvable ou endommagé"_cp));
+    Msg(std::string("Fichier "_cp) + PathText(path) + std::string(" introuvable ou endommagé"_cp));
   });
 }
 

@@ -33,27 +33,11 @@ constexpr auto kLower = [] {
   return table;
 }();
 
-/// Decodes one UTF-8 sequence at `at` and moves past it; nothing when it is not well formed.
-std::optional<char32_t> NextCodePoint(std::string_view utf8, std::size_t& at) {
-  const auto lead = static_cast<unsigned char>(utf8[at]);
-  if (lead < 0x80) {
-    ++at;
-    return lead;
-  }
-  const std::size_t count = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || utf8.size() - at < count) return std::nullopt;
-  char32_t point = lead & (0xFFU >> (count + 1));
-  for (std::size_t k = 1; k < count; ++k) {
-    const auto next = static_cast<unsigned char>(utf8[at + k]);
-    if ((next & 0xC0U) != 0x80) return std::nullopt;
-    point = (point << 6U) | (next & 0x3FU);
-  }
-  constexpr std::array<char32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
-  if (point < kSmallest[count] || point > 0x10FFFF || (point >= 0xD800 && point < 0xE000)) {
-    return std::nullopt;
-  }
-  at += count;
-  return point;
+/// Length of a UTF-8 sequence by its first byte; 0 for no first byte.
+constexpr std::size_t SequenceLength(unsigned char lead) {
+  if (lead < 0x80) return 1;
+  if (lead < 0xC2 || lead > 0xF4) return 0;
+  return lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
 }
 
 }  // namespace
@@ -102,16 +86,36 @@ std::string ToUtf8(std::string_view text) {
 }
 
 std::optional<std::string> FromUtf8(std::string_view utf8) {
-  std::string result;
-  result.reserve(utf8.size());
+  const auto units = Utf16FromUtf8(utf8);
+  return units ? FromUtf16(*units) : std::nullopt;
+}
+
+std::optional<std::u16string> Utf16FromUtf8(std::string_view utf8) {
+  constexpr std::array<std::uint32_t, 5> kSmallest = {0, 0, 0x80, 0x800, 0x10000};
+  std::u16string text;
+  text.reserve(utf8.size());
   for (std::size_t at = 0; at < utf8.size();) {
-    const auto point = NextCodePoint(utf8, at);
-    if (!point || *point > 0xFFFF) return std::nullopt;
-    const auto byte = ByteOf(static_cast<char16_t>(*point));
-    if (!byte) return std::nullopt;
-    result += *byte;
+    const auto lead = static_cast<unsigned char>(utf8[at]);
+    const std::size_t length = SequenceLength(lead);
+    if (length == 0 || utf8.size() - at < length) return std::nullopt;
+    std::uint32_t point = length == 1 ? lead : lead & (0xFFU >> (length + 1));
+    for (std::size_t k = 1; k < length; ++k) {
+      const auto next = static_cast<unsigned char>(utf8[at + k]);
+      if ((next & 0xC0U) != 0x80) return std::nullopt;
+      point = (point << 6U) | (next & 0x3FU);
+    }
+    if (point < kSmallest[length] || point > 0x10FFFF || (point >= 0xD800 && point < 0xE000)) {
+      return std::nullopt;
+    }
+    if (point >= 0x10000) {
+      text += static_cast<char16_t>(0xD800U + ((point - 0x10000U) >> 10U));
+      text += static_cast<char16_t>(0xDC00U + ((point - 0x10000U) & 0x3FFU));
+    } else {
+      text += static_cast<char16_t>(point);
+    }
+    at += length;
   }
-  return result;
+  return text;
 }
 
 char LowerCase(char character) { return kLower[static_cast<unsigned char>(character)]; }

@@ -64,8 +64,11 @@ struct ConvertedLiteral {
   std::size_t length = 0;
 };
 
+// The type is written out: where GCC 12 has to deduce it, one translation unit keeps a literal
+// among the constants and another among the variables, and the linker of Windows merges no such
+// two.
 template <Utf8Literal Literal>
-inline constexpr ConvertedLiteral kConverted{Literal};
+inline constexpr ConvertedLiteral<sizeof(Literal.bytes)> kConverted{Literal};
 
 }  // namespace detail
 
@@ -83,6 +86,8 @@ std::string FromUtf16Lossy(std::u16string_view text);
 std::string ToUtf8(std::string_view text);
 /// Nothing when the bytes are not UTF-8 or a character is not of Windows-1252.
 std::optional<std::string> FromUtf8(std::string_view utf8);
+/// Any text; nothing when the bytes are not well-formed UTF-8.
+std::optional<std::u16string> Utf16FromUtf8(std::string_view utf8);
 
 /// Lower case by Windows-1252's own letters (É becomes é, Š š, Ÿ ÿ).
 char LowerCase(char character);
