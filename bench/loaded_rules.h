@@ -42,7 +42,8 @@ class LoadedRules {
         opened_(kept == Kept::InFile
                     ? OpenRegFile(file, MakeHostFiles(), std::chrono::system_clock::now)
                     : OpenedStore{std::make_unique<MemoryOfFile>(file), {}}),
-        ports_{Store(), desktop_, desktop_, desktop_, desktop_, desktop_},
+        ports_{Store(),  desktop_, desktop_, desktop_, desktop_,
+               desktop_, desktop_, desktop_, desktop_},
         form_(ports_, state_) {
     form_.Form_Load();
     if (state_.tables.RuleCount == 0) throw std::runtime_error("no rule was loaded");

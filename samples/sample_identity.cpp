@@ -25,7 +25,6 @@ constexpr std::string_view kBookPath = "\\Application Data\\Microsoft\\Address B
 const std::string kStoreMark = "\x00\x8A\x11\xD0\x2C\xAD\xC3\x01"s;
 
 constexpr std::uint32_t kRuleStoreVersion = 0x50000;
-constexpr std::uint32_t kMoveAction = 6;
 // Variant types, which tell how a criterion's or an action's value is to be read.
 constexpr std::uint32_t kNumberValue = 19;
 constexpr std::uint32_t kTextValue = 30;

@@ -92,7 +92,8 @@ bool EditedFile::KeepDatedCopy(std::filesystem::path& copy, std::string& reason)
 }
 
 std::string EditedFile::Failure(std::string_view what, std::string_view reason) const {
-  std::string message("Le fichier « "_cp);
+  std::string message;
+  message += "Le fichier « "_cp;
   message += PathText(path_);
   message += " » "_cp;
   message += what;

@@ -93,7 +93,8 @@ class Reader {
   static constexpr std::size_t kCellUnit = 8;
 
   [[noreturn]] static void Damaged(const RegistryKey& key) {
-    std::string message("il est endommagé"_cp);
+    std::string message;
+  message += "il est endommagé"_cp;
     const auto path = FromUtf16Lossy(RegistryTree::PathOf(key));
     if (const auto at = path.find('\\'); at != std::string::npos) {
       message += " (dans la clef " + path.substr(at + 1) + ")";

@@ -18,7 +18,7 @@ struct RegFileFormat {
 };
 
 /// A `.reg` file taken apart. A UTF-16 file is not copied: `body` then lies in the bytes given,
-/// which must outlive it.
+/// which must outlive it and lie at an even address.
 struct RegFileText {
   RegFileFormat format;
   std::u16string_view body;  ///< What follows the header line.

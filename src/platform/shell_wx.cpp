@@ -1,7 +1,8 @@
-#include <wx/app.h>
-#include <wx/config.h>
 #include <wx/html/helpctrl.h>
 #include <wx/html/helpfrm.h>
+#include <wx/html/htmlfilt.h>
+#include <wx/html/htmlwin.h>
+#include <wx/sstream.h>
 #include <wx/utils.h>
 
 #include <memory>
@@ -20,6 +21,23 @@ std::filesystem::path ShippedManual(const Environment& environment) {
   return environment.ProgramFile().parent_path().parent_path() / "share" / "morvelle" / "aide" /
          "morvelle.hhp";
 }
+
+/// Size of the help window when it opens, in pixels of 96 to the inch.
+const wxSize kHelpSize(900, 640);
+
+/// The manual's pages are HTML by their name, and UTF-8: not every desktop says what a ".htm" is.
+class PageFilter final : public wxHtmlFilter {
+ public:
+  [[nodiscard]] bool CanRead(const wxFSFile& file) const override {
+    return file.GetLocation().Lower().EndsWith(".htm");
+  }
+  [[nodiscard]] wxString ReadFile(const wxFSFile& file) const override {
+    wxString page;
+    wxStringOutputStream text(&page);
+    if (auto* bytes = file.GetStream()) bytes->Read(text);
+    return page;
+  }
+};
 
 /// The system's own programs through wxWidgets, and the manual in a window of our own.
 class WxShell final : public Shell {
@@ -45,22 +63,26 @@ class WxShell final : public Shell {
       messages_.FileDoesNotExist(manual_);
       return;
     }
+    const bool isOpen = controller_->GetFrame() != nullptr;
     if (page.empty()) {
       controller_->DisplayContents();
     } else {
       controller_->Display(wxString::FromUTF8(page));
     }
+    auto* frame = controller_->GetFrame();
+    if (frame == nullptr || isOpen) return;
+    frame->SetSize(frame->FromDIP(kHelpSize));
+    frame->Centre();
   }
 
  private:
   bool OpenManual() {
-    auto controller =
-        std::make_unique<wxHtmlHelpController>(wxHF_DEFAULT_STYLE & ~wxHF_MERGE_BOOKS);
-    if (!messages_.FileExists(manual_) ||
-        !controller->AddBook(wxFileName(wxString::FromUTF8(manual_.string())))) {
-      return false;
-    }
+    if (!messages_.FileExists(manual_)) return false;
+    auto controller = std::make_unique<wxHtmlHelpController>(
+        wxHF_TOOLBAR | wxHF_CONTENTS | wxHF_INDEX | wxHF_SEARCH | wxHF_PRINT | wxHF_MERGE_BOOKS);
+    if (!controller->AddBook(wxFileName(wxString::FromUTF8(manual_.string())))) return false;
     controller->SetTitleFormat("%s");
+    wxHtmlWindow::AddFilter(new PageFilter);
     controller_ = std::move(controller);
     return true;
   }

@@ -1,4 +1,8 @@
 morvelle_test(files_tests
-  SOURCES files/prefilter_file_test.cpp files/rule_export_test.cpp files/rule_file_reader_test.cpp
-    files/signature_file_test.cpp files/text_files_test.cpp
+  SOURCES files/made_prefilters_test.cpp files/prefilter_file_test.cpp files/rule_export_test.cpp
+    files/rule_file_reader_test.cpp files/signature_file_test.cpp files/text_files_test.cpp
   USES files platform)
+target_compile_definitions(files_tests PRIVATE
+  MORVELLE_MAKE_PREFILTERS="${PROJECT_BINARY_DIR}/data/make_prefilters"
+  MORVELLE_PREFILTERS="${PROJECT_BINARY_DIR}/share/morvelle/prefiltres")
+add_dependencies(files_tests prefilters)

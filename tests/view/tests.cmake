@@ -4,11 +4,13 @@ if(MORVELLE_WX)
   add_executable(view_tests
     view/test_main.cpp
     view/dialogs_wx_test.cpp
+    view/help_and_about_test.cpp
     view/line_list_test.cpp
     view/main_window_test.cpp
     view/marked_text_test.cpp
     view/menu_bar_test.cpp
     view/mirror_test.cpp
+    view/printed_pages_test.cpp
     view/rule_session_test.cpp
     view/sample_identity_test.cpp
     view/window_place_test.cpp

@@ -1,0 +1,182 @@
+#include <filesystem>
+
+#include "tests/ui/window.h"
+
+namespace morvelle {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::string_view kType = "Type de critère\n"_cp;
+constexpr std::string_view kUnreadable = " introuvable ou endommagé"_cp;
+const std::string kEnglish = "Brisquet_anglais.oe";
+
+/// Words that come from files: prefilters and another rule.
+struct AddedWordsTest : Window {
+  void Filter(const std::filesystem::path& file, const std::string& type,
+              const std::string& words) const {
+    WriteFile(file, std::string(kType) + type + "\n" + words + "EOF\nEOR\n");
+  }
+  [[nodiscard]] std::filesystem::path Own(const std::string& name) const {
+    return environment.userFolder / name;
+  }
+  void Check(int i) { form->chkFilter[Index(i)].Click(); }
+  [[nodiscard]] bool Checked(int i) const { return form->chkFilter[Index(i)].Checked(); }
+
+  /// Exports the rule of a row and has it chosen in the merge panel next.
+  std::filesystem::path Exported(int row) {
+    const auto file = folder / ("regle" + std::to_string(row) + ".roe");
+    fileDialogs.Choose(file);
+    form->RuleMenu("mnuWhatRuleToFile").Choose(row);
+    return file;
+  }
+  void Merge(int row) { form->RuleMenu("mnuMerge").Choose(row); }
+  void Browse(const std::filesystem::path& file) {
+    fileDialogs.Choose(file);
+    Click("cmdFileToMerge");
+  }
+};
+
+TEST_F(AddedWordsTest, CheckedPrefiltersAreAddedToWhatTheListsShow) {
+  StartWithTwoRules();
+  Filter(Own("Brisquet_asiatique.oe"), "12", "zeta\nalpha\n");
+  Filter(environment.programFile.parent_path() / "../share/morvelle/prefiltres" / kEnglish, "9",
+         "corps\n");
+  Open(0);
+  Add(kSender, u"omega");
+  form->lstBox[0].ClickItem(1);
+  form->cmdDel[0].Click();
+  EXPECT_FALSE(Can("cmdFiltres"));
+  Check(0);
+  Check(1);
+  Click("cmdFiltres");
+  // The word that was typed is there, the deleted one is not, and a word may stand twice.
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "alpha", "omega", "zeta"));
+  EXPECT_THAT(Words(kBody), ElementsAre("corps"));
+  EXPECT_EQ(Count(kSender), "4 mots");
+  EXPECT_FALSE(Checked(0) || Can("cmdFiltres"));
+  EXPECT_TRUE(Can("mnuRegContent") && Can("chkFilter(0)"));
+}
+
+TEST_F(AddedWordsTest, AFilterThatCannotBeReadIsNamedAndAddsNothing) {
+  StartWithTwoRules();
+  WriteFile(Own(kEnglish), std::string(kType) + "12\nmot\nEOR\n");
+  Filter(Own("Brisquet_sexe.oe"), "8", "mot\n");
+  Open(0);
+  for (const int i : {0, 1, 3}) Check(i);
+  dialogs.Expect("Fichier Brisquet_asiatique.oe" + std::string(kUnreadable));
+  dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
+  Click("cmdFiltres");
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta"));
+  EXPECT_THAT(Words(kSubject), ElementsAre("mot"));
+  // Nothing read, nothing modified.
+  Open(1);
+  Check(1);
+  dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
+  Click("cmdFiltres");
+}
+
+TEST_F(AddedWordsTest, TheUsersOwnFilterIsChosenWhenItsBoxIsChecked) {
+  StartWithTwoRules();
+  Open(0);
+  fileDialogs.Choose(std::nullopt);
+  Check(4);
+  EXPECT_FALSE(Checked(4) || Can("cmdFiltres"));
+  EXPECT_EQ(fileDialogs.asked.at(0).title, "Nom et emplacement du fichier personnalisé ?"_cp);
+  EXPECT_EQ(fileDialogs.asked.at(0).filterLabel, "Fichiers de filtres OE (*.oe)");
+  EXPECT_EQ(fileDialogs.asked.at(0).proposal, "Brisquet_orvic.oe");
+  const auto own = folder / "ailleurs" / "mien.oe";
+  Filter(own, "22", "moi@x\n");
+  fileDialogs.Choose(own);
+  Check(4);
+  Check(0);
+  Check(0);
+  EXPECT_EQ(fileDialogs.asked.size(), 2U) << "another box asks for nothing";
+  Click("cmdFiltres");
+  EXPECT_THAT(Words(kRecipients), ElementsAre("moi@x"));
+  // A box that was cleared with the rule does not come back.
+  Check(4 - 1);
+  EXPECT_TRUE(Can("cmdFiltres"));
+  Check(4 - 1);
+  EXPECT_FALSE(Can("cmdFiltres"));
+  std::filesystem::remove(own);
+  fileDialogs.Choose(own);
+  Check(4);
+  dialogs.Expect("Fichier mien.oe" + std::string(kUnreadable));
+  Click("cmdFiltres");
+}
+
+TEST_F(AddedWordsTest, AListThatCouldNotBeCountedIsLeftAlone) {
+  StartWithTwoRules();
+  std::string many;
+  for (int k = 0; k < 32766; ++k) many += std::to_string(k) + "\n";
+  Filter(Own(kEnglish), "12", many);
+  Open(0);
+  Check(1);
+  dialogs.Expect("Une liste de mots dépasserait 32 767 mots : rien n'a été ajouté"_cp);
+  Click("cmdFiltres");
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta"));
+  EXPECT_FALSE(Can("mnuRegContent"));
+}
+
+TEST_F(AddedWordsTest, AMergedRuleJoinsItsListsAndIsSaved) {
+  rules.Order("000 001");
+  rules.PlainRule("000", "Base", "000").Words("000", 12, {"beta", "alpha"}, 1);
+  rules.PlainRule("001", "Autre", "000 001").Words("000", 12, {"gamma", "beta"}, 1, 2);
+  rules.Words("001", 8, {"objet"}, 3, 2);
+  Start();
+  const auto other = Exported(1);
+  EXPECT_FALSE(form->fraMerge.Visible());
+  Merge(0);
+  EXPECT_TRUE(form->fraMerge.Visible());
+  EXPECT_THAT(form->lstCrit.Items(), ElementsAre("Expéditeur (2 mots)"_cp));
+  Add(kSender, u"omega");
+  Browse(other);
+  EXPECT_EQ(fileDialogs.asked.back().pattern, "*.roe");
+  EXPECT_EQ(form->txtMerge.Text(), "regle1.roe");
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta", "gamma", "omega"));
+  EXPECT_THAT(Words(kSubject), ElementsAre("objet"));
+  dialogs.AllowAnyBox();
+  form->Menu("mnuRegContent").Choose();
+  dialogs.ExpectAllShown();
+  Open(0);
+  EXPECT_FALSE(form->fraMerge.Visible());
+  form->OkForAll();
+}
+
+TEST_F(AddedWordsTest, AMergeThatWouldReverseAMeaningIsRefused) {
+  rules.Order("000 001 002");
+  rules.PlainRule("000", "Base", "000").Words("000", 12, {"alpha"}, 0);
+  rules.PlainRule("001", "Contraire", "000 001").Words("000", 8, {"objet"}, 0, 2);
+  rules.Words("001", 12, {"beta"}, 1, 2);
+  rules.PlainRule("002", "Sans mots", "000").Criterion("000", 14);
+  Start();
+  const auto contrary = Exported(1);
+  const auto wordless = Exported(2);
+  Merge(0);
+  dialogs.Expect(
+      "Les mots de cette règle n'ont pas le même sens dans la liste Expéditeur (contient, ne "
+      "contient pas, tous les mots) :\rrien n'a été fusionné"_cp);
+  Browse(contrary);
+  dialogs.Expect("La règle de ce fichier n'a pas de liste de mots : rien n'a été fusionné"_cp);
+  Browse(wordless);
+  const auto cut = ReadFile(contrary).substr(0, 200);
+  WriteFile(contrary, cut);
+  dialogs.Expect("Fichier " + contrary.string() + std::string(kUnreadable));
+  Browse(contrary);
+  fileDialogs.Choose(std::nullopt);
+  Click("cmdFileToMerge");
+  EXPECT_THAT(Words(kSender), ElementsAre("alpha"));
+  EXPECT_THAT(Words(kSubject), testing::IsEmpty());
+  EXPECT_FALSE(Can("mnuRegContent"));
+  EXPECT_EQ(form->txtMerge.Text(), "");
+  // "Rétablir" leaves the panel there, "Abandonner" does not.
+  Add(kSender, u"omega");
+  Click("cmdRestore(0)");
+  EXPECT_TRUE(form->fraMerge.Visible());
+  Click("cmdCancelRule(0)");
+  EXPECT_FALSE(form->fraMerge.Visible());
+}
+
+}  // namespace
+}  // namespace morvelle

@@ -1,0 +1,325 @@
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+
+#include "core/new_rule.h"
+#include "tests/ui/window.h"
+
+namespace morvelle {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::string_view kCannotImport = "Ce fichier ne peut être importé"_cp;
+constexpr std::string_view kToSave = "Nom et emplacement du fichier à exporter ?"_cp;
+constexpr std::string_view kToOpen = "Nom et emplacement du fichier à importer ?"_cp;
+constexpr std::string_view kRuleLabel = "Fichiers de règles OE (*.roe)"_cp;
+constexpr std::string_view kAllName = "Règles OE 15112026.moe"_cp;
+
+struct RuleFilesTest : Window {
+  void Export(int row) { form->RuleMenu("mnuWhatRuleToFile").Choose(row); }
+  [[nodiscard]] std::filesystem::path File(const std::string& name) const { return folder / name; }
+  /// Chooses an import of a file with that content.
+  void Import(const std::string& menu, const std::string& content) {
+    WriteFile(File("essai." + std::string(menu == "mnuImpOneRule" ? "roe" : "moe")), content);
+    fileDialogs.Choose(File(menu == "mnuImpOneRule" ? "essai.roe" : "essai.moe"));
+    Choose(menu);
+  }
+  std::string Exported() {
+    std::filesystem::remove(File("tout.moe"));
+    fileDialogs.Choose(File("tout"));
+    Choose("mnuExpAllRules");
+    return ReadFile(File("tout.moe"));
+  }
+  /// All that is stored of rules; the values of a key are stored in an order of their own.
+  std::vector<std::string> ValuesOf(const std::vector<std::string>& ids) {
+    std::vector<std::string> lines;
+    for (const auto& id : ids) {
+      std::istringstream text(Stored(id));
+      for (std::string line; std::getline(text, line);) lines.push_back(id + "\\" + line);
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+  }
+  /// The same identity without its rules, in a new window.
+  void StartEmpty() {
+    form.reset();
+    const Messages messages{dialogs};
+    DamageReport damage{messages, state.tables.RuleLabel};
+    RegistryAccess(store, messages, damage).DeleteKey(kTestMailKey);
+    KeyHandle key = 0;
+    store.CreateKey(kTestMailKey, key);
+    store.CloseKey(key);
+    state = {};
+    dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp);
+    Start();
+  }
+};
+
+TEST_F(RuleFilesTest, OneRuleGoesToTheChosenFile) {
+  rules.Order("000");
+  rules.PlainRule("000", "Le \"bon\"/vrai", "000").Words("000", 12, {"alpha"});
+  Start();
+  fileDialogs.Choose(File("bon"));
+  Export(0);
+  const auto& question = fileDialogs.asked.at(0);
+  EXPECT_EQ(question.title, kToSave);
+  EXPECT_EQ(question.filterLabel, kRuleLabel);
+  EXPECT_EQ(question.pattern, "*.roe");
+  EXPECT_EQ(question.proposal, "Le 'bon'-vrai.roe");
+  EXPECT_EQ(question.folder, environment.userFolder / "Fichiers VLX");
+  EXPECT_EQ(environment.currentFolder, environment.userFolder / "");
+  EXPECT_THAT(ReadFile(File("bon.roe")), testing::HasSubstr("\r\nLe \"bon\"/vrai\r\n"));
+  EXPECT_EQ(form->lstRules.Count(), 1);
+}
+
+TEST_F(RuleFilesTest, AFileIsReplacedOnlyWhenTheUserAgreesAndItIsNotProtected) {
+  StartWithTwoRules();
+  WriteFile(File("a.moe"), "ancien");
+  WriteFile(File("b.moe"), "ancien");
+  std::filesystem::permissions(File("b.moe"), std::filesystem::perms::owner_read);
+  for (int answer = 0; answer < 4; ++answer) fileDialogs.Choose(File(answer == 0 ? "a" : "b"));
+  const auto replace = std::string(" existe déjà.\rVoulez-vous le remplacer ?"_cp);
+  const auto isProtected = "b.moe" + std::string(" est protégé, choisir un autre nom"_cp);
+  const int replaceStyle = kBoxYesNo + kBoxExclamation + kBoxSecondDefault;
+  dialogs.Expect("a.moe" + replace, replaceStyle, kAppTitle, Button::No);
+  dialogs.Expect("b.moe" + replace, Button::Yes);
+  dialogs.Expect(isProtected, kBoxOkCancel + kBoxExclamation, kAppTitle, Button::Ok);
+  dialogs.Expect("b.moe" + replace, Button::No);
+  dialogs.Expect("b.moe" + replace, Button::Yes);
+  dialogs.Expect(isProtected, Button::Cancel);
+  Choose("mnuExpAllRules");
+  EXPECT_EQ(fileDialogs.asked.back().proposal, kAllName);
+  EXPECT_EQ(ReadFile(File("a.moe")), "ancien");
+  EXPECT_EQ(ReadFile(File("b.moe")), "ancien");
+
+  fileDialogs.Choose(File("a.moe"));
+  dialogs.Expect("a.moe" + replace, Button::Yes);
+  Choose("mnuExpAllRules");
+  EXPECT_THAT(ReadFile(File("a.moe")), testing::StartsWith("MAIL\r\nOrder\r\n000 001\r\n"));
+}
+
+TEST_F(RuleFilesTest, WhatCannotBeWrittenIsToldAndTheWindowStays) {
+  StartWithTwoRules();
+  const auto before = Stored();
+  std::filesystem::create_symlink("/dev/full", File("plein.moe"));
+  fileDialogs.Choose(File("plein.moe"));
+  dialogs.Expect("plein.moe" + std::string(" existe déjà.\rVoulez-vous le remplacer ?"_cp),
+                 Button::Yes);
+  dialogs.Expect("Disque plein", kBoxOk, "MailToFile");
+  Choose("mnuExpAllRules");
+  fileDialogs.Choose(std::nullopt);
+  Choose("mnuExpAllRules");
+  EXPECT_EQ(Stored(), before);
+}
+
+TEST_F(RuleFilesTest, ARuleSetComesBackAsItWas) {
+  rules.Order("000 001 002 003");
+  rules.Rule("000", "Été\rdeux"_cp, 0).Actions("000 001 002 003").Criteria("000 001 002");
+  rules.Action("000", 6).Bytes("ab\rde\nfg\x05\0\r\0"s).Action("001", 2).Text("x@y");
+  rules.Action("002", 10).Number(4294967295U).Action("003", 12);
+  rules.Words("000", 12, {"a\nb", "c\rd", "e"}, 3, 2).Words("001", 8, {"zut"}, 1, 2);
+  rules.Criterion("002", 19, 0, 2).Text("compte");
+  rules.PlainRule("001", "Sans critère"_cp, "000");
+  rules.PlainRule("002", "Nombres", "000 001").Criterion("000", 15, 0, 1).Number(100);
+  rules.Criterion("001", 14, 0, 1);
+  rules.PlainRule("003", "Double", "000").Words("000", 22, {"x", "y"});
+  Start();
+  const auto before = ValuesOf({"000", "001", "002", "003"});
+  const auto text = Exported();
+  StartEmpty();
+  EXPECT_EQ(form->lstRules.Count(), 0);
+  Import("mnuImpAllRules", text);
+  EXPECT_EQ(ValuesOf({"000", "001", "002", "003"}), before);
+  EXPECT_EQ(form->lstRules.Count(), 4);
+  EXPECT_EQ(store.commits, 1) << "written once";
+  EXPECT_THAT(progress.works.back(), "Importation des règles ..."_cp);
+}
+
+TEST_F(RuleFilesTest, NewRulesAreNumberedAfterTheGreatestId) {
+  rules.Order("000 009 00A");
+  for (const char* id : {"000", "009", "00A"}) rules.PlainRule(id, id, "000");
+  Start();
+  const auto text = Replaced(Replaced(Replaced(Exported(), "gle\r\n000\r\nV", "gle\r\nX\r\nV"),
+                                      "gle\r\n009\r\nV", "gle\r\nX\r\nV"),
+                             "gle\r\n00A\r\nV", "gle\r\nY\r\nV");
+  Import("mnuImpAllRules", text);
+  EXPECT_EQ(state.tables.Mail.Order, "000 009 00A 00B 00C 00D");
+  EXPECT_EQ(state.tables.RuleAt(4).Name, "X") << "two new rules of one name are both taken";
+  EXPECT_EQ(fileDialogs.asked.back().title, kToOpen);
+}
+
+TEST_F(RuleFilesTest, AnIdThatNoOrderListsIsNotWrittenOver) {
+  rules.Order("FFE").PlainRule("FFE", "Avant", "000");
+  rules.PlainRule("FFF", "Perdue", "000").PlainRule("000", "Perdue aussi", "000");
+  Start();
+  const auto lost = Stored("FFF") + Stored("000");
+  const auto text = Replaced(Exported(), "Avant", "Apres");
+  Import("mnuImpAllRules", text);
+  EXPECT_EQ(state.tables.Mail.Order, "FFE 001");
+  EXPECT_EQ(Stored("FFF") + Stored("000"), lost);
+}
+
+TEST_F(RuleFilesTest, ARuleWhoseNameIsThereIsRefused) {
+  StartWithTwoRules();
+  const auto text = Exported();
+  const auto before = Stored();
+  const auto refused = [](std::string_view name) {
+    return std::string("La règle "_cp) + std::string(name) +
+           std::string(" existe déjà.\r\nElle ne sera pas importée."_cp);
+  };
+  dialogs.Expect(refused("Publicités"_cp), kBoxOk, kAppTitle);
+  dialogs.Expect(refused("Famille"), kBoxOk, kAppTitle);
+  dialogs.Expect("Toutes les règles existent déjà.\r\nAucune n'a été importée."_cp, kBoxOk,
+                 kAppTitle);
+  Import("mnuImpAllRules", text);
+  EXPECT_EQ(Stored(), before);
+  // The other rules of the file are taken.
+  dialogs.Expect(refused("Famille"));
+  Import("mnuImpAllRules", Replaced(text, "Publicités"_cp, "famille"));
+  EXPECT_EQ(state.tables.Mail.Order, "000 001 002");
+  EXPECT_EQ(state.tables.RuleAt(2).Name, "famille");
+  // One rule alone: its own message, and no second one.
+  fileDialogs.Choose(File("une.roe"));
+  Export(0);
+  dialogs.Expect(refused("Publicités"_cp));
+  Import("mnuImpOneRule", ReadFile(File("une.roe")));
+}
+
+TEST_F(RuleFilesTest, WhatIsNoGoodFileChangesNothing) {
+  StartWithTwoRules();
+  const auto before = Stored();
+  std::filesystem::create_directory(File("dossier.moe"));
+  for (const auto& file : {std::optional(File("dossier.moe")), std::optional(File("absent.moe")),
+                           std::optional<std::filesystem::path>()}) {
+    fileDialogs.Choose(file);
+    dialogs.Expect(kCannotImport);
+    Choose("mnuImpAllRules");
+  }
+  for (const auto* content : {"", "MAIL\r\nOrder\r\n\r\nVersion\r\n1\r\nEOT\r\nEOM\r\n"}) {
+    dialogs.Expect(kCannotImport);
+    Import("mnuImpAllRules", content);
+  }
+  dialogs.Expect(kCannotImport);
+  Import("mnuImpAllRules", Replaced(Exported(), "Ordre des actions\r\n000\r\nID d'action\r\n000",
+                                    "Ordre des actions\r\n000\r\nID d'action"));
+  EXPECT_EQ(Stored(), before);
+  EXPECT_EQ(store.commits, 0);
+}
+
+TEST_F(RuleFilesTest, AMissingMarkerEndsTheProgramAndChangesNothing) {
+  StartWithTwoRules();
+  const auto before = Stored();
+  const auto text = Exported();
+  dialogs.Expect(std::string("Le fichier "_cp) + File("essai.moe").string() +
+                     std::string(" a mal été enregistré"_cp),
+                 kBoxStop, kAppTitle);
+  EXPECT_THROW(Import("mnuImpAllRules", Replaced(text, "\r\nEOM\r\n", "\r\n")), ProgramEnd);
+  EXPECT_EQ(Stored(), before);
+}
+
+TEST_F(RuleFilesTest, MoreRulesThanAnIdentityHoldsAreRefusedWhole) {
+  StartWithTwoRules();
+  const auto text = Exported();
+  const auto top = text.find("ID de r");
+  const auto rule = text.substr(top, text.find("ID de r", top + 1) - top);
+  std::string order = "000";
+  std::string many;
+  for (int k = 0; k < 4095; ++k) {
+    if (k > 0) order += " 000";
+    many += Replaced(rule, "Publicités"_cp, "R" + std::to_string(k));
+  }
+  const auto before = Stored();
+  dialogs.Expect(kTooManyRules);
+  Import("mnuImpAllRules", Replaced(text.substr(0, top), "000 001", order) + many + "EOM\r\n");
+  EXPECT_EQ(Stored(), before);
+}
+
+TEST_F(RuleFilesTest, AnImportThatCannotBeStoredIsUndone) {
+  StartWithTwoRules();
+  const auto before = Stored();
+  auto text = Replaced(Exported(), "Publicités"_cp, "A");
+  text = Replaced(text, "Famille", "B");
+  store.commitOutcome = CommitOutcome::Failed;
+  store.lastError = "disque plein";
+  dialogs.Expect("Les modifications n'ont pas pu être enregistrées.\rdisque plein"_cp);
+  Import("mnuImpAllRules", text);
+  EXPECT_EQ(Stored(), before);
+  EXPECT_EQ(form->lstRules.Count(), 2);
+  // A rule without actions cannot be given one while its folder is not known.
+  store.commitOutcome = CommitOutcome::Done;
+  std::filesystem::remove(FoldersFile());
+  form.reset();
+  state = {};
+  dialogs.AllowAnyBox();
+  Start();
+  dialogs.shown.clear();
+  const auto action = text.find("000\r\nID d'action");
+  auto bare = text;
+  bare.erase(action, text.find("CRITERIA") - action);
+  bare.insert(action, "\r\n");
+  Import("mnuImpAllRules", bare);
+  EXPECT_EQ(dialogs.shown.at(0).prompt, kUnreadableFolders);
+  EXPECT_EQ(Stored(), before);
+}
+
+TEST_F(RuleFilesTest, ChangesAreAskedAboutBeforeAnythingLeavesOrComes) {
+  StartWithTwoRules();
+  Open(0);
+  Add(kSender, u"gamma");
+  // While a rule is open the commands are off; what is pending is asked about all the same.
+  form->EnableMnuFiles(true);
+  const auto question = std::string(
+      "Vous avez modifié la règle en cours\r"
+      "Êtes-vous d'accord pour annuler ces modifications ?"_cp);
+  for (const auto* menu :
+       {"mnuExpAllRules", "mnuImpAllRules", "mnuImpOneRule", "mnuPrintAllRules"}) {
+    dialogs.Expect(question, Button::No);
+    Choose(menu);
+  }
+  dialogs.Expect(question, Button::No);
+  Export(1);
+  EXPECT_EQ(Words(kSender).back(), "gamma");
+  EXPECT_TRUE(printer.titles.empty());
+}
+
+TEST_F(RuleFilesTest, TheListingIsPrintedUnlessTheDialogIsCancelled) {
+  StartWithTwoRules();
+  Choose("mnuPrintAllRules");
+  form->RuleMenu("mnuWhatRuleToPrint").Choose(1);
+  ASSERT_EQ(printer.jobs.size(), 2U);
+  EXPECT_EQ(printer.jobs[0].front(), "     MAIL");
+  EXPECT_THAT(printer.jobs[1], testing::Contains("                         anniversaire"));
+  EXPECT_EQ(printer.titles.back(), "Famille");
+  printer.outcome = PrintOutcome::Cancelled;
+  Choose("mnuPrintAllRules");
+  printer.outcome = PrintOutcome::Failed;
+  dialogs.Expect("L'impression n'a pas abouti", kBoxStop, kAppTitle);
+  Choose("mnuPrintAllRules");
+}
+
+TEST_F(RuleFilesTest, DamagedAndUnreadableRulesAreNamed) {
+  rules.Order("000 001");
+  rules.Rule("000", "Trop").Actions("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
+  rules.Criteria("000").PlainRule("001", "Deux\r\nlignes", "000");
+  dialogs.AllowAnyBox();
+  Start();
+  dialogs.shown.clear();
+  Export(0);
+  form->RuleMenu("mnuWhatRuleToPrint").Choose(0);
+  EXPECT_TRUE(fileDialogs.asked.empty() && printer.titles.empty());
+  const ShownBox damaged{
+      std::string("Cette règle est endommagée : elle n'est ni exportée ni imprimée\r\"Trop\""_cp),
+      kBoxExclamation, std::string(kAppTitle)};
+  const ShownBox broken{
+      std::string("Le fichier est enregistré mais ne pourra pas être importé :\r"
+                  "un saut de ligne ou une valeur illisible se trouve dans la règle\r"
+                  "\"Deux\r\nlignes\""_cp),
+      kBoxExclamation, std::string(kAppTitle)};
+  fileDialogs.Choose(File("deux"));
+  Export(1);
+  EXPECT_THAT(dialogs.shown, testing::IsSupersetOf({damaged, broken}));
+}
+
+}  // namespace
+}  // namespace morvelle

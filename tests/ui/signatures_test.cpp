@@ -1,0 +1,151 @@
+#include <filesystem>
+
+#include "tests/ui/window.h"
+
+namespace morvelle {
+namespace {
+
+const std::string kSignatures = "Identities\\" + std::string(kTestIdentity) +
+                                "\\Software\\Microsoft\\Outlook Express\\5.0\\signatures";
+constexpr std::string_view kImported = "Le fichier de signature a été importé dans le registre"_cp;
+constexpr std::string_view kAskReplace =
+    "Le nom de cette signature existe déjà,\rDésirez-vous remplacer la signature existante ?"_cp;
+constexpr std::string_view kOne = "Le fichier de signature a été enregistré dans le dossier :\r"_cp;
+constexpr std::string_view kSeveral =
+    "Les fichiers de signatures ont été enregistrés dans le dossier :\r"_cp;
+constexpr std::string_view kNothingToImport = "Il n'y a pas de signature à importer !"_cp;
+constexpr std::string_view kNothingToExport = "Il n'y a pas de signature à exporter !"_cp;
+
+struct SignaturesTest : Window {
+  void Store(const std::string& subkey, const std::string& name, const std::string& text,
+             const std::string& file = {}, std::uint32_t type = 1) {
+    const auto key = kSignatures + "\\" + subkey;
+    rules.PutText(key, "file", file).PutText(key, "name", name).PutText(key, "text", text);
+    rules.PutNumber(key, "type", type);
+  }
+  [[nodiscard]] std::filesystem::path Own(const std::string& name) const {
+    return environment.userFolder / "Fichiers VLX" / name;
+  }
+  [[nodiscard]] std::string Folder() const { return Own("").parent_path().string(); }
+  void Import(const std::string& content) {
+    WriteFile(Own("a.sgn"), content);
+    fileDialogs.Choose(Own("a.sgn"));
+    Choose("mnuImpSign");
+  }
+  [[nodiscard]] std::string Dump() { return DumpOf(store, kSignatures); }
+};
+
+TEST_F(SignaturesTest, EachSignatureGetsAFile) {
+  Store("00000000", "Perso/moi", "Bien, à vous");
+  StartWithTwoRules();
+  dialogs.Expect(std::string(kOne) + Folder(), kBoxOk, kAppTitle);
+  Choose("mnuExpSign");
+  EXPECT_EQ(ReadFile(Own("Perso-moi 151126.sgn")), "\r\nPerso/moi\r\nBien, à vous\r\n 1 \r\n");
+
+  // Text files come along, of one name too; a type kept as text is its number; nothing is left over
+  // from the signature before.
+  WriteFile(environment.HostPath("C:\\a\\s.txt"), "un");
+  WriteFile(environment.HostPath("C:\\b\\S.txt"), "deux");
+  Store("00000001", "A", "", "C:\\a\\s.txt", 2);
+  Store("00000002", "B", "", "C:\\b\\S.txt", 2);
+  rules.PutText(kSignatures + "\\00000003", "type", "2")
+      .PutText(kSignatures + "\\00000003", "name", "C");
+  dialogs.Expect(std::string(kSeveral) + Folder());
+  Choose("mnuExpSign");
+  EXPECT_EQ(ReadFile(Own("s.txt")), "un");
+  EXPECT_EQ(ReadFile(Own("S (2).txt")), "deux");
+  EXPECT_EQ(ReadFile(Own("C 151126.sgn")), "\r\nC\r\n\r\n 2 \r\n");
+}
+
+TEST_F(SignaturesTest, WithoutSignaturesOrFilesItIsSaid) {
+  StartWithTwoRules();
+  dialogs.Expect("Il n'existe pas d'enregistrement des signatures !", kBoxOk,
+                 "Recherche d'enregistrements dans la base de registre");
+  dialogs.Expect(kNothingToExport, kBoxOk, kAppTitle);
+  Choose("mnuExpSign");
+  dialogs.Expect(kNothingToImport, kBoxOk, kAppTitle);
+  Choose("mnuImpSign");
+  WriteFile(Own("a.sgn"), "");
+  fileDialogs.Choose(std::nullopt);
+  Choose("mnuImpSign");
+  EXPECT_EQ(fileDialogs.asked.at(0).title, "Nom et emplacement du fichier à importer ?"_cp);
+  EXPECT_EQ(fileDialogs.asked.at(0).filterLabel, "Fichiers de signatures OE (*.sgn)");
+  EXPECT_FALSE(store.HasKey(kSignatures));
+}
+
+TEST_F(SignaturesTest, TheFirstOneBecomesTheDefaultAndTheNextTakesAFreeName) {
+  StartWithTwoRules();
+  dialogs.Expect(kImported, kBoxOk, kAppTitle);
+  Import("\r\nPerso\r\nBises, Zo\r\n 1 \r\n");
+  EXPECT_EQ(Dump(),
+            "Default Signature = \"00000000\"\n00000000\\file = \"\"\n00000000\\name = \"Perso\"\n"
+            "00000000\\text = \"Bises\"\n00000000\\type = 1\n");
+  Store("00000001", "Autre", "");
+  dialogs.Expect(kImported);
+  Import("\r\nTravail\r\nx\r\n 1 \r\n");
+  EXPECT_TRUE(store.HasKey(kSignatures + "\\00000002"));
+}
+
+TEST_F(SignaturesTest, OneOfTheSameNameIsReplacedOnlyWhenTheUserAgrees) {
+  Store("00000005", "Perso", "avant");
+  StartWithTwoRules();
+  const auto before = Dump();
+  dialogs.Expect(kAskReplace, kBoxYesNo, kAppTitle, Button::No);
+  Import("\r\nPerso\r\napres\r\n 1 \r\n");
+  EXPECT_EQ(Dump(), before);
+  dialogs.Expect(kAskReplace, Button::Yes);
+  dialogs.Expect(kImported);
+  Import("\r\nPerso\r\napres\r\n 1 \r\n");
+  EXPECT_EQ(Dump(), Replaced(before, "avant", "apres"));
+}
+
+TEST_F(SignaturesTest, ATwelfthNameIsTheLast) {
+  for (const char digit : std::string("0123456789AB")) {
+    Store("0000000" + std::string(1, digit), std::string(1, digit), "");
+  }
+  StartWithTwoRules();
+  const auto before = Dump();
+  dialogs.Expect("Cette identité a déjà trop de signatures : celle-ci n'a pas été importée"_cp);
+  Import("\r\nPerso\r\nx\r\n 1 \r\n");
+  EXPECT_EQ(Dump(), before);
+}
+
+TEST_F(SignaturesTest, ADamagedFileWritesNothing) {
+  StartWithTwoRules();
+  const auto name = Own("a.sgn").string();
+  for (const auto* content : {"\r\nPerso\r\n 1 \r\n", "\r\nPerso\r\nx\r\nun\r\n"}) {
+    dialogs.Expect("Fichier " + name + std::string(" introuvable ou endommagé"_cp));
+    Import(content);
+  }
+  EXPECT_FALSE(store.HasKey(kSignatures));
+}
+
+TEST_F(SignaturesTest, ItsTextFileIsPutBackAndANewerOneIsKept) {
+  StartWithTwoRules();
+  const std::string content = "C:\\Textes\\s.txt\r\nPerso\r\n\r\n 2 \r\n";
+  dialogs.Expect("Le fichier texte de signature est absent", kBoxOk, kAppTitle);
+  Import(content);
+  WriteFile(Own("s.txt"), "ancien");
+  dialogs.Expect("Le fichier texte de signature est absent");
+  Import(content);
+  EXPECT_FALSE(store.HasKey(kSignatures)) << "the folder is missing";
+  const auto place = environment.HostPath("C:\\Textes\\s.txt");
+  WriteFile(place, "plus recent");
+  std::filesystem::last_write_time(
+      place, std::filesystem::last_write_time(Own("s.txt")) + std::chrono::hours(1));
+  dialogs.Expect(kImported);
+  Import(content);
+  EXPECT_EQ(ReadFile(place), "ancien");
+  EXPECT_EQ(ReadFile(place.parent_path() / "s (copie du 151126).txt"), "plus recent");
+}
+
+TEST_F(SignaturesTest, WhatCannotBeWrittenIsTold) {
+  Store("00000000", "Perso", "x");
+  StartWithTwoRules();
+  std::filesystem::create_directory(Own("Perso 151126.sgn"));
+  dialogs.Expect("Permission refusée"_cp, kBoxOk, "ImpSign");
+  Choose("mnuExpSign");
+}
+
+}  // namespace
+}  // namespace morvelle

@@ -1,0 +1,85 @@
+#include <wx/html/helpfrm.h>
+#include <wx/stattext.h>
+
+#include <string>
+
+#include "platform/system_shell.h"
+#include "tests/support/scripted_dialogs.h"
+#include "tests/view/window_fixture.h"
+
+namespace morvelle {
+namespace {
+
+TEST_F(WindowTest, TheAboutBoxShowsItsTexts) {
+  wxString title;
+  wxString disclaimer;
+  driver.Answer("OK", [&](wxDialog& box) {
+    title = box.GetTitle();
+    disclaimer = wxWindow::FindWindowByName("lblDisclaimer", &box)->GetLabel();
+  });
+  driver.Choose("mnuPropos");
+  EXPECT_EQ(driver.PendingAnswers(), 0U);
+  EXPECT_EQ(title, wxString::FromUTF8("À propos de Morvelle"));
+  EXPECT_TRUE(disclaimer.Contains("Licence-kWab.txt")) << disclaimer;
+}
+
+TEST_F(WindowTest, F1AsksForTheManual) {
+  driver.Press(WXK_F1);
+  EXPECT_TRUE(WindowDriver::WaitUntil([&] { return !shell.helpPages.empty(); }));
+}
+
+struct HelpWindow : testing::Test {
+  HelpWindow() { environment.programFile = folder / "bin" / "morvelle"; }
+  /// The help window that is open; null when none is.
+  static wxHtmlHelpFrame* Shown() {
+    for (auto* window : wxTopLevelWindows) {
+      if (auto* frame = dynamic_cast<wxHtmlHelpFrame*>(window)) return frame;
+    }
+    return nullptr;
+  }
+  static std::string Page() {
+    auto* frame = Shown();
+    if (frame == nullptr) return "none";
+    return std::string(frame->GetHelpWindow()->GetHtmlWindow()->GetOpenedPageTitle().utf8_str());
+  }
+
+  TempFolder folder;
+  FakeEnvironment environment{folder.Path()};
+  ScriptedDialogs dialogs;
+};
+
+TEST_F(HelpWindow, OpensTheManualAtAPage) {
+  const auto manual = folder / "share" / "morvelle" / "aide";
+  WriteFile(manual / "morvelle.hhp",
+            "[OPTIONS]\nContents file=m.hhc\nDefault topic=accueil.htm\nTitle=Aide\n"
+            "Charset=windows-1252\n[FILES]\naccueil.htm\nregles.htm\n");
+  WriteFile(manual / "m.hhc",
+            "<ul><li><object type=\"text/sitemap\"><param name=\"Name\" value=\"Accueil\">"
+            "<param name=\"Local\" value=\"accueil.htm\"></object></ul>");
+  WriteFile(manual / "accueil.htm",
+            "<html><head><title>Accueil</title></head><body>a</body></html>");
+  WriteFile(manual / "regles.htm", "<html><head><title>Mots</title></head><body>r</body></html>");
+  auto shell = MakeShell(dialogs, environment);
+  shell->ShowHelp({}, "regles.htm");
+  WindowDriver::Settle();
+  EXPECT_EQ(Page(), "Mots");
+  shell->ShowHelp({}, "");
+  WindowDriver::Settle();
+  EXPECT_EQ(Page(), "Accueil");
+  shell.reset();
+  WindowDriver::Settle();
+  EXPECT_EQ(Shown(), nullptr);
+}
+
+TEST_F(HelpWindow, AManualOrFolderThatIsMissingIsTold) {
+  const auto shell = MakeShell(dialogs, environment);
+  dialogs.Expect("Fichier " + (folder / "share/morvelle/aide/morvelle.hhp").string() +
+                 " introuvable ou endommag\xE9");
+  shell->ShowHelp({}, "");
+  dialogs.Expect("Fichier " + (folder / "absent").string() + " introuvable ou endommag\xE9");
+  shell->OpenFolder(folder / "absent");
+  EXPECT_EQ(Shown(), nullptr);
+}
+
+}  // namespace
+}  // namespace morvelle
