@@ -1,5 +1,4 @@
 #include <fcntl.h>
-#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -8,6 +7,7 @@
 #include <cerrno>
 #include <charconv>
 #include <chrono>
+#include <csignal>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -109,7 +109,7 @@ class PosixProcesses final : public Processes {
   std::filesystem::path ProcessPath(ProcessId process) override {
     const auto name = NameOf(process);
     std::error_code error;
-    const auto executable = std::filesystem::read_symlink(FolderOf(process) / "exe", error);
+    auto executable = std::filesystem::read_symlink(FolderOf(process) / "exe", error);
     if (!error && executable.filename() == name) return executable;
     for (const auto& word : CommandLineOf(process)) {
       if (FileNameOf(word) != name) continue;

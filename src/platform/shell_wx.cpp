@@ -1,7 +1,9 @@
+#include <wx/app.h>
 #include <wx/html/helpctrl.h>
 #include <wx/html/helpfrm.h>
 #include <wx/html/htmlfilt.h>
 #include <wx/html/htmlwin.h>
+#include <wx/image.h>
 #include <wx/sstream.h>
 #include <wx/utils.h>
 
@@ -73,6 +75,8 @@ class WxShell final : public Shell {
     if (frame == nullptr || isOpen) return;
     frame->SetSize(frame->FromDIP(kHelpSize));
     frame->Centre();
+    const auto* window = dynamic_cast<wxTopLevelWindow*>(wxTheApp->GetTopWindow());
+    if (window != nullptr) frame->SetIcons(window->GetIcons());
   }
 
  private:
@@ -83,6 +87,9 @@ class WxShell final : public Shell {
     if (!controller->AddBook(wxFileName(wxString::FromUTF8(manual_.string())))) return false;
     controller->SetTitleFormat("%s");
     wxHtmlWindow::AddFilter(new PageFilter);
+    if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr) {
+      wxImage::AddHandler(new wxPNGHandler);
+    }
     controller_ = std::move(controller);
     return true;
   }

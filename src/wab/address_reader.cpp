@@ -36,9 +36,9 @@ bool AddressReader::FindWab() {
                                             kBoxInformation, "FindWab");
       return false;
     }
-    place_.WabFile = TextOf(registry_.Peek(key.Handle(), ""));
-    const auto end = place_.WabFile.rfind('\\');
-    if (end != std::string::npos) place_.WabFolder = place_.WabFile.substr(0, end);
+    place_.wabFile = TextOf(registry_.Peek(key.Handle(), ""));
+    const auto end = place_.wabFile.rfind('\\');
+    if (end != std::string::npos) place_.WabFolder = place_.wabFile.substr(0, end);
     return !place_.WabFolder.empty();
   });
 }
@@ -46,7 +46,7 @@ bool AddressReader::FindWab() {
 bool AddressReader::OpenWab() {
   return Trap(registry_.Boxes().Boxes(), "OpenWab", [&] {
     wabEntryCount_ = 0;
-    if (!book_.Open(environment_.HostPath(place_.WabFile), hWab_)) {
+    if (!book_.Open(environment_.HostPath(place_.wabFile), hWab_)) {
       registry_.Boxes().Msg("Impossible de lire le carnet d'adresses", kBoxStop);
       return false;
     }

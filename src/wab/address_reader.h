@@ -13,7 +13,7 @@ namespace morvelle {
 /// Where the user's address book lies (modReadWab).
 struct BookPlace {
   /// The book's file as the registry names it, a Windows path; empty when it names none.
-  std::string WabFile;
+  std::string wabFile;
   /// Its folder, without "\" at the end; empty when no address book is known.
   std::string WabFolder;
 };

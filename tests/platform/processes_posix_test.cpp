@@ -74,13 +74,6 @@ TEST_F(PosixProcesses, OneThatDoesNotListenIsForced) {
   }
   EXPECT_TRUE(processes->KillProcess(process));
   EXPECT_EQ(Find(kName), 0U);
-}
-
-TEST_F(PosixProcesses, ABinaryIsKnownByItsOwnFile) {
-  const auto file = folder / kName;
-  fs::copy_file("/bin/sleep", file);
-  // Without an argument it ends by itself; what counts here is that it could be started.
-  EXPECT_TRUE(processes->StartProcess(file));
   EXPECT_FALSE(processes->StartProcess(folder / "absent"));
   EXPECT_FALSE(processes->KillProcess(0)) << "our own group of processes";
   EXPECT_EQ(processes->ProcessPath(static_cast<ProcessId>(-1)), "");

@@ -16,8 +16,7 @@ inline constexpr std::string_view kTestIdentity = "{0A1B2C3D-4E5F-6071-8293-A4B5
 inline const std::string kTestSettingsKey =
     "Identities\\" + std::string(kTestIdentity) + "\\Software\\Microsoft\\Outlook Express\\5.0\\";
 inline const std::string kTestMailKey = kTestSettingsKey + "Rules\\Mail\\";
-inline constexpr std::string_view kTestBookKey =
-    "Software\\Microsoft\\WAB\\WAB4\\Wab File Name";
+inline constexpr std::string_view kTestBookKey = "Software\\Microsoft\\WAB\\WAB4\\Wab File Name";
 
 /// Makes an identity with rules in a store, value by value, as the mail client leaves them:
 ///

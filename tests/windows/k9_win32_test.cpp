@@ -6,7 +6,6 @@
 #include "tests/wab/book_machine.h"
 #include "wab/k9_whitelist.h"
 #include "wab/processes.h"
-#include "wab/whitelist_file.h"
 
 namespace morvelle {
 
@@ -33,13 +32,6 @@ TEST_F(BookMachine, K9IsStoppedUpdatedAndStartedAgain) {
   EXPECT_NE(after, 0U);
   EXPECT_NE(after, before);
   EXPECT_TRUE(processes->KillProcess(after));
-}
-
-TEST_F(BookMachine, AWhitelistIsReplacedWhereItLies) {
-  const auto file = folder / "liste.txt";
-  WriteFile(file, "old");
-  ReplaceWhole(file, "new");
-  EXPECT_EQ(ReadFile(file), "new");
 }
 
 }  // namespace
