@@ -1,7 +1,5 @@
 #include "core/registry_access.h"
 
-#include <gtest/gtest.h>
-
 #include <tuple>
 
 #include "app/messages/errors.h"
@@ -82,10 +80,8 @@ TEST_F(RegistryAccessTest, AMissingValueIsReportedByItsTable) {
   dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp, kBoxOk, "Morvelle");
   query("Mail");
   query("Mail");
-  const auto damaged =
-      "La règle \"000 - Famille\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp;
   for (const auto* const table : {"Rule", "Actions", "ActionsParam", "Criteria", "CriteriaParam"}) {
-    dialogs.Expect(damaged, kBoxOk, "Morvelle");
+    dialogs.Expect(DamagedRule(label), kBoxOk, "Morvelle");
     query(table);
     query("Rule");
     dialogs.ExpectAllShown();

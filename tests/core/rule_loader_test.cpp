@@ -1,7 +1,5 @@
 #include "core/rule_loader.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/core/rule_model.h"
 
 namespace morvelle {
@@ -16,10 +14,7 @@ class RuleLoaderTest : public testing::Test {
   RuleTables& tables = model.tables;
 
   void ExpectDamaged(const std::string& label) {
-    model.dialogs.Expect("La r\xE8gle \"" + label +
-                             std::string("\" a mal été enregistrée.\r"
-                                         "Il est conseillé de la supprimer."_cp),
-                         kBoxOk, "Morvelle");
+    model.dialogs.Expect(DamagedRule(label), kBoxOk, "Morvelle");
   }
   void Load() {
     model.loader.MailFromBdR();

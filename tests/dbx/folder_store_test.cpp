@@ -1,13 +1,9 @@
 #include "dbx/folder_store.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <cstddef>
-#include <filesystem>
 #include <random>
 
-#include "app/messages/text.h"
 #include "core/deleted_items.h"
 #include "samples/dbx_builder.h"
 #include "tests/support/fake_environment.h"

@@ -3,14 +3,10 @@
 #include "platform/edited_file.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <csignal>
-#include <memory>
-#include <set>
-#include <string>
 #include <utility>
 
 #include "app/messages/text.h"

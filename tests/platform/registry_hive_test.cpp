@@ -4,18 +4,14 @@
 #include "platform/registry_hive.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <hivex.h>
 #include <sys/resource.h>
 
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <map>
 #include <random>
-#include <string>
 #include <utility>
-#include <vector>
 
 #include "app/messages/text.h"
 #include "platform/hive_cells.h"

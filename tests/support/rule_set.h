@@ -18,6 +18,12 @@ inline const std::string kTestSettingsKey =
 inline const std::string kTestMailKey = kTestSettingsKey + "Rules\\Mail\\";
 inline constexpr std::string_view kTestBookKey = "Software\\Microsoft\\WAB\\WAB4\\Wab File Name";
 
+/// The report of a rule that is stored in a way that it should not be.
+inline std::string DamagedRule(std::string_view label) {
+  return std::string("La règle \""_cp).append(label) +
+         std::string("\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp);
+}
+
 /// Makes an identity with rules in a store, value by value, as the mail client leaves them:
 ///
 ///     RuleSet set(store);

@@ -1,4 +1,3 @@
-#include <optional>
 
 #include "tests/ui/window.h"
 
@@ -8,18 +7,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-constexpr auto kLoseContent =
-    "Vous avez modifié la règle en cours\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
-constexpr auto kLoseOrder =
-    "Vous avez modifié l'ordre des règles\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
-constexpr auto kLoseBoth =
-    "Vous avez modifié la règle en cours et l'ordre des règles\r"
-    "Êtes-vous d'accord pour annuler ces modifications ?"_cp;
 constexpr auto kQuit = "Voulez-vous vraiment quitter Morvelle\u00A0?"_cp;
-constexpr auto kSaveBoth =
-    "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
-    "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp;
-constexpr auto kNotStored = "Les modifications n'ont pas pu être enregistrées."_cp;
 constexpr auto kReplaceChanged =
     "Un autre programme a modifié le fichier des règles depuis son ouverture.\r"
     "Voulez-vous le remplacer par ce que montre Morvelle ?"_cp;

@@ -142,7 +142,7 @@ TEST_F(RuleOrder, AnOrderThatIsNotStoredStaysOnTheScreen) {
   form->lstRules.ClickItem(1);
   Click("picUp");
   store.commitOutcome = CommitOutcome::Failed;
-  dialogs.Expect("Les modifications n'ont pas pu être enregistrées."_cp);
+  dialogs.Expect(kNotStored);
   Choose("mnuRegOrder");
   EXPECT_EQ(Shown(), "B*A*C");
   EXPECT_TRUE(Can("mnuRegOrder"));
@@ -181,10 +181,7 @@ TEST_F(RuleOrder, WithARuleOpenMovingUpOnlyMovesTheSelection) {
   EXPECT_EQ(form->lstRules.ListIndex(), 0);
   EXPECT_EQ(state.editing.nCurRule, 0);
   Add(kSender, u"beta");
-  dialogs.Expect(
-      "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
-      "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp,
-      Button::Yes);
+  dialogs.Expect(kSaveBoth, Button::Yes);
   const auto before = Stored();
   Save();
   EXPECT_EQ(Stored(), Replaced(before, "001\\Criteria\\000\\Value = 3:\"alpha~",

@@ -34,6 +34,19 @@ inline const std::string kStoreMark = "\x01\x02\x03\x04\x05\x06\x07\x08";
 inline const std::string kDeletedItems = kStoreMark + "\x05\0\0\0"s;
 inline constexpr std::string_view kUnreadableFolders = "Erreur de lecture du fichier Folders.dbx";
 
+// Boxes of several commands.
+inline constexpr auto kLoseContent =
+    "Vous avez modifié la règle en cours\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
+inline constexpr auto kLoseOrder =
+    "Vous avez modifié l'ordre des règles\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
+inline constexpr auto kLoseBoth =
+    "Vous avez modifié la règle en cours et l'ordre des règles\r"
+    "Êtes-vous d'accord pour annuler ces modifications ?"_cp;
+inline constexpr auto kSaveBoth =
+    "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
+    "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp;
+inline constexpr auto kNotStored = "Les modifications n'ont pas pu être enregistrées."_cp;
+
 // Slots.
 inline constexpr int kSender = 0;
 inline constexpr int kSubject = 1;

@@ -152,8 +152,7 @@ TEST_F(WordListTest, RulesThatAnotherProgramTookAwayCloseTheEditor) {
   EXPECT_THAT(form->lstRules.Items(), ElementsAre("  001 Famille"));
   EXPECT_EQ(form->RuleMenu("mnuRen").Count(), 1) << "the menus shrink with the list";
   rules.Rule("001", "Famille").Criteria("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
-  dialogs.Expect(
-      "La règle \"001 - Famille\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp);
+  dialogs.Expect(DamagedRule("001 - Famille"));
   Open(0);
   EXPECT_EQ(Which(editor), "") << "it has grown beyond the tables";
   StartWithTwoRules();

@@ -1,12 +1,8 @@
 #include "view/line_list.h"
 
 #include <gtest/gtest.h>
-#include <wx/frame.h>
 #include <wx/sizer.h>
 #include <wx/stopwatch.h>
-
-#include <string>
-#include <vector>
 
 #include "tests/support/window_driver.h"
 

@@ -1,6 +1,5 @@
 #include "view/main_window.h"
 
-#include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/checkbox.h>
 #include <wx/listbox.h>
@@ -9,9 +8,6 @@
 #include <wx/stattext.h>
 #include <wx/statusbr.h>
 #include <wx/textctrl.h>
-
-#include <string>
-#include <vector>
 
 #include "tests/view/window_fixture.h"
 #include "view/wx_text.h"

@@ -1,10 +1,7 @@
 #include "view/menu_bar.h"
 
-#include <gtest/gtest.h>
 #include <wx/stopwatch.h>
 #include <wx/uiaction.h>
-
-#include <string>
 
 #include "tests/view/window_fixture.h"
 #include "view/wx_text.h"

@@ -1,13 +1,9 @@
-#include <gtest/gtest.h>
 #include <wx/timer.h>
 #include <wx/uiaction.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <regex>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include "app/messages/text.h"
 #include "platform/printer_wx.h"

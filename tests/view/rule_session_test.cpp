@@ -1,7 +1,5 @@
 #include <wx/defs.h>
 
-#include <string>
-
 #include "tests/view/sample_fixture.h"
 #include "view/wx_text.h"
 

@@ -1,9 +1,5 @@
 #include <wx/defs.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <string>
-
 #include "tests/view/sample_fixture.h"
 
 namespace morvelle {
