@@ -139,13 +139,12 @@ TEST_F(RuleLoaderTest, AReloadFindsEveryChangeAndKeepsTheRest) {
 }
 
 TEST_F(RuleLoaderTest, MoreEntriesThanTheTablesHoldAreListedAndLeftAlone) {
-  const std::string twelve = "000 001 002 003 004 005 006 007 008 009 00A 00B";
-  set.Order("000 001").PlainRule("000", "Douze", twelve);
-  for (const auto& id : IdsOfOrder(twelve)) set.Criterion(id, 20);
+  set.Order("000 001").PlainRule("000", "Douze", kTwelve);
+  for (const auto& id : IdsOfOrder(kTwelve)) set.Criterion(id, 20);
   set.Words("00B", 22, {"x"}).PlainRule("001", "Treize", "000").Criterion("000", 20);
   for (const auto* const side : {"\\Criteria", "\\Actions"}) {
     set.PutText(kTestMailKey + "001\\Criteria", "Order", "000");
-    set.PutText(kTestMailKey + "001" + side, "Order", twelve + " 00C");
+    set.PutText(kTestMailKey + "001" + side, "Order", kTwelve + " 00C");
     ExpectDamaged("001 - Treize");
     Load();
     EXPECT_EQ(tables.Criteria[0], 12);

@@ -234,30 +234,6 @@ TEST_F(RuleWriterTest, TheFirstWriteGivesTheRulesKeyItsVersion) {
   EXPECT_EQ(model.Dump(), before) << "a version of whatever type stays";
 }
 
-TEST_F(RuleWriterTest, WordListsCarryAndOrOfTheRule) {
-  set.Order("000").PlainRule("000", "A", "000 001").Criterion("000", 15, 0, 7).Number(1);
-  set.Words("001", 8, {"x"});
-  model.Open();
-  auto& slots = model.tables.FirstCriteria[0];
-  const auto logics = [&] {
-    EXPECT_TRUE(model.Save());
-    std::string text;
-    for (const auto& record : model.tables.RuleAt(0).CriteriaParam) text += record.Logic;
-    return text;
-  };
-  EXPECT_EQ(logics(), "71") << "none has any";
-  slots[0].Logic = slots[1].Logic = slots[2].Logic = "2";
-  lists[2] = {"y"};
-  EXPECT_EQ(logics(), "722") << "without a choice other kinds keep theirs";
-  model.editing.logicChosen = true;
-  slots[0].Logic = slots[1].Logic = slots[2].Logic = "1";
-  EXPECT_EQ(logics(), "111") << "a choice goes to every criterion";
-  model.tables.RuleAt(0).CriteriaParam = {};
-  model.tables.Criteria[0] = 0;
-  lists[1].clear();
-  EXPECT_EQ(logics(), "0") << "with one criterion there is nothing to combine";
-}
-
 TEST_F(RuleWriterTest, IdsInTwoLetterCasesAreOneKey) {
   set.Order("000").PlainRule("000", "A", "000 001 002 003 004 005 006 007 008 00a");
   for (int i = 0; i < 9; ++i) set.Criterion(ThreeDigitId(i), 20);

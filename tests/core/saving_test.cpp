@@ -57,7 +57,6 @@ TEST_F(SavingTest, AFailedCommitSaysWhyAndLeavesAllAsBefore) {
   model.dialogs.Expect(std::string(kNotStored) + "\rDisque plein", kBoxStop, "Morvelle");
   EXPECT_FALSE(model.Save());
   ExpectAsBefore();
-  model.store.commitOutcome = CommitOutcome::Done;
   model.store.lastError.clear();
   model.store.writeStatus = 1018;
   model.dialogs.Expect(std::string(kNotStored) + std::string("\rErreur du registre n° 1018"_cp));

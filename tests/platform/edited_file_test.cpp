@@ -85,21 +85,13 @@ class EditedFileTest : public testing::Test {
     store.SetValue(key_, "v", ValueKind::Binary, data);
     return store.CommitBatch(overwrite);
   }
-  /// Names of the files, hidden ones included.
-  std::set<std::string> Names() const {
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
-      names.insert(entry.path().filename().string());
-    }
-    return names;
-  }
   std::string Value(RegistryStore& store) const {
     std::string data = "none";
     store.ReadValue(key_, "v", data);
     return data;
   }
 
-  TempFolder folder_;
+  FileFolder folder_;
   std::filesystem::path file_ = folder_ / "a.reg";
   std::shared_ptr<FailingFiles> files_ = std::make_shared<FailingFiles>();
   std::chrono::system_clock::time_point now_;
@@ -116,7 +108,7 @@ TEST_F(EditedFileTest, TheFirstWriteOfARunLeavesADatedCopy) {
     store->SetValue(key_, "v", ValueKind::Binary, "1");
     store->DeleteValue(key_, "v");
     EXPECT_EQ(store->CommitBatch(false), CommitOutcome::Done);
-    EXPECT_THAT(Names(), UnorderedElementsAre("a.reg", kCopy, ".a.reg.lock"))
+    EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", kCopy, ".a.reg.lock"))
         << "no change, no copy";
     EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
     EXPECT_EQ(ReadFile(file_), kOneValue);
@@ -124,7 +116,7 @@ TEST_F(EditedFileTest, TheFirstWriteOfARunLeavesADatedCopy) {
     EXPECT_EQ(Save(*store, "2"), CommitOutcome::Done);
   }
   const std::string second = "a (copie du 2026-11-22 22-20-05 n2).reg";
-  EXPECT_THAT(Names(), UnorderedElementsAre("a.reg", kCopy, second));
+  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", kCopy, second));
   EXPECT_EQ(ReadFile(folder_ / kCopy), "older");
   EXPECT_EQ(ReadFile(folder_ / second), kEmpty);
 }
@@ -136,7 +128,7 @@ TEST_F(EditedFileTest, ASecondEditorIsRefused) {
   EXPECT_THAT(second.error,
               HasSubstr("a.reg \xBB ne peut \xEAtre ouvert : il est d\xE9j\xE0 ouvert"));
   store.reset();
-  EXPECT_THAT(Names(), ElementsAre("a.reg"));
+  EXPECT_THAT(folder_.Names(), ElementsAre("a.reg"));
   EXPECT_NE(Open(file_).store, nullptr);
 }
 
@@ -155,7 +147,7 @@ TEST_F(EditedFileTest, SaysWhyAFileCannotBeOpened) {
     EXPECT_EQ(opened.store, nullptr);
     EXPECT_THAT(opened.error, HasSubstr(reason));
   }
-  EXPECT_THAT(Names(), UnorderedElementsAre("folder.reg", "pipe", "wrong.reg"));
+  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("folder.reg", "pipe", "wrong.reg"));
 }
 
 TEST_F(EditedFileTest, WhatAnotherProgramWroteIsNotOverwrittenWithoutAQuestion) {
@@ -218,7 +210,7 @@ TEST_F(EditedFileTest, AFullDiskLeavesTheFileWhole) {
                                             "serait trop grand"));
   EXPECT_EQ(ReadFile(file_), kEmpty);
   EXPECT_EQ(Value(*store), "none");
-  EXPECT_THAT(Names(), UnorderedElementsAre("a.reg", ".a.reg.lock"));
+  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", ".a.reg.lock"));
   EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
   EXPECT_EQ(ReadFile(file_), kOneValue);
   EXPECT_EQ(store->LastError(), "");

@@ -24,6 +24,9 @@ inline std::string DamagedRule(std::string_view label) {
          std::string("\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp);
 }
 
+/// As many actions or criteria as the tables hold.
+inline const std::string kTwelve = "000 001 002 003 004 005 006 007 008 009 00A 00B";
+
 /// Makes an identity with rules in a store, value by value, as the mail client leaves them:
 ///
 ///     RuleSet set(store);
@@ -101,6 +104,17 @@ class RuleSet {
   RuleSet& Without(std::string_view name) { return Remove(entryKey_, name); }
   RuleSet& RuleWithout(std::string_view name) { return Remove(ruleKey_, name); }
 
+  /// A rule of actions of these types, a move (6) with its value, and one word for the sender.
+  RuleSet& WithActions(std::string_view id, std::string_view name,
+                       const std::vector<std::uint32_t>& types, std::string_view move,
+                       std::uint32_t enabled = 1) {
+    Rule(id, name, enabled).Actions(kTwelve.substr(0, 4 * types.size())).Criteria("000");
+    for (std::size_t j = 0; j < types.size(); ++j) {
+      Action(kTwelve.substr(4 * j, 3), types[j]);
+      if (types[j] == 6) Bytes(move);
+    }
+    return Words("000", 12, {"alpha"});
+  }
   /// What most tests need: a rule of one action "stop" and the criteria that follow.
   RuleSet& PlainRule(std::string_view id, std::string_view name, std::string_view criteria) {
     return Rule(id, name).Actions("000").Action("000", 12).Criteria(criteria);

@@ -27,7 +27,6 @@ x.x...x...xxx....xx mnuAddBook
 x.x...x...xxx..x.xx mnuImpOneRule mnuImpAllRules mnuAddDel mnuAdd
 xxxxxxxxxxxxxxxxxxx mnufilesVLX mnuImpSign mnuExpSign mnuQuit mnuTools mnuStore mnuWab
   mnufiles mnuSilent mnuAide mnuHelp mnuPropos
-....x...x.......... mnuCrit\xC3\xA8res mnuCriteriaYes mnuCriteriaNo cmdRestore(0)
 )";
 
 /// The window's states against every menu entry and every control that takes a gesture.

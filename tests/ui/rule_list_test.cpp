@@ -20,18 +20,6 @@ TEST_F(RuleList, ASavedRuleLeavesNothingInTheEditor) {
   EXPECT_THAT(state.tables.WordCount, testing::Each(0));
 }
 
-TEST_F(RuleList, ListAndMenusMarkActiveRulesDifferently) {
-  rules.Order("00A 001");
-  rules.Rule("00A", "Spam", 0).Actions("000").Action("000", 12).Criteria("000");
-  rules.PlainRule("001", "Famille", "000");
-  Start();
-  EXPECT_THAT(form->lstRules.Items(), ElementsAre("  00A Spam", "* 001 Famille"));
-  for (const auto* menu : form->RuleMenus()) {
-    EXPECT_EQ(menu->CaptionOf(0), " \t00A Spam");
-    EXPECT_EQ(menu->CaptionOf(1), "*\t001 Famille");
-  }
-}
-
 TEST_F(RuleList, ARulesKeyMadeNowLeavesAUsableWindow) {
   std::filesystem::remove(FoldersFile());  // It is read when it is first needed.
   dialogs.Expect("La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp,
@@ -57,7 +45,7 @@ TEST_F(RuleList, ARulesKeyMadeNowLeavesAUsableWindow) {
 
 TEST_F(RuleList, ARuleBeyondTheTablesIsListedAndNeverOpened) {
   rules.Order("000 001");
-  rules.PlainRule("000", "Trop", "000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
+  rules.PlainRule("000", "Trop", kTwelve + " 00C");
   for (int i = 0; i < 13; ++i) rules.Words(ThreeDigitId(i), 12, {"mot"});
   rules.PlainRule("001", "Famille", "000").Words("000", 12, {"alpha"});
   dialogs.Expect(DamagedRule("000 - Trop"), kBoxOk, kAppTitle);

@@ -96,21 +96,5 @@ TEST_F(LineListTest, ALongListTakesAWordAtOnce) {
   EXPECT_LT(added.ToLong(), filled.ToLong() / 4);
 }
 
-TEST_F(LineListTest, SeveralLinesAreShownSelectedAtOnce) {
-  auto* several = new LineList(&frame, true, wxSize(100, 80));
-  ListBox actions("actions", nullptr, true);
-  for (const char* word : {"a", "b", "c", "d"}) actions.AddItem(word);
-  actions.SetSelected(1, true);
-  actions.SetSelected(3, true);
-  several->TakeOver(actions);
-  wxArrayInt selections;
-  EXPECT_EQ(several->GetSelections(selections), 2);
-  EXPECT_TRUE(several->IsSelected(1));
-  EXPECT_TRUE(several->IsSelected(3));
-  actions.SetSelected(1, false);
-  several->TakeOver(actions);
-  EXPECT_FALSE(several->IsSelected(1));
-}
-
 }  // namespace
 }  // namespace morvelle
