@@ -120,25 +120,6 @@ TEST_F(RuleWriterTest, CriteriaComeAndGoWithTheirWords) {
             "000\\Value = 3:\"x~y~~~\"\n000\\ValueType = 65\n");
 }
 
-TEST_F(RuleWriterTest, AThirteenthEntryIsRefusedBeforeAnyWrite) {
-  const std::string eleven = "000 001 002 003 004 005 006 007 008 009 00A";
-  set.Order("000").PlainRule("000", "A", eleven);
-  for (const auto& id : IdsOfOrder(eleven)) set.Criterion(id, 20);
-  model.Open();
-  lists[0] = {"a"};
-  lists[1] = {"b"};
-  const auto before = model.Dump();
-  const auto row = model.Row();
-  EXPECT_FALSE(model.Save());
-  EXPECT_EQ(ToUtf8(model.refusal),
-            "Cette règle ne peut être enregistrée : elle compterait plus de "
-            "12 critères ou actions");
-  EXPECT_EQ(model.Dump(), before);
-  EXPECT_EQ(model.Row(), row);
-  lists[1].clear();
-  EXPECT_TRUE(model.Save()) << "twelve are held";
-}
-
 TEST_F(RuleWriterTest, NothingIsWrittenUnderAnIdThatIsNone) {
   set.Order("000").PlainRule("000", "A", "000").Words("000", 8, {"x"});
   model.Open();

@@ -3,10 +3,8 @@
 #include "platform/edited_file.h"
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <utility>
 
 #include "app/messages/text.h"
@@ -192,28 +190,6 @@ TEST_F(EditedFileTest, KeepsRightsAndLinks) {
   EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
   EXPECT_EQ(std::filesystem::status(file_).permissions(), std::filesystem::perms{0640});
   EXPECT_TRUE(std::filesystem::is_symlink(link));
-}
-
-TEST_F(EditedFileTest, AFullDiskLeavesTheFileWhole) {
-  const auto store = OpenNew();
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  rlimit small = before;
-  small.rlim_cur = 100;
-  const auto former = std::signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &small);
-  const auto outcome = Save(*store, std::string(500, 'x'));
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, former);
-  EXPECT_EQ(outcome, CommitOutcome::Failed);
-  EXPECT_THAT(store->LastError(), HasSubstr("a.reg \xBB ne peut \xEAtre enregistr\xE9 : le fichier "
-                                            "serait trop grand"));
-  EXPECT_EQ(ReadFile(file_), kEmpty);
-  EXPECT_EQ(Value(*store), "none");
-  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", ".a.reg.lock"));
-  EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
-  EXPECT_EQ(ReadFile(file_), kOneValue);
-  EXPECT_EQ(store->LastError(), "");
 }
 
 TEST_F(EditedFileTest, AFolderThatCannotBeWrittenStillOpens) {

@@ -1,4 +1,5 @@
 
+#include "core/new_rule.h"
 #include "tests/ui/window.h"
 
 namespace morvelle {
@@ -13,7 +14,6 @@ using testing::StartsWith;
 constexpr auto kNewName = "Entrer le nom de la règle à créer"_cp;
 constexpr auto kCharacters = "Utilisation de caractères non autorisés"_cp;
 constexpr auto kReserved = "Ce nom de règle est réservé"_cp;
-constexpr auto kTooMany = "Vous avez atteint le nombre de règles autorisé (4 096)"_cp;
 constexpr auto kDelete = "Êtes-vous sûr de vouloir détruire la règle Famille ?"_cp;
 constexpr auto kOtherName = "Nom actuel de la règle : Famille\r\rNouveau nom ?"_cp;
 constexpr auto kRenameTitle = "Renommer une règle"_cp;
@@ -160,7 +160,7 @@ TEST_F(RuleCommands, NoRuleIsAddedBeyondTheLimit) {
     rules.Order(order);
     Start();
     const int commits = store.commits;
-    dialogs.Expect(kTooMany, kBoxOk, kAppTitle);
+    dialogs.Expect(kTooManyRules, kBoxOk, kAppTitle);
     Choose("mnuAdd");
     ExpectIdle();
     EXPECT_EQ(state.tables.Mail.Order, order) << "every id is taken, if only by a key";
@@ -342,6 +342,10 @@ TEST_F(RuleCommands, WhatCannotBeOpenedIsRenamedAndWhatIsGoneIsNot) {
   dialogs.Expect(DamagedRule("000 - Famille"));
   Start();
   const auto before = Stored();
+  Open(0);
+  EXPECT_EQ(Which({"lstAct", "chkEnabled", "txtBox(0)"}), "");
+  EXPECT_FALSE(form->RuleMenu("mnuMerge").EnabledOf(0));
+  EXPECT_TRUE(form->RuleMenu("mnuDel").EnabledOf(0));
   dialogs.ExpectText(kOtherName, "Amis");
   dialogs.Expect(RenameToAmis(), Button::Yes);
   Rename(0);

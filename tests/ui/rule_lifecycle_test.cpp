@@ -53,6 +53,10 @@ TEST_F(Lifecycle, AThirteenthCriterionIsRefusedAndTheRuleStaysOpen) {
   EXPECT_EQ(Stored(), before);
   EXPECT_EQ(Count(kSender), "2 mots") << "as many as the list shows";
   EXPECT_TRUE(Can("cmdRecord(2)"));
+  ClickWord(kBody, 0);
+  Click("cmdDel(2)");
+  Save();
+  EXPECT_FALSE(Can("lstAct")) << "twelve are held";
 }
 
 TEST_F(Lifecycle, WhatIsNotStoredKeepsTheRuleOpenAndWhole) {

@@ -43,20 +43,6 @@ TEST_F(RuleList, ARulesKeyMadeNowLeavesAUsableWindow) {
   }
 }
 
-TEST_F(RuleList, ARuleBeyondTheTablesIsListedAndNeverOpened) {
-  rules.Order("000 001");
-  rules.PlainRule("000", "Trop", kTwelve + " 00C");
-  for (int i = 0; i < 13; ++i) rules.Words(ThreeDigitId(i), 12, {"mot"});
-  rules.PlainRule("001", "Famille", "000").Words("000", 12, {"alpha"});
-  dialogs.Expect(DamagedRule("000 - Trop"), kBoxOk, kAppTitle);
-  Start();
-  EXPECT_THAT(form->lstRules.Items(), ElementsAre("* 000 Trop", "* 001 Famille"));
-  Open(0);
-  EXPECT_EQ(Which({"lstAct", "chkEnabled", "txtBox(0)"}), "");
-  EXPECT_FALSE(form->RuleMenu("mnuMerge").EnabledOf(0));
-  for (const auto* other : {"mnuRen", "mnuDel"}) EXPECT_TRUE(form->RuleMenu(other).EnabledOf(0));
-}
-
 TEST_F(RuleList, TheLoadRunsWithTheSettings) {
   const auto ini = environment.userFolder / "Morvelle.ini";
   WriteFile(ini, "Auto\r\nsilent");

@@ -75,10 +75,10 @@ TEST_F(RuleOrder, CancellingBringsTheFormerOrderBack) {
     form->lstRules.ClickItem(2);
     Click("picUp");
     Click("picUp");
-    const auto moved = form->lstRules.Item(0);
+    const auto moved = IdOfLine(form->lstRules.Item(0));
     Click("cmdCancelOrder");
     EXPECT_EQ(Shown(), "*AB*C");
-    EXPECT_EQ(form->lstRules.Item(form->lstRules.ListIndex()), moved) << "the same rule";
+    EXPECT_EQ(IdOfLine(form->lstRules.Item(form->lstRules.ListIndex())), moved) << "the same rule";
     EXPECT_EQ(form->RuleMenu("mnuDel").CaptionOf(0), "*\t000 A");
     EXPECT_FALSE(Can("mnuRegOrder"));
     EXPECT_TRUE(form->NoChange());

@@ -2,7 +2,6 @@
 #include <wx/stattext.h>
 
 #include "platform/system_shell.h"
-#include "tests/support/scripted_dialogs.h"
 #include "tests/view/window_fixture.h"
 
 namespace morvelle {

@@ -18,11 +18,6 @@ struct LineListTest : testing::Test {
     frame.Show();
     WindowDriver::Settle();
   }
-  std::vector<std::string> Shown() const {
-    std::vector<std::string> lines;
-    for (const auto& line : widget->GetStrings()) lines.push_back(line.utf8_string());
-    return lines;
-  }
   void Fill(int count) {
     for (int i = 0; i < count; ++i) list.AddItem("mot " + std::to_string(i));
     widget->TakeOver(list);
@@ -58,7 +53,7 @@ TEST_F(LineListTest, FollowsEveryKindOfChange) {
   for (const auto& change : changes) {
     change();
     widget->TakeOver(list);
-    EXPECT_EQ(Shown(), list.Items());
+    EXPECT_EQ(LinesOf(*widget), list.Items());
   }
 }
 

@@ -24,11 +24,6 @@ class MainWindowTest : public WindowTest {
   }
   wxTextCtrl& Text(std::string_view name) { return driver.FindAs<wxTextCtrl>(name); }
   wxListBox& List(std::string_view name) { return driver.FindAs<wxListBox>(name); }
-  static std::vector<std::string> Lines(const wxListBox& list) {
-    std::vector<std::string> lines;
-    for (const auto& line : list.GetStrings()) lines.push_back(line.utf8_string());
-    return lines;
-  }
   using Words = std::vector<std::string>;
 };
 
@@ -55,7 +50,7 @@ TEST_F(MainWindowTest, EveryControlHasItsWidgetAndItsCaption) {
 
 TEST_F(MainWindowTest, AWordIsTypedAndAddedWithEnterAndTheFocusStays) {
   OpenFirstRule();
-  EXPECT_EQ(Lines(List("lstBox(0)")), (Words{"alpha", "beta"}));
+  EXPECT_EQ(LinesOf(List("lstBox(0)")), (Words{"alpha", "beta"}));
   driver.Click("txtBox(0)");
   driver.Type("gamma");
   EXPECT_EQ(Text("txtCop(0)").GetValue(), "'gamma'");
@@ -63,7 +58,7 @@ TEST_F(MainWindowTest, AWordIsTypedAndAddedWithEnterAndTheFocusStays) {
   EXPECT_FALSE(driver.Find("cmdDel(0)").IsEnabled());
   EXPECT_THROW(driver.Click("cmdDel(0)"), std::runtime_error);
   driver.Press(WXK_RETURN);
-  EXPECT_EQ(Lines(List("lstBox(0)")), (Words{"alpha", "beta", "gamma"}));
+  EXPECT_EQ(LinesOf(List("lstBox(0)")), (Words{"alpha", "beta", "gamma"}));
   EXPECT_EQ(Text("txtBox(0)").GetValue(), "");
   EXPECT_EQ(driver.Find("lblNb(0)").GetLabel(), "3 mots");
   EXPECT_TRUE(driver.Find("cmdRecord(0)").IsEnabled());
@@ -85,7 +80,7 @@ TEST_F(MainWindowTest, AWordIsClickedTwiceAndDeletedByKey) {
   driver.ClickLine("lstBox(0)", 1);
   EXPECT_EQ(Text("txtBox(0)").GetValue(), "beta");
   driver.Press(WXK_DELETE);
-  EXPECT_EQ(Lines(List("lstBox(0)")), Words{"alpha"});
+  EXPECT_EQ(LinesOf(List("lstBox(0)")), Words{"alpha"});
   EXPECT_EQ(List("lstBox(0)").GetSelection(), wxNOT_FOUND);
   EXPECT_TRUE(Text("txtBox(0)").HasFocus()) << "deleting gives the focus to the text box";
 }

@@ -16,12 +16,6 @@ class MenuTest : public WindowTest {
     if (item == nullptr) throw std::runtime_error(std::string(name));
     return *item;
   }
-  void FillArray(MenuArray& array, int count) {
-    for (int i = 0; i < count; ++i) {
-      array.Load(i);
-      array.SetCaptionOf(i, "*\t" + ThreeDigitId(i) + " nom");
-    }
-  }
   /// What opening the menu around the array does.
   wxMenu& Open(std::string_view name) {
     window->ShowChanges();
@@ -100,7 +94,10 @@ TEST_F(MenuTest, FourThousandRulesAreGroupedAndComeBackFlat) {
   auto& array = form.RuleMenu("mnuDel");
   int chosen = -1;
   array.onClick = [&](int index) { chosen = index; };
-  FillArray(array, 4096);
+  for (int i = 0; i < 4096; ++i) {
+    array.Load(i);
+    array.SetCaptionOf(i, "*\t" + ThreeDigitId(i) + " nom");
+  }
   const wxStopWatch watch;
   auto& menu = Open("mnuDel");
   RecordProperty("fillMilliseconds", static_cast<int>(watch.Time()));

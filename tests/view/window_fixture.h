@@ -1,23 +1,13 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <wx/app.h>
 #include <wx/weakref.h>
 
-#include <string>
-
-#include "app/messages/text.h"
 #include "platform/dialogs_wx.h"
 #include "platform/file_dialogs_wx.h"
 #include "platform/printer_wx.h"
 #include "platform/progress_wx.h"
-#include "tests/support/fake_address_book.h"
-#include "tests/support/fake_environment.h"
-#include "tests/support/fake_processes.h"
-#include "tests/support/fake_registry.h"
-#include "tests/support/fake_shell.h"
-#include "tests/support/rule_set.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/fake_machine.h"
 #include "tests/support/window_driver.h"
 #include "view/main_window.h"
 
@@ -25,7 +15,7 @@ namespace morvelle {
 
 /// The real window on the real form, over a registry in memory with three rules: Publicités
 /// (active, sender words alpha and beta), Listes (not active), Famille & amis (active).
-class WindowTest : public testing::Test {
+class WindowTest : public FakeMachine {
  protected:
   WindowTest() {
     RuleSet rules(registry);
@@ -54,16 +44,11 @@ class WindowTest : public testing::Test {
   }
 
   static constexpr std::string_view kFirstName = "Publicités"_cp;
-  TempFolder folder;
   FakeRegistry registry;
   WxDialogs boxes;
-  FakeEnvironment environment{folder.Path()};
   WxFileDialogs fileDialogs{boxes};
   WxPrinter printer{boxes};
   WxProgress progress;
-  FakeAddressBook addressBook;
-  FakeProcesses processes;
-  FakeShell shell;
   Ports ports{registry, boxes,       environment, fileDialogs, printer,
               progress, addressBook, processes,   shell};
   ProgramState state;
