@@ -1,7 +1,5 @@
 #include "core/identity.h"
 
-#include <gtest/gtest.h>
-
 #include "app/messages/errors.h"
 #include "tests/core/rule_model.h"
 #include "tests/support/fake_environment.h"

@@ -1,7 +1,5 @@
 #include "core/new_rule.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/core/rule_model.h"
 
 namespace morvelle {

@@ -1,7 +1,5 @@
 #include "core/registry_access.h"
 
-#include <gtest/gtest.h>
-
 #include <tuple>
 
 #include "app/messages/errors.h"
@@ -14,12 +12,10 @@ using namespace std::string_literals;
 
 class RegistryAccessTest : public testing::Test {
  protected:
-  FakeRegistry store;
-  ScriptedDialogs dialogs;
-  Messages messages{dialogs};
-  std::string label;
-  DamageReport damage{messages, label};
-  RegistryAccess registry{store, messages, damage};
+  RuleModel model;
+  FakeRegistry& store = model.store;
+  ScriptedDialogs& dialogs = model.dialogs;
+  RegistryAccess& registry = model.registry;
 
   RegistryStatus Set(std::string_view name, ValueKind kind, const RegistryValue& value) {
     const OpenedKey key(registry, "Clef", true);
@@ -75,21 +71,19 @@ TEST_F(RegistryAccessTest, AMissingValueIsReportedByItsTable) {
   const auto query = [&](std::string_view table) {
     EXPECT_EQ(registry.QueryValue(table, key.Handle(), "V", value), kStatusNotFound);
   };
-  label = "000 - Famille";
+  model.tables.RuleLabel = "000 - Famille";
   query("");
   dialogs.Expect("Identité introuvable"_cp, kBoxOk, "Morvelle");
   query("Identity");
   dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp, kBoxOk, "Morvelle");
   query("Mail");
   query("Mail");
-  const auto damaged =
-      "La règle \"000 - Famille\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp;
   for (const auto* const table : {"Rule", "Actions", "ActionsParam", "Criteria", "CriteriaParam"}) {
-    dialogs.Expect(damaged, kBoxOk, "Morvelle");
+    dialogs.Expect(DamagedRule(model.tables.RuleLabel), kBoxOk, "Morvelle");
     query(table);
     query("Rule");
     dialogs.ExpectAllShown();
-    damage.Reset();
+    model.damage.Reset();
   }
   store.describeStatus = 62;
   dialogs.Expect("L'entrée dépasse la fin de fichier"_cp, kBoxOk, "Morvelle");

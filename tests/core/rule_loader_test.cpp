@@ -1,7 +1,5 @@
 #include "core/rule_loader.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/core/rule_model.h"
 
 namespace morvelle {
@@ -16,10 +14,7 @@ class RuleLoaderTest : public testing::Test {
   RuleTables& tables = model.tables;
 
   void ExpectDamaged(const std::string& label) {
-    model.dialogs.Expect("La r\xE8gle \"" + label +
-                             std::string("\" a mal été enregistrée.\r"
-                                         "Il est conseillé de la supprimer."_cp),
-                         kBoxOk, "Morvelle");
+    model.dialogs.Expect(DamagedRule(label), kBoxOk, "Morvelle");
   }
   void Load() {
     model.loader.MailFromBdR();
@@ -144,13 +139,12 @@ TEST_F(RuleLoaderTest, AReloadFindsEveryChangeAndKeepsTheRest) {
 }
 
 TEST_F(RuleLoaderTest, MoreEntriesThanTheTablesHoldAreListedAndLeftAlone) {
-  const std::string twelve = "000 001 002 003 004 005 006 007 008 009 00A 00B";
-  set.Order("000 001").PlainRule("000", "Douze", twelve);
-  for (const auto& id : IdsOfOrder(twelve)) set.Criterion(id, 20);
+  set.Order("000 001").PlainRule("000", "Douze", kTwelve);
+  for (const auto& id : IdsOfOrder(kTwelve)) set.Criterion(id, 20);
   set.Words("00B", 22, {"x"}).PlainRule("001", "Treize", "000").Criterion("000", 20);
   for (const auto* const side : {"\\Criteria", "\\Actions"}) {
     set.PutText(kTestMailKey + "001\\Criteria", "Order", "000");
-    set.PutText(kTestMailKey + "001" + side, "Order", twelve + " 00C");
+    set.PutText(kTestMailKey + "001" + side, "Order", kTwelve + " 00C");
     ExpectDamaged("001 - Treize");
     Load();
     EXPECT_EQ(tables.Criteria[0], 12);

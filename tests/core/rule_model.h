@@ -1,20 +1,11 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <map>
 #include <set>
-#include <string>
-#include <string_view>
-#include <vector>
 
-#include "app/messages/messages.h"
 #include "core/command_batch.h"
-#include "core/damage_report.h"
 #include "core/rule_loader.h"
 #include "core/rule_writer.h"
-#include "core/word_lists.h"
-#include "tests/support/fake_registry.h"
 #include "tests/support/rule_set.h"
 #include "tests/support/scripted_dialogs.h"
 

@@ -1,7 +1,5 @@
 #include "core/rule_writer.h"
 
-#include <gtest/gtest.h>
-
 #include "app/messages/errors.h"
 #include "tests/core/rule_model.h"
 
@@ -122,25 +120,6 @@ TEST_F(RuleWriterTest, CriteriaComeAndGoWithTheirWords) {
             "000\\Value = 3:\"x~y~~~\"\n000\\ValueType = 65\n");
 }
 
-TEST_F(RuleWriterTest, AThirteenthEntryIsRefusedBeforeAnyWrite) {
-  const std::string eleven = "000 001 002 003 004 005 006 007 008 009 00A";
-  set.Order("000").PlainRule("000", "A", eleven);
-  for (const auto& id : IdsOfOrder(eleven)) set.Criterion(id, 20);
-  model.Open();
-  lists[0] = {"a"};
-  lists[1] = {"b"};
-  const auto before = model.Dump();
-  const auto row = model.Row();
-  EXPECT_FALSE(model.Save());
-  EXPECT_EQ(ToUtf8(model.refusal),
-            "Cette règle ne peut être enregistrée : elle compterait plus de "
-            "12 critères ou actions");
-  EXPECT_EQ(model.Dump(), before);
-  EXPECT_EQ(model.Row(), row);
-  lists[1].clear();
-  EXPECT_TRUE(model.Save()) << "twelve are held";
-}
-
 TEST_F(RuleWriterTest, NothingIsWrittenUnderAnIdThatIsNone) {
   set.Order("000").PlainRule("000", "A", "000").Words("000", 8, {"x"});
   model.Open();
@@ -234,30 +213,6 @@ TEST_F(RuleWriterTest, TheFirstWriteGivesTheRulesKeyItsVersion) {
   ASSERT_TRUE(model.Save());
   EXPECT_EQ(model.writer.MailTopToBdR(), kStatusSuccess);
   EXPECT_EQ(model.Dump(), before) << "a version of whatever type stays";
-}
-
-TEST_F(RuleWriterTest, WordListsCarryAndOrOfTheRule) {
-  set.Order("000").PlainRule("000", "A", "000 001").Criterion("000", 15, 0, 7).Number(1);
-  set.Words("001", 8, {"x"});
-  model.Open();
-  auto& slots = model.tables.FirstCriteria[0];
-  const auto logics = [&] {
-    EXPECT_TRUE(model.Save());
-    std::string text;
-    for (const auto& record : model.tables.RuleAt(0).CriteriaParam) text += record.Logic;
-    return text;
-  };
-  EXPECT_EQ(logics(), "71") << "none has any";
-  slots[0].Logic = slots[1].Logic = slots[2].Logic = "2";
-  lists[2] = {"y"};
-  EXPECT_EQ(logics(), "722") << "without a choice other kinds keep theirs";
-  model.editing.logicChosen = true;
-  slots[0].Logic = slots[1].Logic = slots[2].Logic = "1";
-  EXPECT_EQ(logics(), "111") << "a choice goes to every criterion";
-  model.tables.RuleAt(0).CriteriaParam = {};
-  model.tables.Criteria[0] = 0;
-  lists[1].clear();
-  EXPECT_EQ(logics(), "0") << "with one criterion there is nothing to combine";
 }
 
 TEST_F(RuleWriterTest, IdsInTwoLetterCasesAreOneKey) {

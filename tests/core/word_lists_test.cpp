@@ -1,7 +1,5 @@
 #include "core/word_lists.h"
 
-#include <gtest/gtest.h>
-
 #include "app/messages/errors.h"
 #include "tests/core/rule_model.h"
 

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "app/messages/errors.h"
 
 namespace morvelle {

@@ -1,7 +1,5 @@
-#include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <string>
 
 #include "app/messages/text.h"
 #include "files/prefilter_file.h"

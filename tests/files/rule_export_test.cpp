@@ -1,14 +1,10 @@
 #include "files/rule_export.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "files/rule_file_reader.h"
 #include "tests/core/rule_model.h"
-#include "tests/support/fake_progress.h"
+#include "tests/support/fake_machine.h"
 
 namespace morvelle {
 namespace {
@@ -19,11 +15,13 @@ using testing::ElementsAre;
 constexpr std::string_view kFirst = "Publicités"_cp;
 const std::string kFolder = "stored01\x04\0\0\0"s;
 
-/// Lines of UTF-8 as a file has them.
-std::string FileOf(const std::vector<std::string>& lines) {
-  std::string text;
-  for (const auto& line : lines) text += FromUtf8(line).value_or(line) + "\r\n";
-  return text;
+/// UTF-8 as a file has it, each "|" an end of line.
+std::string FileOf(const std::string& text) {
+  std::string lines;
+  for (const char character : FromUtf8(text).value_or(text)) {
+    lines += character == '|' ? "\r\n" : std::string(1, character);
+  }
+  return lines;
 }
 
 struct RuleExportTest : testing::Test {
@@ -64,97 +62,26 @@ struct RuleExportTest : testing::Test {
 
 TEST_F(RuleExportTest, AFileHoldsLabelsAndValuesAsTheTablesHaveThem) {
   LoadTwoRules();
-  const std::vector<std::string> firstRule = {"Nom de règle",
-                                              "Publicités",
-                                              "Version de règle",
-                                              "0",
-                                              "Validité de règle",
-                                              "1",
-                                              "ACTIONS",
-                                              "Ordre des actions",
-                                              "000 001",
-                                              "ID d'action",
-                                              "000",
-                                              "Flags d'action",
-                                              "0",
-                                              "Type d'action",
-                                              "6",
-                                              "Type de valeur d'action",
-                                              "65",
-                                              "Valeur d'action",
-                                              kFolder,
-                                              "ID d'action",
-                                              "001",
-                                              "Flags d'action",
-                                              "0",
-                                              "Type d'action",
-                                              "3",
-                                              "CRITERIA",
-                                              "Ordre des critères",
-                                              "000 001 002",
-                                              "ID de critère",
-                                              "000",
-                                              "Flags de critère",
-                                              "1",
-                                              "Logique de critère",
-                                              "2",
-                                              "Type de critère",
-                                              "12",
-                                              "Type de valeur de critère",
-                                              "65",
-                                              "Valeur de critère",
-                                              "zoe\0alpha\0\0\0"s,
-                                              "ID de critère",
-                                              "001",
-                                              "Flags de critère",
-                                              "0",
-                                              "Logique de critère",
-                                              "2",
-                                              "Type de critère",
-                                              "13",
-                                              "Type de valeur de critère",
-                                              "19",
-                                              "Valeur de critère",
-                                              "3",
-                                              "ID de critère",
-                                              "002",
-                                              "Flags de critère",
-                                              "0",
-                                              "Logique de critère",
-                                              "2",
-                                              "Type de critère",
-                                              "14",
-                                              "EOR"};
-  EXPECT_EQ(File(true), FileOf(firstRule) + "EOM\r\n");
-  const std::vector<std::string> top = {"MAIL",   "Order", "000 00A",     "Version",
-                                        "327680", "EOT",   "ID de règle", "000"};
-  const std::vector<std::string> secondRule = {"ID de règle",
-                                               "00A",
-                                               "Nom de règle",
-                                               "Vide",
-                                               "Version de règle",
-                                               "0",
-                                               "Validité de règle",
-                                               "0",
-                                               "ACTIONS",
-                                               "Ordre des actions",
-                                               "000",
-                                               "ID d'action",
-                                               "000",
-                                               "Flags d'action",
-                                               "0",
-                                               "Type d'action",
-                                               "6",
-                                               "Type de valeur d'action",
-                                               "65",
-                                               "Valeur d'action",
-                                               "stored01\x04\0\0\0"s,
-                                               "CRITERIA",
-                                               "Ordre des critères",
-                                               "000",
-                                               "EOR",
-                                               "EOM"};
-  EXPECT_EQ(File(false), FileOf(top) + FileOf(firstRule) + FileOf(secondRule));
+  const auto firstRule = FileOf(
+      "Nom de règle|Publicités|Version de règle|0|Validité de règle|1|"
+      "ACTIONS|Ordre des actions|000 001|"
+      "ID d'action|000|Flags d'action|0|Type d'action|6|"
+      "Type de valeur d'action|65|Valeur d'action|stored01\x04\0\0\0|"
+      "ID d'action|001|Flags d'action|0|Type d'action|3|"
+      "CRITERIA|Ordre des critères|000 001 002|"
+      "ID de critère|000|Flags de critère|1|Logique de critère|2|Type de critère|12|"
+      "Type de valeur de critère|65|Valeur de critère|zoe\0alpha\0\0\0|"
+      "ID de critère|001|Flags de critère|0|Logique de critère|2|Type de critère|13|"
+      "Type de valeur de critère|19|Valeur de critère|3|"
+      "ID de critère|002|Flags de critère|0|Logique de critère|2|Type de critère|14|EOR|"s);
+  EXPECT_EQ(File(true), firstRule + "EOM\r\n");
+  const auto secondRule = FileOf(
+      "ID de règle|00A|Nom de règle|Vide|Version de règle|0|Validité de règle|0|"
+      "ACTIONS|Ordre des actions|000|ID d'action|000|Flags d'action|0|Type d'action|6|"
+      "Type de valeur d'action|65|Valeur d'action|stored01\x04\0\0\0|"
+      "CRITERIA|Ordre des critères|000|EOR|EOM|"s);
+  EXPECT_EQ(File(false), FileOf("MAIL|Order|000 00A|Version|327680|EOT|ID de règle|000|") +
+                             firstRule + secondRule);
   EXPECT_THAT(progress.works, ElementsAre("Exportation des règles ..."_cp));
 }
 
@@ -162,37 +89,26 @@ TEST_F(RuleExportTest, PaperIndentsShowsWordsInOrderAndHasNoMarkers) {
   LoadTwoRules();
   model.tables.Words0 = {"de la règle ouverte"};
   const auto lines = Paper(false);
+  // Each step of five blanks is shown as ">".
   std::string shown;
-  for (const auto& line : lines) shown += ToUtf8(line) + "\n";
-  EXPECT_EQ(shown.substr(0, shown.find("Type de critère\n                         13")),
-            "     MAIL\n          Order\n               000 00A\n"
-            "          Version\n               327680\n"
-            "\n     ID de règle\n     000\n"
-            "     Nom de règle\n          Publicités\n"
-            "     Version de règle\n          0\n     Validité de règle\n          1\n"
-            "\n               ACTIONS\n                    Ordre des actions\n"
-            "                         000 001\n"
-            "\n                    ID d'action\n                         000\n"
-            "                    Flags d'action\n                         0\n"
-            "                    Type d'action\n                         6\n"
-            "                    Type de valeur d'action\n                         65\n"
-            "                    Valeur d'action\n                         stored01·\n"
-            "\n                    ID d'action\n                         001\n"
-            "                    Flags d'action\n                         0\n"
-            "                    Type d'action\n                         3\n"
-            "\n               CRITERIA\n                    Ordre des critères\n"
-            "                         000 001 002\n"
-            "\n                    ID de critère\n                         000\n"
-            "                    Flags de critère\n                         1\n"
-            "                    Logique de critère\n                         2\n"
-            "                    Type de critère\n                         12\n"
-            "                    Type de valeur de critère\n                         65\n"
-            "                    Valeur de critère\n"
-            "                         alpha\n                         zoe\n"
-            "\n                    ID de critère\n                         001\n"
-            "                    Flags de critère\n                         0\n"
-            "                    Logique de critère\n                         2\n"
-            "                    ");
+  for (const auto& line : lines) {
+    const auto blanks = std::min(line.find_first_not_of(' '), line.size());
+    EXPECT_EQ(blanks % 5, 0U) << line;
+    shown += std::string(blanks / 5, '>') + ToUtf8(line.substr(blanks)) + "|";
+  }
+  EXPECT_EQ(shown.substr(0, shown.find(">>>>Type de critère|>>>>>13")),
+            ">MAIL|>>Order|>>>000 00A|>>Version|>>>327680||>ID de règle|>000|"
+            ">Nom de règle|>>Publicités|>Version de règle|>>0|>Validité de règle|>>1|"
+            "|>>>ACTIONS|>>>>Ordre des actions|>>>>>000 001|"
+            "|>>>>ID d'action|>>>>>000|>>>>Flags d'action|>>>>>0|>>>>Type d'action|>>>>>6|"
+            ">>>>Type de valeur d'action|>>>>>65|>>>>Valeur d'action|>>>>>stored01·|"
+            "|>>>>ID d'action|>>>>>001|>>>>Flags d'action|>>>>>0|>>>>Type d'action|>>>>>3|"
+            "|>>>CRITERIA|>>>>Ordre des critères|>>>>>000 001 002|"
+            "|>>>>ID de critère|>>>>>000|>>>>Flags de critère|>>>>>1|"
+            ">>>>Logique de critère|>>>>>2|>>>>Type de critère|>>>>>12|"
+            ">>>>Type de valeur de critère|>>>>>65|>>>>Valeur de critère|>>>>>alpha|>>>>>zoe|"
+            "|>>>>ID de critère|>>>>>001|>>>>Flags de critère|>>>>>0|"
+            ">>>>Logique de critère|>>>>>2|");
   EXPECT_THAT(lines, testing::Not(testing::Contains(testing::HasSubstr("EO"))));
   EXPECT_THAT(model.tables.Words0, ElementsAre("de la règle ouverte"));
   EXPECT_EQ(Paper(true).front(), std::string("     Nom de règle"_cp));
@@ -220,7 +136,7 @@ TEST_F(RuleExportTest, AShortFolderValuePrintsAsAnEmptyLine) {
 
 TEST_F(RuleExportTest, ARuleThatTheTablesDoNotHoldIsLeftOutAndNotCounted) {
   model.set.Order("000 001");
-  model.set.Rule("000", "Trop").Actions("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
+  model.set.Rule("000", "Trop").Actions(kTwelve + " 00C");
   model.set.Criteria("000").PlainRule("001", "Bonne", "000");
   model.dialogs.AllowAnyBox();
   model.loader.MailFromBdR();
@@ -242,7 +158,7 @@ TEST_F(RuleExportTest, ARuleThatCouldNotBeReadBackIsNamed) {
 }
 
 TEST_F(RuleExportTest, NoRuleIsAHeaderAndNothingElse) {
-  EXPECT_EQ(File(false), FileOf({"MAIL", "Order", "", "Version", "", "EOT", "EOM"}));
+  EXPECT_EQ(File(false), FileOf("MAIL|Order||Version||EOT|EOM|"));
   EXPECT_EQ(Paper(false).size(), 5U);
 }
 

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
-
 namespace morvelle {
 namespace {
 
@@ -98,16 +96,15 @@ TEST(RuleFileReaderTest, WhatIsWrongInARuleRefusesTheFile) {
   const std::string tooMany = "000 001 002 003 004 005 006 007 008 009 00A 00B 00C\r\n";
   std::string thirteen;
   for (int k = 0; k < 13; ++k) thirteen += Action("12");
-  const std::string end = "EOM\r\n";
-  EXPECT_EQ(One(Rule("A", tooMany + thirteen, "\r\n") + end), RuleFileVerdict::NotImportable);
-  EXPECT_EQ(One(Rule("A", "000\r\n" + Action("douze"), "\r\n") + end),
-            RuleFileVerdict::NotImportable);
-  EXPECT_EQ(One(Rule("A", "000\r\n" + Action("99999999999"), "\r\n") + end),
-            RuleFileVerdict::NotImportable);
-  EXPECT_EQ(One(Rule("A", "000\r\n" + Action("10", "rouge"), "\r\n") + end),
-            RuleFileVerdict::NotImportable);
-  EXPECT_EQ(One(Rule("A", "\r\n", "000\r\n" + Criterion("13", "haute")) + end),
-            RuleFileVerdict::NotImportable);
+  const std::pair<std::string, std::string> entries[] = {
+      {tooMany + thirteen, "\r\n"},
+      {"000\r\n" + Action("douze"), "\r\n"},
+      {"000\r\n" + Action("99999999999"), "\r\n"},
+      {"000\r\n" + Action("10", "rouge"), "\r\n"},
+      {"\r\n", "000\r\n" + Criterion("13", "haute")}};
+  for (const auto& [actions, criteria] : entries) {
+    EXPECT_EQ(One(Rule("A", actions, criteria) + "EOM\r\n"), RuleFileVerdict::NotImportable);
+  }
   EXPECT_EQ(All("MAIL\r\nOrder\r\n\r\nVersion\r\n\r\nEOT\r\nEOM\r\n"),
             RuleFileVerdict::NotImportable)
       << "no rule";

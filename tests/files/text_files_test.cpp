@@ -1,9 +1,5 @@
 #include "files/text_files.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "tests/support/temp_folder.h"
@@ -37,22 +33,6 @@ TEST(TextFilesTest, WhatCannotBeWrittenSaysWhy) {
   std::filesystem::create_directory(folder / "dossier.roe");
   EXPECT_EQ(ErrorOf(folder / "dossier.roe"), 70);
   EXPECT_EQ(folder.Names(), (std::set<std::string>{"dossier.roe", "plein.roe"}));
-}
-
-TEST(TextFilesTest, OnlyAPlainFileIsRead) {
-  const FileFolder folder;
-  EXPECT_EQ(ReadWholeFile(folder.Write("a", "x\0y")), "x");
-  EXPECT_FALSE(ReadWholeFile(folder.Path()));
-  EXPECT_FALSE(ReadWholeFile(folder / "absent"));
-}
-
-TEST(TextFilesTest, AProtectedFileIsKnownByItsRights) {
-  const FileFolder folder;
-  const auto file = folder.Write("a", "");
-  EXPECT_FALSE(IsReadOnly(file));
-  std::filesystem::permissions(file, std::filesystem::perms::owner_read);
-  EXPECT_TRUE(IsReadOnly(file));
-  EXPECT_FALSE(IsReadOnly(folder / "absent"));
 }
 
 TEST(TextFilesTest, NamesLoseWhatWindowsRefuses) {

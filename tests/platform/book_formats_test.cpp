@@ -1,9 +1,6 @@
 #include "platform/book_formats.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
 
 #include "app/messages/text.h"
 #include "platform/address_book_file.h"

@@ -3,14 +3,8 @@
 #include "platform/edited_file.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
-#include <memory>
-#include <set>
-#include <string>
 #include <utility>
 
 #include "app/messages/text.h"
@@ -89,21 +83,13 @@ class EditedFileTest : public testing::Test {
     store.SetValue(key_, "v", ValueKind::Binary, data);
     return store.CommitBatch(overwrite);
   }
-  /// Names of the files, hidden ones included.
-  std::set<std::string> Names() const {
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
-      names.insert(entry.path().filename().string());
-    }
-    return names;
-  }
   std::string Value(RegistryStore& store) const {
     std::string data = "none";
     store.ReadValue(key_, "v", data);
     return data;
   }
 
-  TempFolder folder_;
+  FileFolder folder_;
   std::filesystem::path file_ = folder_ / "a.reg";
   std::shared_ptr<FailingFiles> files_ = std::make_shared<FailingFiles>();
   std::chrono::system_clock::time_point now_;
@@ -120,7 +106,7 @@ TEST_F(EditedFileTest, TheFirstWriteOfARunLeavesADatedCopy) {
     store->SetValue(key_, "v", ValueKind::Binary, "1");
     store->DeleteValue(key_, "v");
     EXPECT_EQ(store->CommitBatch(false), CommitOutcome::Done);
-    EXPECT_THAT(Names(), UnorderedElementsAre("a.reg", kCopy, ".a.reg.lock"))
+    EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", kCopy, ".a.reg.lock"))
         << "no change, no copy";
     EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
     EXPECT_EQ(ReadFile(file_), kOneValue);
@@ -128,7 +114,7 @@ TEST_F(EditedFileTest, TheFirstWriteOfARunLeavesADatedCopy) {
     EXPECT_EQ(Save(*store, "2"), CommitOutcome::Done);
   }
   const std::string second = "a (copie du 2026-11-22 22-20-05 n2).reg";
-  EXPECT_THAT(Names(), UnorderedElementsAre("a.reg", kCopy, second));
+  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("a.reg", kCopy, second));
   EXPECT_EQ(ReadFile(folder_ / kCopy), "older");
   EXPECT_EQ(ReadFile(folder_ / second), kEmpty);
 }
@@ -140,7 +126,7 @@ TEST_F(EditedFileTest, ASecondEditorIsRefused) {
   EXPECT_THAT(second.error,
               HasSubstr("a.reg \xBB ne peut \xEAtre ouvert : il est d\xE9j\xE0 ouvert"));
   store.reset();
-  EXPECT_THAT(Names(), ElementsAre("a.reg"));
+  EXPECT_THAT(folder_.Names(), ElementsAre("a.reg"));
   EXPECT_NE(Open(file_).store, nullptr);
 }
 
@@ -159,7 +145,7 @@ TEST_F(EditedFileTest, SaysWhyAFileCannotBeOpened) {
     EXPECT_EQ(opened.store, nullptr);
     EXPECT_THAT(opened.error, HasSubstr(reason));
   }
-  EXPECT_THAT(Names(), UnorderedElementsAre("folder.reg", "pipe", "wrong.reg"));
+  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("folder.reg", "pipe", "wrong.reg"));
 }
 
 TEST_F(EditedFileTest, WhatAnotherProgramWroteIsNotOverwrittenWithoutAQuestion) {
@@ -204,28 +190,6 @@ TEST_F(EditedFileTest, KeepsRightsAndLinks) {
   EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
   EXPECT_EQ(std::filesystem::status(file_).permissions(), std::filesystem::perms{0640});
   EXPECT_TRUE(std::filesystem::is_symlink(link));
-}
-
-TEST_F(EditedFileTest, AFullDiskLeavesTheFileWhole) {
-  const auto store = OpenNew();
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  rlimit small = before;
-  small.rlim_cur = 100;
-  const auto former = std::signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &small);
-  const auto outcome = Save(*store, std::string(500, 'x'));
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, former);
-  EXPECT_EQ(outcome, CommitOutcome::Failed);
-  EXPECT_THAT(store->LastError(), HasSubstr("a.reg \xBB ne peut \xEAtre enregistr\xE9 : le fichier "
-                                            "serait trop grand"));
-  EXPECT_EQ(ReadFile(file_), kEmpty);
-  EXPECT_EQ(Value(*store), "none");
-  EXPECT_THAT(Names(), UnorderedElementsAre("a.reg", ".a.reg.lock"));
-  EXPECT_EQ(Save(*store, "1"), CommitOutcome::Done);
-  EXPECT_EQ(ReadFile(file_), kOneValue);
-  EXPECT_EQ(store->LastError(), "");
 }
 
 TEST_F(EditedFileTest, AFolderThatCannotBeWrittenStillOpens) {

@@ -2,10 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <ostream>
-#include <string>
-#include <string_view>
 
 #include "app/messages/text.h"
 #include "platform/reg_file_reader.h"

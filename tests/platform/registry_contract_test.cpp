@@ -1,7 +1,5 @@
 #include "tests/platform/registry_contract.h"
 
-#include <array>
-#include <chrono>
 #include <utility>
 
 #include "app/messages/text.h"

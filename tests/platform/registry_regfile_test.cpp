@@ -1,11 +1,5 @@
 #include "platform/registry_regfile.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <memory>
-#include <string>
-
 #include "app/messages/text.h"
 #include "tests/support/temp_folder.h"
 

@@ -2,9 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <vector>
-
 #include "platform/tree_store.h"
 
 namespace morvelle {

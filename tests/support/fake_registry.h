@@ -13,11 +13,11 @@ class FakeRegistry final : public TreeStore {
  public:
   FakeRegistry() { UseRoot(); }
 
-  RegistryStatus writeStatus = kStatusSuccess;     ///< Given by SetValue when not 0.
-  int goodWrites = 0;                              ///< So many writes pass before `writeStatus`.
-  RegistryStatus createStatus = kStatusSuccess;    ///< Given by CreateKey when not 0.
-  RegistryStatus describeStatus = kStatusSuccess;  ///< Given by DescribeValue when not 0.
-  CommitOutcome commitOutcome = CommitOutcome::Done;
+  RegistryStatus writeStatus = kStatusSuccess;        ///< Given by SetValue when not 0.
+  int goodWrites = 0;                                 ///< So many writes pass before `writeStatus`.
+  RegistryStatus createStatus = kStatusSuccess;       ///< Given by CreateKey when not 0.
+  RegistryStatus describeStatus = kStatusSuccess;     ///< Given by DescribeValue when not 0.
+  CommitOutcome commitOutcome = CommitOutcome::Done;  ///< "Failed" is given once.
   std::string lastError;
   int commits = 0;
   int writes = 0;
@@ -45,7 +45,10 @@ class FakeRegistry final : public TreeStore {
     if (commitOutcome == CommitOutcome::ChangedMeanwhile && overwriteChanged) {
       commitOutcome = CommitOutcome::Done;
     }
-    if (commitOutcome == CommitOutcome::Failed) AbandonBatch();
+    if (commitOutcome == CommitOutcome::Failed) {
+      AbandonBatch();
+      return std::exchange(commitOutcome, CommitOutcome::Done);
+    }
     if (commitOutcome != CommitOutcome::Done) return commitOutcome;
     ++commits;
     return TreeStore::CommitBatch(overwriteChanged);

@@ -18,6 +18,15 @@ inline const std::string kTestSettingsKey =
 inline const std::string kTestMailKey = kTestSettingsKey + "Rules\\Mail\\";
 inline constexpr std::string_view kTestBookKey = "Software\\Microsoft\\WAB\\WAB4\\Wab File Name";
 
+/// The report of a rule that is stored in a way that it should not be.
+inline std::string DamagedRule(std::string_view label) {
+  return std::string("La règle \""_cp).append(label) +
+         std::string("\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp);
+}
+
+/// As many actions or criteria as the tables hold.
+inline const std::string kTwelve = "000 001 002 003 004 005 006 007 008 009 00A 00B";
+
 /// Makes an identity with rules in a store, value by value, as the mail client leaves them:
 ///
 ///     RuleSet set(store);
@@ -95,6 +104,17 @@ class RuleSet {
   RuleSet& Without(std::string_view name) { return Remove(entryKey_, name); }
   RuleSet& RuleWithout(std::string_view name) { return Remove(ruleKey_, name); }
 
+  /// A rule of actions of these types, a move (6) with its value, and one word for the sender.
+  RuleSet& WithActions(std::string_view id, std::string_view name,
+                       const std::vector<std::uint32_t>& types, std::string_view move,
+                       std::uint32_t enabled = 1) {
+    Rule(id, name, enabled).Actions(kTwelve.substr(0, 4 * types.size())).Criteria("000");
+    for (std::size_t j = 0; j < types.size(); ++j) {
+      Action(kTwelve.substr(4 * j, 3), types[j]);
+      if (types[j] == 6) Bytes(move);
+    }
+    return Words("000", 12, {"alpha"});
+  }
   /// What most tests need: a rule of one action "stop" and the criteria that follow.
   RuleSet& PlainRule(std::string_view id, std::string_view name, std::string_view criteria) {
     return Rule(id, name).Actions("000").Action("000", 12).Criteria(criteria);

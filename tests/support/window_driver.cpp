@@ -36,6 +36,12 @@ wxButton* ButtonOf(wxWindow& box, const wxString& label) {
 
 }  // namespace
 
+std::vector<std::string> LinesOf(const wxListBox& list) {
+  std::vector<std::string> lines;
+  for (const auto& line : list.GetStrings()) lines.push_back(line.utf8_string());
+  return lines;
+}
+
 WindowDriver::WindowDriver(MainWindow& window) : window_(window) {
   watch_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { WatchBoxes(); });
   watch_.Start(kTickMilliseconds);
@@ -156,8 +162,6 @@ void WindowDriver::ChooseRule(std::string_view array, int row) {
   window_.ProcessWindowEvent(chosen);
   Settle();
 }
-
-void WindowDriver::Answer(const wxString& label) { answers_.push_back({label, {}, {}}); }
 
 void WindowDriver::Answer(const wxString& label, std::function<void(wxDialog&)> first) {
   answers_.push_back({label, std::move(first), {}});

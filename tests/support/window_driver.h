@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "view/main_window.h"
 
@@ -16,6 +17,9 @@ class wxDialog;
 class wxListBox;
 
 namespace morvelle {
+
+/// The lines of a list, in UTF-8.
+std::vector<std::string> LinesOf(const wxListBox& list);
 
 /// Uses the main window as a person would, with the mouse and the keyboard of the display. Widgets
 /// are found by the names of their controls. What cannot be done (no such widget, disabled, hidden)
@@ -51,13 +55,12 @@ class WindowDriver {
   /// Opens the menus around a per-rule array and chooses the entry of a row.
   void ChooseRule(std::string_view array, int row);
 
-  /// The next box is answered by a click on the button of that label. To be called before the
+  /// The next box is answered by a click on the button of that label, after anything that is to be
+  /// done in it `first`. To be called before the
   /// gesture that raises it; several wait in their order.
-  void Answer(const wxString& label);
+  void Answer(const wxString& label, std::function<void(wxDialog&)> first = {});
   /// The next box, an input box, gets this text and then OK.
   void AnswerText(const wxString& text);
-  /// As Answer, with anything to be done in the box first.
-  void Answer(const wxString& label, std::function<void(wxDialog&)> first);
   /// The next box, the desktop's file dialog, gets this path, which a US keyboard must have, and
   /// then Enter.
   void AnswerFile(const std::string& path);

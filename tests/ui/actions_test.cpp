@@ -13,14 +13,7 @@ std::string MoveTo(const char* folderId) { return kStoreMark + folderId + "\0\0\
 struct Actions : Window {
   /// A rule of these actions, open, with one word.
   void OpenWith(const std::vector<std::uint32_t>& types, const std::string& moveValue) {
-    std::vector<std::string> ids;
-    for (std::size_t j = 0; j < types.size(); ++j) ids.push_back(ThreeDigitId(static_cast<int>(j)));
-    rules.Order("000").Rule("000", "Une").Actions(JoinIds(ids));
-    for (std::size_t j = 0; j < types.size(); ++j) {
-      rules.Action(ids[j], types[j]);
-      if (types[j] == 6) rules.Bytes(moveValue);
-    }
-    rules.Criteria("000").Words("000", 12, {"alpha"});
+    rules.Order("000").WithActions("000", "Une", types, moveValue);
     Start();
     Open(0);
   }
@@ -56,9 +49,6 @@ TEST_F(Actions, TheMoveLineNamesTheFolderUntilTheEditorIsCleared) {
   EXPECT_EQ(MoveLine(), "déplacer vers \"Famille\"");
   form->ClearMod();
   EXPECT_EQ(MoveLine(), "déplacer vers \"Éléments supprimés\"");
-}
-
-TEST_F(Actions, AnUnknownFolderKeepsTheLineAsDesigned) {
   OpenWith({6}, kStoreMark + "\x09\0\0\x01"s);
   EXPECT_EQ(MoveLine(), "déplacer vers \"Éléments supprimés\"") << "a fourth byte: another folder";
 }
@@ -78,7 +68,7 @@ TEST_F(Actions, WithoutTheFolderListNoMoveIsEverMade) {
 }
 
 TEST_F(Actions, ARuleWithoutActionEndsTheProgramAsItOpens) {
-  rules.Order("000").Rule("000", "Une").Actions("").Criteria("000").Words("000", 12, {"alpha"});
+  rules.Order("000").WithActions("000", "Une", {}, "");
   Start();
   const auto before = Stored();
   dialogs.Expect("Dépassement de capacité"_cp, kBoxOk, "InitMod");
@@ -99,8 +89,7 @@ TEST_F(Actions, TheActiveBoxTogglesWhatIsStored) {
       {1, true, "0", "  000 Une"}, {0, false, "1", "* 000 Une"}, {2, true, "0", "  000 Une"}};
   for (const auto& [before, shown, after, line] : cases) {
     SCOPED_TRACE(before);
-    rules.Order("000").Rule("000", "Une", before).Actions("000").Action("000", 12);
-    rules.Criteria("000").Words("000", 12, {"alpha"});
+    rules.Order("000").WithActions("000", "Une", {12}, "", before);
     Start();
     Open(0);
     EXPECT_EQ(form->chkEnabled.Checked(), shown);

@@ -1,4 +1,3 @@
-#include <filesystem>
 
 #include "tests/ui/window.h"
 

@@ -1,4 +1,3 @@
-#include <gmock/gmock.h>
 
 #include "tests/ui/window.h"
 
@@ -15,11 +14,6 @@ constexpr auto kOverwrite =
 constexpr auto kUpdate = "Votre règle \"Carnet d'adresses\" va être mise à jour"_cp;
 constexpr auto kNotMade =
     "La règle \"Carnet d'adresses\" ne peut être mise à jour.\rCette règle n'a pas été créée"_cp;
-constexpr auto kSaveBoth =
-    "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
-    "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp;
-constexpr auto kLoseContent =
-    "Vous avez modifié la règle en cours\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
 constexpr auto kNextStart = "Cette nouvelle option sera prise en charge au prochain démarrage"_cp;
 constexpr auto kUnreadable = "Impossible de lire le carnet d'adresses";
 constexpr auto kEmpty = "Le carnet d'adresses est vide";

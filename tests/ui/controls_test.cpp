@@ -3,11 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <string>
-#include <vector>
-
 #include "app/messages/errors.h"
-#include "app/messages/text.h"
 
 namespace morvelle {
 namespace {
@@ -91,19 +87,6 @@ TEST(Controls, GesturesAreBlockedByWhatSurroundsThem) {
   EXPECT_EQ(events, 3) << "there is no such entry";
 }
 
-TEST(Controls, AnOptionReleasesTheOthersOfItsGroup) {
-  OptionButton first("first", nullptr);
-  OptionButton second("second", nullptr);
-  first.JoinGroup({&second});
-  second.JoinGroup({&first});
-  int clicks = 0;
-  first.onClick = [&] { ++clicks; };
-  first.Click();
-  second.Click();
-  EXPECT_TRUE(!first.Chosen() && second.Chosen());
-  EXPECT_EQ(clicks, 1) << "being released is no click";
-}
-
 TEST(Controls, AListKeepsItsLinesInStep) {
   ListBox list("list", nullptr, true);
   for (const auto* item : {"a", "b", "c"}) list.AddItem(item);
@@ -124,20 +107,6 @@ TEST(Controls, AListKeepsItsLinesInStep) {
   EXPECT_THROW(list.SetListIndex(0), RuntimeError);
   EXPECT_THROW(list.SetItem(0, "x"), RuntimeError);
   EXPECT_THROW(list.RemoveItem(-1), RuntimeError);
-}
-
-TEST(Controls, TextThatARuleCannotHoldIsRefused) {
-  TextBox box("box", nullptr);
-  Ear ear;
-  int refusals = 0;
-  box.onRefused = [&] { ++refusals; };
-  box.Type(u"œuf €");
-  box.Observe(&ear);
-  for (const auto& text : {std::u16string(u"λ"), std::u16string(u"a\0b", 3)}) box.Type(text);
-  EXPECT_EQ(box.Text(), "œuf €"_cp);
-  EXPECT_EQ(refusals, 2);
-  EXPECT_THAT(ear.heard, ElementsAre(Aspect::Text, Aspect::Text))
-      << "the view shows the text again";
 }
 
 }  // namespace

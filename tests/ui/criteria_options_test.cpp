@@ -111,10 +111,11 @@ TEST_F(Options, AndOrIsTheRulesOwnUntilItIsChosen) {
     std::vector<const char*> stored;  ///< Of the size, of the words, of the new list.
   };
   const Case cases[] = {{7, 2, "mnuCriteriaYes", false, {"7", "2", "2"}},
+                        {7, 0, "mnuCriteriaNo", false, {"7", "1", "1"}},
                         {2, 0, "mnuCriteriaYes", false, {"2", "2", "2"}},
                         {1, 1, "mnuCriteriaNo", true, {"2", "2", "2"}}};
   for (const auto& [sizeLogic, wordsLogic, shown, choose, stored] : cases) {
-    SCOPED_TRACE(sizeLogic);
+    SCOPED_TRACE(10 * sizeLogic + wordsLogic);
     rules.Order("000").PlainRule("000", "Mixte", "000 001");
     rules.Criterion("000", 15, 0, sizeLogic).Number(9).Words("001", 12, {"alpha"}, 0, wordsLogic);
     Start();
@@ -122,8 +123,7 @@ TEST_F(Options, AndOrIsTheRulesOwnUntilItIsChosen) {
     Add(kSubject, u"beta");
     EXPECT_TRUE(Checked(shown));
     if (choose) Choose("mnuCriteriaYes");
-    EXPECT_TRUE(Checked("mnuCriteriaYes"));
-    EXPECT_FALSE(Checked("mnuCriteriaNo"));
+    EXPECT_EQ(Checked("mnuCriteriaYes"), !Checked("mnuCriteriaNo"));
     Save();
     for (std::size_t i = 0; i < stored.size(); ++i) {
       EXPECT_THAT(Stored("000\\Criteria\\" + ThreeDigitId(static_cast<int>(i))),

@@ -1,5 +1,3 @@
-#include <algorithm>
-#include <filesystem>
 #include <sstream>
 
 #include "core/new_rule.h"
@@ -11,10 +9,6 @@ namespace {
 using testing::ElementsAre;
 
 constexpr std::string_view kCannotImport = "Ce fichier ne peut être importé"_cp;
-constexpr std::string_view kToSave = "Nom et emplacement du fichier à exporter ?"_cp;
-constexpr std::string_view kToOpen = "Nom et emplacement du fichier à importer ?"_cp;
-constexpr std::string_view kRuleLabel = "Fichiers de règles OE (*.roe)"_cp;
-constexpr std::string_view kAllName = "Règles OE 15112026.moe"_cp;
 
 struct RuleFilesTest : Window {
   void Export(int row) { form->RuleMenu("mnuWhatRuleToFile").Choose(row); }
@@ -63,8 +57,8 @@ TEST_F(RuleFilesTest, OneRuleGoesToTheChosenFile) {
   fileDialogs.Choose(File("bon"));
   Export(0);
   const auto& question = fileDialogs.asked.at(0);
-  EXPECT_EQ(question.title, kToSave);
-  EXPECT_EQ(question.filterLabel, kRuleLabel);
+  EXPECT_EQ(question.title, "Nom et emplacement du fichier à exporter ?"_cp);
+  EXPECT_EQ(question.filterLabel, "Fichiers de règles OE (*.roe)"_cp);
   EXPECT_EQ(question.pattern, "*.roe");
   EXPECT_EQ(question.proposal, "Le 'bon'-vrai.roe");
   EXPECT_EQ(question.folder, environment.userFolder / "Fichiers VLX");
@@ -89,7 +83,7 @@ TEST_F(RuleFilesTest, AFileIsReplacedOnlyWhenTheUserAgreesAndItIsNotProtected) {
   dialogs.Expect("b.moe" + replace, Button::Yes);
   dialogs.Expect(isProtected, Button::Cancel);
   Choose("mnuExpAllRules");
-  EXPECT_EQ(fileDialogs.asked.back().proposal, kAllName);
+  EXPECT_EQ(fileDialogs.asked.back().proposal, "Règles OE 15112026.moe"_cp);
   EXPECT_EQ(ReadFile(File("a.moe")), "ancien");
   EXPECT_EQ(ReadFile(File("b.moe")), "ancien");
 
@@ -146,7 +140,7 @@ TEST_F(RuleFilesTest, NewRulesAreNumberedAfterTheGreatestId) {
   Import("mnuImpAllRules", text);
   EXPECT_EQ(state.tables.Mail.Order, "000 009 00A 00B 00C 00D");
   EXPECT_EQ(state.tables.RuleAt(4).Name, "X") << "two new rules of one name are both taken";
-  EXPECT_EQ(fileDialogs.asked.back().title, kToOpen);
+  EXPECT_EQ(fileDialogs.asked.back().title, "Nom et emplacement du fichier à importer ?"_cp);
 }
 
 TEST_F(RuleFilesTest, AnIdThatNoOrderListsIsNotWrittenOver) {
@@ -242,12 +236,11 @@ TEST_F(RuleFilesTest, AnImportThatCannotBeStoredIsUndone) {
   text = Replaced(text, "Famille", "B");
   store.commitOutcome = CommitOutcome::Failed;
   store.lastError = "disque plein";
-  dialogs.Expect("Les modifications n'ont pas pu être enregistrées.\rdisque plein"_cp);
+  dialogs.Expect(std::string(kNotStored) + "\rdisque plein");
   Import("mnuImpAllRules", text);
   EXPECT_EQ(Stored(), before);
   EXPECT_EQ(form->lstRules.Count(), 2);
   // A rule without actions cannot be given one while its folder is not known.
-  store.commitOutcome = CommitOutcome::Done;
   std::filesystem::remove(FoldersFile());
   form.reset();
   state = {};
@@ -269,15 +262,12 @@ TEST_F(RuleFilesTest, ChangesAreAskedAboutBeforeAnythingLeavesOrComes) {
   Add(kSender, u"gamma");
   // While a rule is open the commands are off; what is pending is asked about all the same.
   form->EnableMnuFiles(true);
-  const auto question = std::string(
-      "Vous avez modifié la règle en cours\r"
-      "Êtes-vous d'accord pour annuler ces modifications ?"_cp);
   for (const auto* menu :
        {"mnuExpAllRules", "mnuImpAllRules", "mnuImpOneRule", "mnuPrintAllRules"}) {
-    dialogs.Expect(question, Button::No);
+    dialogs.Expect(kLoseContent, Button::No);
     Choose(menu);
   }
-  dialogs.Expect(question, Button::No);
+  dialogs.Expect(kLoseContent, Button::No);
   Export(1);
   EXPECT_EQ(Words(kSender).back(), "gamma");
   EXPECT_TRUE(printer.titles.empty());
@@ -300,7 +290,7 @@ TEST_F(RuleFilesTest, TheListingIsPrintedUnlessTheDialogIsCancelled) {
 
 TEST_F(RuleFilesTest, DamagedAndUnreadableRulesAreNamed) {
   rules.Order("000 001");
-  rules.Rule("000", "Trop").Actions("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
+  rules.Rule("000", "Trop").Actions(kTwelve + " 00C");
   rules.Criteria("000").PlainRule("001", "Deux\r\nlignes", "000");
   dialogs.AllowAnyBox();
   Start();

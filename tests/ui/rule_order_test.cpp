@@ -13,17 +13,8 @@ struct RuleOrder : Window {
     for (const auto& types : actions) {
       const auto number = static_cast<int>(ids.size());
       ids.push_back(ThreeDigitId(number));
-      std::vector<std::string> entries;
-      for (std::size_t j = 0; j < types.size(); ++j) {
-        entries.push_back(ThreeDigitId(static_cast<int>(j)));
-      }
-      rules.Rule(ids.back(), std::string(1, static_cast<char>('A' + number)), number % 2 == 0);
-      rules.Actions(JoinIds(entries)).Criteria("000");
-      for (std::size_t j = 0; j < types.size(); ++j) {
-        rules.Action(entries[j], types[j]);
-        if (types[j] == 6) rules.Bytes(kDeletedItems);
-      }
-      rules.Words("000", 12, {"alpha"});
+      const std::string name(1, static_cast<char>('A' + number));
+      rules.WithActions(ids.back(), name, types, kDeletedItems, number % 2 == 0);
     }
     rules.Order(JoinIds(ids));
     Start();
@@ -77,17 +68,22 @@ TEST_F(RuleOrder, RulesAreMovedByHandAndSaved) {
   EXPECT_EQ(Which(panel), "lstRules picUp picDown cmdCancelOrder") << "and can be moved on";
 }
 
-TEST_F(RuleOrder, CancellingShowsTheOrderOfTheTables) {
-  StartWithThree();
-  Choose("mnuChangeOrder");
-  form->lstRules.ClickItem(2);
-  Click("picUp");
-  Click("picUp");
-  Click("cmdCancelOrder");
-  EXPECT_EQ(Shown(), "*AB*C");
-  EXPECT_EQ(form->lstRules.ListIndex(), 2) << "the same rule";
-  EXPECT_FALSE(Can("mnuRegOrder"));
-  EXPECT_TRUE(form->NoChange());
+TEST_F(RuleOrder, CancellingBringsTheFormerOrderBack) {
+  for (const auto* command : {"mnuChangeOrder", "mnuArrange"}) {
+    StartWith({{6}, {12}, {12}});
+    Choose(command);
+    form->lstRules.ClickItem(2);
+    Click("picUp");
+    Click("picUp");
+    const auto moved = IdOfLine(form->lstRules.Item(0));
+    Click("cmdCancelOrder");
+    EXPECT_EQ(Shown(), "*AB*C");
+    EXPECT_EQ(IdOfLine(form->lstRules.Item(form->lstRules.ListIndex())), moved) << "the same rule";
+    EXPECT_EQ(form->RuleMenu("mnuDel").CaptionOf(0), "*\t000 A");
+    EXPECT_FALSE(Can("mnuRegOrder"));
+    EXPECT_TRUE(form->NoChange());
+    ExpectOrder("000 001 002");
+  }
 }
 
 TEST_F(RuleOrder, ArrangingGroupsTheRulesByTheirActions) {
@@ -106,17 +102,6 @@ TEST_F(RuleOrder, ArrangingGroupsTheRulesByTheirActions) {
   EXPECT_EQ(Shown(), "B*ED*C*AF") << "each rule with its own mark again";
   Open(1);
   EXPECT_THAT(SelectedActions(), ElementsAre(0, 3));
-}
-
-TEST_F(RuleOrder, CancellingAnArrangementBringsTheFormerOrderBack) {
-  StartWith({{6}, {12}});
-  Choose("mnuArrange");
-  Click("cmdCancelOrder");
-  EXPECT_EQ(Shown(), "*AB");
-  EXPECT_EQ(form->RuleMenu("mnuDel").CaptionOf(0), "*\t000 A");
-  EXPECT_FALSE(Can("mnuRegOrder"));
-  EXPECT_TRUE(form->NoChange());
-  ExpectOrder("000 001");
 }
 
 TEST_F(RuleOrder, ARuleThatAnArrangementPushesOutIsNotLost) {
@@ -142,11 +127,10 @@ TEST_F(RuleOrder, AnOrderThatIsNotStoredStaysOnTheScreen) {
   form->lstRules.ClickItem(1);
   Click("picUp");
   store.commitOutcome = CommitOutcome::Failed;
-  dialogs.Expect("Les modifications n'ont pas pu être enregistrées."_cp);
+  dialogs.Expect(kNotStored);
   Choose("mnuRegOrder");
   EXPECT_EQ(Shown(), "B*A*C");
   EXPECT_TRUE(Can("mnuRegOrder"));
-  store.commitOutcome = CommitOutcome::Done;
   Choose("mnuRegOrder");
   ExpectOrder("001 000 002");
 }
@@ -181,10 +165,7 @@ TEST_F(RuleOrder, WithARuleOpenMovingUpOnlyMovesTheSelection) {
   EXPECT_EQ(form->lstRules.ListIndex(), 0);
   EXPECT_EQ(state.editing.nCurRule, 0);
   Add(kSender, u"beta");
-  dialogs.Expect(
-      "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
-      "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp,
-      Button::Yes);
+  dialogs.Expect(kSaveBoth, Button::Yes);
   const auto before = Stored();
   Save();
   EXPECT_EQ(Stored(), Replaced(before, "001\\Criteria\\000\\Value = 3:\"alpha~",

@@ -1,4 +1,3 @@
-#include <filesystem>
 
 #include "tests/ui/window.h"
 
@@ -13,8 +12,6 @@ constexpr std::string_view kAskReplace =
 constexpr std::string_view kOne = "Le fichier de signature a été enregistré dans le dossier :\r"_cp;
 constexpr std::string_view kSeveral =
     "Les fichiers de signatures ont été enregistrés dans le dossier :\r"_cp;
-constexpr std::string_view kNothingToImport = "Il n'y a pas de signature à importer !"_cp;
-constexpr std::string_view kNothingToExport = "Il n'y a pas de signature à exporter !"_cp;
 
 struct SignaturesTest : Window {
   void Store(const std::string& subkey, const std::string& name, const std::string& text,
@@ -61,9 +58,9 @@ TEST_F(SignaturesTest, WithoutSignaturesOrFilesItIsSaid) {
   StartWithTwoRules();
   dialogs.Expect("Il n'existe pas d'enregistrement des signatures !", kBoxOk,
                  "Recherche d'enregistrements dans la base de registre");
-  dialogs.Expect(kNothingToExport, kBoxOk, kAppTitle);
+  dialogs.Expect("Il n'y a pas de signature à exporter !"_cp, kBoxOk, kAppTitle);
   Choose("mnuExpSign");
-  dialogs.Expect(kNothingToImport, kBoxOk, kAppTitle);
+  dialogs.Expect("Il n'y a pas de signature à importer !"_cp, kBoxOk, kAppTitle);
   Choose("mnuImpSign");
   WriteFile(Own("a.sgn"), "");
   fileDialogs.Choose(std::nullopt);

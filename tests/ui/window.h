@@ -1,29 +1,9 @@
 #pragma once
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <cstddef>
-#include <memory>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include "app/messages/errors.h"
-#include "app/messages/text.h"
-#include "app/program.h"
 #include "samples/dbx_builder.h"
-#include "tests/support/fake_address_book.h"
-#include "tests/support/fake_environment.h"
-#include "tests/support/fake_printer.h"
-#include "tests/support/fake_processes.h"
-#include "tests/support/fake_progress.h"
-#include "tests/support/fake_registry.h"
-#include "tests/support/fake_shell.h"
-#include "tests/support/rule_set.h"
-#include "tests/support/scripted_dialogs.h"
-#include "tests/support/scripted_file_dialogs.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/fake_machine.h"
 #include "ui/frm_morvelle.h"
 
 namespace morvelle {
@@ -34,6 +14,19 @@ inline const std::string kStoreMark = "\x01\x02\x03\x04\x05\x06\x07\x08";
 inline const std::string kDeletedItems = kStoreMark + "\x05\0\0\0"s;
 inline constexpr std::string_view kUnreadableFolders = "Erreur de lecture du fichier Folders.dbx";
 
+// Boxes of several commands.
+inline constexpr auto kLoseContent =
+    "Vous avez modifié la règle en cours\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
+inline constexpr auto kLoseOrder =
+    "Vous avez modifié l'ordre des règles\rÊtes-vous d'accord pour annuler ces modifications ?"_cp;
+inline constexpr auto kLoseBoth =
+    "Vous avez modifié la règle en cours et l'ordre des règles\r"
+    "Êtes-vous d'accord pour annuler ces modifications ?"_cp;
+inline constexpr auto kSaveBoth =
+    "Pour cette fonction,\rle contenu de la règle en cours et l'ordre des règles doivent être "
+    "enregistrés simultanément\rÊtes-vous d'accord pour enregistrer ces modifications ?"_cp;
+inline constexpr auto kNotStored = "Les modifications n'ont pas pu être enregistrées."_cp;
+
 // Slots.
 inline constexpr int kSender = 0;
 inline constexpr int kSubject = 1;
@@ -42,7 +35,7 @@ inline constexpr int kRecipients = 3;
 
 /// The program with its window, on a registry and a disk of the test's own, driven by gestures.
 /// `rules` makes the rule set; then Start.
-struct Window : testing::Test {
+struct Window : ScriptedMachine {
   Window() {
     std::filesystem::create_directories(environment.userFolder);
     WriteFile(FoldersFile(), DbxBuilder(kStoreMark)
@@ -141,18 +134,8 @@ struct Window : testing::Test {
 
   static std::size_t Index(int i) { return static_cast<std::size_t>(i); }
 
-  TempFolder folder;
-  FakeEnvironment environment{folder.Path()};
   FakeRegistry store;
-  ScriptedDialogs dialogs;
-  ScriptedFileDialogs fileDialogs;
-  FakePrinter printer;
-  FakeProgress progress;
-  FakeAddressBook addressBook;
-  FakeProcesses processes;
-  FakeShell shell;
-  Ports ports{store,    dialogs,     environment, fileDialogs, printer,
-              progress, addressBook, processes,   shell};
+  Ports ports = On(store);
   ProgramState state;
   RuleSet rules{store};
   std::unique_ptr<frmMorvelle> form;

@@ -1,13 +1,10 @@
 #include "platform/dialogs_wx.h"
 
-#include <gtest/gtest.h>
 #include <wx/button.h>
 #include <wx/dialog.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 #include <wx/uiaction.h>
-
-#include <vector>
 
 #include "tests/view/window_fixture.h"
 

@@ -1,10 +1,7 @@
 #include <wx/html/helpfrm.h>
 #include <wx/stattext.h>
 
-#include <string>
-
 #include "platform/system_shell.h"
-#include "tests/support/scripted_dialogs.h"
 #include "tests/view/window_fixture.h"
 
 namespace morvelle {

@@ -1,12 +1,8 @@
 #include "view/line_list.h"
 
 #include <gtest/gtest.h>
-#include <wx/frame.h>
 #include <wx/sizer.h>
 #include <wx/stopwatch.h>
-
-#include <string>
-#include <vector>
 
 #include "tests/support/window_driver.h"
 
@@ -21,11 +17,6 @@ struct LineListTest : testing::Test {
     frame.SetSize(300, 240);
     frame.Show();
     WindowDriver::Settle();
-  }
-  std::vector<std::string> Shown() const {
-    std::vector<std::string> lines;
-    for (const auto& line : widget->GetStrings()) lines.push_back(line.utf8_string());
-    return lines;
   }
   void Fill(int count) {
     for (int i = 0; i < count; ++i) list.AddItem("mot " + std::to_string(i));
@@ -62,7 +53,7 @@ TEST_F(LineListTest, FollowsEveryKindOfChange) {
   for (const auto& change : changes) {
     change();
     widget->TakeOver(list);
-    EXPECT_EQ(Shown(), list.Items());
+    EXPECT_EQ(LinesOf(*widget), list.Items());
   }
 }
 
@@ -98,22 +89,6 @@ TEST_F(LineListTest, ALongListTakesAWordAtOnce) {
   RecordProperty("addMicroseconds", added.ToString().utf8_string());
   // A rebuilt list costs as much as filling it does.
   EXPECT_LT(added.ToLong(), filled.ToLong() / 4);
-}
-
-TEST_F(LineListTest, SeveralLinesAreShownSelectedAtOnce) {
-  auto* several = new LineList(&frame, true, wxSize(100, 80));
-  ListBox actions("actions", nullptr, true);
-  for (const char* word : {"a", "b", "c", "d"}) actions.AddItem(word);
-  actions.SetSelected(1, true);
-  actions.SetSelected(3, true);
-  several->TakeOver(actions);
-  wxArrayInt selections;
-  EXPECT_EQ(several->GetSelections(selections), 2);
-  EXPECT_TRUE(several->IsSelected(1));
-  EXPECT_TRUE(several->IsSelected(3));
-  actions.SetSelected(1, false);
-  several->TakeOver(actions);
-  EXPECT_FALSE(several->IsSelected(1));
 }
 
 }  // namespace

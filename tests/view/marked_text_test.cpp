@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "app/messages/text.h"
 
 namespace morvelle {
@@ -9,27 +11,12 @@ namespace {
 
 /// A font in which the star is 7 wide, a blank 4, an em space 14 and so on.
 int WidthOf(const wxString& text) {
+  const std::map<wxUint32, int> widths = {
+      {'*', 7}, {' ', 4}, {0x2002, 8}, {0x2003, 14}, {0x2009, 3}};
   int width = 0;
   for (const wxUniChar character : text) {
-    switch (character.GetValue()) {
-      case '*':
-        width += 7;
-        break;
-      case ' ':
-        width += 4;
-        break;
-      case 0x2002:
-        width += 8;
-        break;
-      case 0x2003:
-        width += 14;
-        break;
-      case 0x2009:
-        width += 3;
-        break;
-      default:
-        width += 1;
-    }
+    const auto found = widths.find(character.GetValue());
+    width += found == widths.end() ? 1 : found->second;
   }
   return width;
 }

@@ -1,10 +1,7 @@
 #include "view/menu_bar.h"
 
-#include <gtest/gtest.h>
 #include <wx/stopwatch.h>
 #include <wx/uiaction.h>
-
-#include <string>
 
 #include "tests/view/window_fixture.h"
 #include "view/wx_text.h"
@@ -18,12 +15,6 @@ class MenuTest : public WindowTest {
     auto* item = window->Menus().Find(name);
     if (item == nullptr) throw std::runtime_error(std::string(name));
     return *item;
-  }
-  void FillArray(MenuArray& array, int count) {
-    for (int i = 0; i < count; ++i) {
-      array.Load(i);
-      array.SetCaptionOf(i, "*\t" + ThreeDigitId(i) + " nom");
-    }
   }
   /// What opening the menu around the array does.
   wxMenu& Open(std::string_view name) {
@@ -103,7 +94,10 @@ TEST_F(MenuTest, FourThousandRulesAreGroupedAndComeBackFlat) {
   auto& array = form.RuleMenu("mnuDel");
   int chosen = -1;
   array.onClick = [&](int index) { chosen = index; };
-  FillArray(array, 4096);
+  for (int i = 0; i < 4096; ++i) {
+    array.Load(i);
+    array.SetCaptionOf(i, "*\t" + ThreeDigitId(i) + " nom");
+  }
   const wxStopWatch watch;
   auto& menu = Open("mnuDel");
   RecordProperty("fillMilliseconds", static_cast<int>(watch.Time()));

@@ -1,16 +1,10 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <wx/listbox.h>
 #include <wx/stattext.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <memory>
-#include <string>
-#include <vector>
 
-#include "app/messages/text.h"
 #include "platform/address_book_file.h"
 #include "platform/dialogs_wx.h"
 #include "platform/environment_posix.h"
@@ -20,9 +14,7 @@
 #include "platform/progress_wx.h"
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"
-#include "tests/support/fake_processes.h"
-#include "tests/support/fake_shell.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/fake_machine.h"
 #include "tests/support/window_driver.h"
 #include "view/main_window.h"
 
@@ -72,12 +64,7 @@ class SampleIdentityTest : public testing::Test {
     unsetenv("XDG_DATA_HOME");
   }
   [[nodiscard]] Words Lines(const char* list) const {
-    const auto& box = driver_->FindAs<wxListBox>(list);
-    Words lines;
-    for (unsigned i = 0; i < box.GetCount(); ++i) {
-      lines.emplace_back(box.GetString(i).utf8_str());
-    }
-    return lines;
+    return LinesOf(driver_->FindAs<wxListBox>(list));
   }
   [[nodiscard]] bool IsSelected(int action) const {
     return driver_->FindAs<wxListBox>("lstAct").IsSelected(action);

@@ -12,8 +12,6 @@ if(MORVELLE_WX)
     view/mirror_test.cpp
     view/printed_pages_test.cpp
     view/progress_wx_test.cpp
-    view/round_trip_test.cpp
-    view/rule_session_test.cpp
     view/sample_identity_test.cpp
     view/window_place_test.cpp
     support/window_driver.cpp)

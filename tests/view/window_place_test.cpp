@@ -1,8 +1,5 @@
 #include "view/window_place.h"
 
-#include <gtest/gtest.h>
-#include <wx/frame.h>
-
 #include "tests/support/temp_folder.h"
 #include "tests/support/window_driver.h"
 

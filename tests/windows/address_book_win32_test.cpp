@@ -4,8 +4,6 @@
 #include <windows.h>
 
 #include <array>
-#include <filesystem>
-#include <string>
 #include <vector>
 
 #include "platform/environment_win32.h"

@@ -1,6 +1,5 @@
 #include "platform/environment_win32.h"
 
-#include <gtest/gtest.h>
 #include <windows.h>
 
 #include "app/messages/text.h"

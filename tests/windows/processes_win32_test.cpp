@@ -1,4 +1,3 @@
-#include <gtest/gtest.h>
 #include <windows.h>
 
 #include "platform/environment_win32.h"

@@ -1,7 +1,6 @@
 #include "platform/registry_win32.h"
 
 #include <array>
-#include <string>
 
 #include "tests/platform/registry_contract.h"
 #include "tests/windows/private_registry.h"

@@ -3,21 +3,8 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-
-#include "app/messages/errors.h"
-#include "app/program.h"
 #include "samples/dbx_builder.h"
-#include "tests/support/fake_address_book.h"
-#include "tests/support/fake_environment.h"
-#include "tests/support/fake_printer.h"
-#include "tests/support/fake_processes.h"
-#include "tests/support/fake_progress.h"
-#include "tests/support/fake_shell.h"
-#include "tests/support/rule_set.h"
-#include "tests/support/scripted_dialogs.h"
-#include "tests/support/scripted_file_dialogs.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/fake_machine.h"
 #include "tests/windows/private_registry.h"
 #include "ui/frm_morvelle.h"
 
@@ -33,8 +20,6 @@ constexpr auto kForbidden =
 constexpr auto kNoRulesKey =
     "La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp;
 constexpr auto kCannotCreate = "Impossible de créer la clef"_cp;
-constexpr auto kDamaged =
-    "La règle \"001\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp;
 
 /// The lines of one list that the other lacks.
 std::vector<std::wstring> Without(std::vector<std::wstring> lines,
@@ -47,13 +32,13 @@ std::vector<std::wstring> Without(std::vector<std::wstring> lines,
   return rest;
 }
 
-class WindowOnRegistryTest : public testing::Test {
+class WindowOnRegistryTest : public ScriptedMachine {
  protected:
   WindowOnRegistryTest() {
-    std::filesystem::create_directories(environment_.userFolder);
-    WriteFile(environment_.HostPath("C:\\Courrier\\Folders.dbx"),
+    std::filesystem::create_directories(environment.userFolder);
+    WriteFile(environment.HostPath("C:\\Courrier\\Folders.dbx"),
               DbxBuilder("12345678").Add({5, 0, "Spam", ""}).Build().bytes);
-    addressBook_.addresses = {"a@b.fr"};
+    addressBook.addresses = {"a@b.fr"};
     rules_.PutText("Software\\Microsoft\\WAB\\WAB4\\Wab File Name", "", "C:\\Livre\\a.wab");
     rules_.Order("000 001");
     rules_.PlainRule("000", "Travail", "000").Words("000", 12, {"alpha", "beta"});
@@ -69,17 +54,7 @@ class WindowOnRegistryTest : public testing::Test {
   static std::string Rule(const std::string& below) { return kTestMailKey + below; }
 
   PrivateRegistry registry_;
-  TempFolder folder_;
-  FakeEnvironment environment_{folder_.Path()};
-  ScriptedDialogs dialogs_;
-  ScriptedFileDialogs fileDialogs_;
-  FakePrinter printer_;
-  FakeProgress progress_;
-  FakeAddressBook addressBook_;
-  FakeProcesses processes_;
-  FakeShell shell_;
-  Ports ports_{*registry_.store, dialogs_,     environment_, fileDialogs_, printer_,
-               progress_,        addressBook_, processes_,   shell_};
+  Ports ports_ = On(*registry_.store);
   ProgramState state_;
   RuleSet rules_{*registry_.store};
   frmMorvelle form_{ports_, state_};
@@ -93,7 +68,7 @@ TEST_F(WindowOnRegistryTest, WithoutTheRightToWriteTheWordsWaitInTheWindow) {
   const auto before = Everything();
   for (const auto* key : {"000\\Criteria\\000", "000\\Criteria", "000"}) {
     const ReadOnlyKey closed(Rule(key));
-    dialogs_.Expect(kForbidden, kBoxStop, "Morvelle");
+    dialogs.Expect(kForbidden, kBoxStop, "Morvelle");
     Save();
     EXPECT_EQ(Everything(), before) << key;
   }
@@ -105,8 +80,8 @@ TEST_F(WindowOnRegistryTest, WithoutTheRightToWriteTheWordsWaitInTheWindow) {
 TEST_F(WindowOnRegistryTest, ARulesKeyWithoutTheRightToWriteIsSaidAtTheStart) {
   const ReadOnlyKey closed(kTestMailKey);
   const auto before = Everything();
-  dialogs_.Expect(kNoRulesKey, kBoxInformation, "Morvelle");
-  dialogs_.Expect(kCannotCreate, kBoxOk, "CreateKey");
+  dialogs.Expect(kNoRulesKey, kBoxInformation, "Morvelle");
+  dialogs.Expect(kCannotCreate, kBoxOk, "CreateKey");
   EXPECT_THROW(form_.Form_Load(), ProgramEnd);
   EXPECT_EQ(Everything(), before);
 }
@@ -116,7 +91,7 @@ TEST_F(WindowOnRegistryTest, ARuleDeletedMeanwhileIsNotMadeAgainByTheSaveOfAnoth
   AddWord();
   ::SHDeleteKeyA(HKEY_CURRENT_USER, Rule("001").c_str());
   const auto before = Everything();
-  dialogs_.Expect(kDamaged);
+  dialogs.Expect(DamagedRule("001"));
   Save();
   const auto changes = Without(Everything(), before);
   EXPECT_EQ(changes.size(), 1U);
@@ -149,9 +124,9 @@ TEST_F(WindowOnRegistryTest, ValuesOfUnexpectedTypesAndSizesAreReadAndLeftAlone)
   second.Set(L"Enabled", REG_QWORD, "12345678");
   second.Set(L"Version", REG_DWORD, std::string(9, '\1'));
   DirectKey(Rule("001\\Criteria\\000")).Set(L"Value", REG_BINARY, std::string(kMegabyte, 'x'));
-  dialogs_.AllowAnyBox();
+  dialogs.AllowAnyBox();
   form_.Form_Load();
-  EXPECT_THAT(dialogs_.shown, IsEmpty());
+  EXPECT_THAT(dialogs.shown, IsEmpty());
   EXPECT_THAT(form_.lstRules.Items(), ElementsAre("* 000 bytes", "  001 F\xE9?t"));
   const auto before = Everything();
   AddWord();
@@ -165,7 +140,7 @@ TEST_F(WindowOnRegistryTest, AKeyThatCannotBeNamedIsNotSaidToBeDeleted) {
   const DirectKey rule(Rule("001"));
   ASSERT_EQ(::RegCreateKeyW(rule.Handle(), L"\u03A9", &unnameable), ERROR_SUCCESS);
   ::RegCloseKey(unnameable);
-  const Messages messages(dialogs_);
+  const Messages messages(dialogs);
   const std::string label;
   DamageReport damage(messages, label);
   RegistryAccess registry(*registry_.store, messages, damage);
