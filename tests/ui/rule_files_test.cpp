@@ -254,12 +254,14 @@ TEST_F(RuleFilesTest, AnImportThatCannotBeStoredIsUndone) {
   dialogs.AllowAnyBox();
   Start();
   dialogs.shown.clear();
-  const auto action = text.find("000\r\nID d'action");
+  const auto action = text.rfind("000\r\nID d'action");
+  const int writes = store.writes;
   auto bare = text;
-  bare.erase(action, text.find("CRITERIA") - action);
+  bare.erase(action, text.rfind("CRITERIA") - action);
   bare.insert(action, "\r\n");
   Import("mnuImpAllRules", bare);
   EXPECT_EQ(dialogs.shown.at(0).prompt, kUnreadableFolders);
+  EXPECT_EQ(store.writes, writes) << "nor is the rule before it written";
   EXPECT_EQ(Stored(), before);
 }
 
