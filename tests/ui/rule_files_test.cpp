@@ -231,8 +231,13 @@ TEST_F(RuleFilesTest, MoreRulesThanAnIdentityHoldsAreRefusedWhole) {
   }
   const auto before = Stored();
   dialogs.Expect(kTooManyRules);
-  Import("mnuImpAllRules", Replaced(text.substr(0, top), "000 001", order) + many + "EOM\r\n");
+  const auto all = Replaced(text.substr(0, top), "000 001", order) + many + "EOM\r\n";
+  Import("mnuImpAllRules", all);
   EXPECT_EQ(Stored(), before);
+  // A rule that is refused for its name does not count.
+  dialogs.AllowAnyBox();
+  Import("mnuImpAllRules", Replaced(all, "\r\nR7\r\n", "\r\nFamille\r\n"));
+  EXPECT_EQ(state.tables.RuleCount, 4096);
 }
 
 TEST_F(RuleFilesTest, AnImportThatCannotBeStoredIsUndone) {
@@ -283,6 +288,13 @@ TEST_F(RuleFilesTest, ChangesAreAskedAboutBeforeAnythingLeavesOrComes) {
   Export(1);
   EXPECT_EQ(Words(kSender).back(), "gamma");
   EXPECT_TRUE(printer.titles.empty());
+  // Once they are given up, the rule is closed, whatever becomes of the import.
+  dialogs.Expect(question, Button::Yes);
+  fileDialogs.Choose(std::nullopt);
+  dialogs.Expect(kCannotImport);
+  Choose("mnuImpOneRule");
+  EXPECT_TRUE(Words(kSender).empty());
+  EXPECT_FALSE(Can("mnuRegContent"));
 }
 
 TEST_F(RuleFilesTest, TheListingIsPrintedUnlessTheDialogIsCancelled) {
