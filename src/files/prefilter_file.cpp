@@ -57,14 +57,19 @@ bool TakeWords(Lines& lines, std::vector<std::string>& words) {
 
 std::optional<SlotWords> ReadPrefilter(std::string_view text,
                                        const std::array<std::string, kSlotCount>& slotTypes) {
+  // A zero ends a word in a criterion: inside one it would make two, and an empty one is in every
+  // message.
+  if (text.find('\0') != text.npos) return std::nullopt;
   SlotWords words;
+  bool anyList = false;
   Lines lines(text);
   while (lines.Next()) {
-    if (lines.Line() == labels::kEndOfRule) return words;
+    if (lines.Line() == labels::kEndOfRule) return anyList ? std::optional(words) : std::nullopt;
     if (lines.Line() != labels::kCriterionType || !lines.Next()) continue;
     for (std::size_t slot = 0; slot < slotTypes.size(); ++slot) {
       if (lines.Line() != slotTypes[slot]) continue;
       if (!TakeWords(lines, words[slot])) return std::nullopt;
+      anyList = true;
       break;
     }
   }

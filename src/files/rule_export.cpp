@@ -74,6 +74,9 @@ void RuleExport::AllRules(Progress& progress) {
   Pair(kMailItem, labels::kOrder, kMailValue, order);
   Pair(kMailItem, labels::kVersion, kMailValue, tables_.Mail.Version);
   sink_.Marker(labels::kEndOfTop);
+  if (!sink_.OnPaper() && !rows.empty() && !ReadsBackTop(sink_.FileText())) {
+    notReadable_.emplace_back(labels::kMail);
+  }
   ProgressOf work(progress,
                   std::string(sink_.OnPaper() ? "Mise en page des règles ..."_cp
                                               : "Exportation des règles ..."_cp),

@@ -27,7 +27,7 @@ class RuleExport {
   /// Names of the rules of which the tables do not hold all: they are left out.
   [[nodiscard]] const std::vector<std::string>& LeftOut() const { return leftOut_; }
   /// Names of the rules in which a value breaks the lines of the file, so that it cannot be read
-  /// back.
+  /// back; "MAIL" for what stands before the rules.
   [[nodiscard]] const std::vector<std::string>& NotReadable() const { return notReadable_; }
 
  private:

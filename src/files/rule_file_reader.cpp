@@ -40,16 +40,16 @@ class Lines {
     Skip();
     return std::string(Take());
   }
-  /// A number as the tables hold it: its digits, or nothing.
+  /// A number as the tables hold it: its digits, or nothing. Types are told apart by them alone,
+  /// and no save could convert a blank or a "+" before them.
   std::string TakeNumber() { return Numeric(TakeValue()); }
-  static std::string Numeric(std::string text) {
+  static std::string Numeric(const std::string& text) {
     if (text.empty()) return text;
     try {
-      ToLong(text);
+      return std::to_string(ToLong(text));
     } catch (const RuntimeError&) {
       throw NotImportable();
     }
-    return text;
   }
   void CheckFile(std::string_view marker) {
     if (AtEnd() || Take() != marker) throw MarkerMissing();
@@ -61,12 +61,6 @@ class Lines {
   std::string_view text_;
   std::size_t at_ = 0;
 };
-
-/// A type as the tables hold it: the program tells types apart by their digits alone.
-std::string TakeType(Lines& lines) {
-  const auto text = lines.TakeNumber();
-  return text.empty() ? text : std::to_string(ToLong(text));
-}
 
 std::size_t CountOf(std::string_view order) {
   const auto count = (order.size() + 1) / 4;
@@ -80,15 +74,15 @@ std::string OrderOf(std::size_t count) {
   return JoinIds(ids);
 }
 
-std::string CheckedValue(Argument argument, std::string value) {
-  return argument == Argument::Number ? Lines::Numeric(std::move(value)) : value;
+std::string CheckedValue(Argument argument, const std::string& value) {
+  return argument == Argument::Number ? Lines::Numeric(value) : value;
 }
 
 ActionRecord ActionsParamFromFile(Lines& lines) {
   ActionRecord action;
   lines.TakeValue();
   action.Flags = lines.TakeNumber();
-  action.Type = TakeType(lines);
+  action.Type = lines.TakeNumber();
   if (!labels::HasActionValue(action.Type)) return action;
   action.ValueType = lines.TakeNumber();
   action.Value = CheckedValue(ArgumentOfAction(action.Type), lines.TakeValue());
@@ -100,7 +94,7 @@ CriterionRecord CriteriaParamFromFile(Lines& lines) {
   lines.TakeValue();
   criterion.Flags = lines.TakeNumber();
   criterion.Logic = lines.TakeNumber();
-  criterion.Type = TakeType(lines);
+  criterion.Type = lines.TakeNumber();
   if (!labels::HasCriterionValue(criterion.Type)) return criterion;
   criterion.ValueType = lines.TakeNumber();
   criterion.Value = CheckedValue(ArgumentOfCriterion(criterion.Type), lines.TakeValue());
@@ -145,6 +139,16 @@ void RuleFromFile(Lines& lines, RuleFileKind kind, RuleBlock& block) {
   CriteriaFromFile(lines, block);
 }
 
+/// How many rules follow; with none the rest is left unread.
+std::size_t TopFromFile(Lines& lines, RuleFile& file) {
+  lines.Skip();
+  const auto count = (lines.TakeValue().size() + 1) / 4;
+  if (count == 0) return 0;
+  file.version = lines.TakeNumber();
+  lines.CheckFile(labels::kEndOfTop);
+  return count;
+}
+
 }  // namespace
 
 std::string ExtensionOf(RuleFileKind kind) { return kind == RuleFileKind::OneRule ? "roe" : "moe"; }
@@ -155,11 +159,8 @@ RuleFile ReadRuleFile(std::string_view text, RuleFileKind kind) {
   try {
     std::size_t count = 1;
     if (kind == RuleFileKind::AllRules) {
-      lines.Skip();
-      count = (lines.TakeValue().size() + 1) / 4;
+      count = TopFromFile(lines, file);
       if (count == 0) return file;
-      file.version = lines.TakeNumber();
-      lines.CheckFile(labels::kEndOfTop);
     }
     // As many as an identity can hold, whatever an order claims.
     file.rules.reserve(std::min<std::size_t>(count, kMaxRules));
@@ -175,6 +176,17 @@ RuleFile ReadRuleFile(std::string_view text, RuleFileKind kind) {
     file.verdict = RuleFileVerdict::BadlySaved;
   }
   return file;
+}
+
+bool ReadsBackTop(std::string_view top) {
+  Lines lines(top);
+  RuleFile read;
+  try {
+    TopFromFile(lines, read);
+  } catch (const std::exception&) {
+    return false;
+  }
+  return lines.AtEnd();
 }
 
 bool ReadsBack(std::string_view block, RuleFileKind kind) {

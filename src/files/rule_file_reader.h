@@ -39,6 +39,9 @@ struct RuleFile {
 /// Whatever the text, nothing but the result changes.
 RuleFile ReadRuleFile(std::string_view text, RuleFileKind kind);
 
+/// Whether that text is the lines before the first rule of a file of all rules.
+bool ReadsBackTop(std::string_view top);
+
 /// Whether that text is one rule block as a file of this kind has it, up to its marker.
 bool ReadsBack(std::string_view block, RuleFileKind kind);
 

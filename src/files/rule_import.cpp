@@ -105,30 +105,28 @@ void RuleImport::AddRows(RuleFile& file) {
 }
 
 void RuleImport::WriteRows(int first) {
+  // On a store where each write is final, what was written before a refusal would stay.
+  std::vector<PlannedRule> rules;
+  for (int row = first; row < tables_.RuleCount; ++row) {
+    rules.push_back(writer_.PlanRule(row, {}));
+    if (rules.back().refusal.empty()) continue;
+    registry_.Boxes().Msg(rules.back().refusal, kBoxStop);
+    return;
+  }
   CommandBatch batch(registry_.Store(), registry_.Boxes());
-  std::string refusal;
   auto status = kStatusSuccess;
   {
     ProgressOf work(progress_, std::string("Importation des règles ..."_cp),
-                    tables_.RuleCount - first);
-    for (int row = first; row < tables_.RuleCount && status == kStatusSuccess; ++row) {
-      status = WriteRow(row, refusal);
-      if (!refusal.empty()) break;
-      work.Done(row - first + 1);
+                    static_cast<int>(rules.size()));
+    int done = 0;
+    for (const auto& rule : rules) {
+      status = RuleWriter::Apply(rule);
+      if (status != kStatusSuccess) break;
+      work.Done(++done);
     }
-  }
-  if (!refusal.empty()) {
-    registry_.Boxes().Msg(refusal, kBoxStop);
-    return;
   }
   if (status == kStatusSuccess) status = writer_.MailTopToBdR();
   batch.Commit(status);
-}
-
-RegistryStatus RuleImport::WriteRow(int row, std::string& refusal) {
-  const auto planned = writer_.PlanRule(row, {});
-  refusal = planned.refusal;
-  return refusal.empty() ? RuleWriter::Apply(planned) : kStatusSuccess;
 }
 
 }  // namespace morvelle

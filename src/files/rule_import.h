@@ -35,7 +35,6 @@ class RuleImport {
   [[nodiscard]] bool NumberRules(RuleFile& file) const;
   void AddRows(RuleFile& file);
   void WriteRows(int first);
-  [[nodiscard]] RegistryStatus WriteRow(int row, std::string& refusal);
 
   RegistryAccess& registry_;
   const std::string& mailKey_;

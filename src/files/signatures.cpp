@@ -38,9 +38,23 @@ bool HasExtension(const path& file, std::string_view extension) {
 /// "00000000" with the number's hexadecimal digits at its end.
 std::string SubkeyName(int number) { return "00000" + ThreeDigitId(number); }
 
+/// The copies of text files of one name: "s.txt", "s (2).txt", "s (3).txt" ...
+std::string Numbered(const std::string& name, int number) {
+  if (number == 1) return name;
+  const path parts = ToPath(name);
+  return PathText(parts.stem()) + " (" + std::to_string(number) + ")" + PathText(parts.extension());
+}
+
 bool SameContent(const path& left, const path& right) {
   const auto content = ReadWholeFile(left);
   return content && content == ReadWholeFile(right);
+}
+
+/// Whether the file is there and was changed after the other.
+bool IsNewer(const path& file, const path& other) {
+  std::error_code error;
+  return std::filesystem::exists(file, error) &&
+         std::filesystem::last_write_time(file) > std::filesystem::last_write_time(other);
 }
 
 }  // namespace
@@ -97,11 +111,7 @@ bool Signatures::CopyTextOut(const Signature& signature, std::vector<std::string
     return std::any_of(taken.begin(), taken.end(),
                        [&](const auto& other) { return EqualIgnoringCase(other, name); });
   };
-  for (int number = 2; isTaken(); ++number) {
-    const path parts = ToPath(plain);
-    name =
-        PathText(parts.stem()) + " (" + std::to_string(number) + ")" + PathText(parts.extension());
-  }
+  for (int number = 2; isTaken(); ++number) name = Numbered(plain, number);
   taken.push_back(name);
   const auto target = folder_ / ToPath(name);
   if (std::filesystem::equivalent(source, target, error)) return true;
@@ -181,7 +191,8 @@ RegistryStatus Signatures::Store(const std::string& path, const Signature& signa
 
 bool Signatures::CopyTextBack(const Signature& signature) const {
   if (IsBlank(signature.file)) return true;
-  const auto kept = folder_ / ToPath(SafeFileName(WindowsFileName(signature.file)));
+  const auto name = SafeFileName(WindowsFileName(signature.file));
+  const auto kept = folder_ / ToPath(name);
   const auto place = environment_.HostPath(signature.file);
   std::error_code error;
   const auto content = ReadWholeFile(kept);
@@ -189,16 +200,22 @@ bool Signatures::CopyTextBack(const Signature& signature) const {
     registry_.Boxes().Msg(kTextMissing);
     return false;
   }
-  if (std::filesystem::equivalent(kept, place, error) || SameContent(kept, place)) return true;
-  KeepNewer(place, kept);
+  if (std::filesystem::equivalent(kept, place, error)) return true;
+  // Of several copies only the content tells which is this signature's.
+  int copies = 0;
+  for (auto copy = kept; std::filesystem::exists(copy, error);
+       copy = folder_ / ToPath(Numbered(name, copies + 1))) {
+    if (SameContent(copy, place)) return true;
+    ++copies;
+  }
+  if (copies > 1 || IsNewer(place, kept)) KeepCopy(place);
   WriteWholeFile(place, *content);
   return true;
 }
 
-void Signatures::KeepNewer(const path& present, const path& kept) const {
+void Signatures::KeepCopy(const path& present) const {
   std::error_code error;
   if (!std::filesystem::exists(present, error)) return;
-  if (std::filesystem::last_write_time(present) <= std::filesystem::last_write_time(kept)) return;
   const auto date = ShortDate(environment_.Now());
   for (int number = 1;; ++number) {
     path copy = present.stem();

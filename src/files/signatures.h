@@ -45,7 +45,8 @@ class Signatures {
   [[nodiscard]] bool CopyTextOut(const Signature& signature, std::vector<std::string>& taken) const;
   /// False, after saying so, when the signature's text file cannot be put back in its place.
   [[nodiscard]] bool CopyTextBack(const Signature& signature) const;
-  void KeepNewer(const std::filesystem::path& present, const std::filesystem::path& kept) const;
+  /// A dated copy beside a file that is to be replaced.
+  void KeepCopy(const std::filesystem::path& present) const;
   [[nodiscard]] RegistryStatus Store(const std::string& path, const Signature& signature);
 
   RegistryAccess& registry_;

@@ -14,6 +14,13 @@ std::size_t Index(int i) { return static_cast<std::size_t>(i); }
 /// Empty flags are those of "contains at least one".
 std::string_view MeaningOf(std::string_view flags) { return flags.empty() ? "0" : flags; }
 
+/// The words of a criterion. An empty one is in every message: a damaged value must not bring it.
+std::vector<std::string> WordsOf(const CriterionRecord& criterion) {
+  auto words = DecodeWords(criterion.Value);
+  words.erase(std::remove(words.begin(), words.end(), std::string()), words.end());
+  return words;
+}
+
 }  // namespace
 
 void frmMorvelle::mnuMerge_Click(int index) {
@@ -69,7 +76,7 @@ bool frmMorvelle::CanJoin(const RuleBlock& other) {
     const int slot = tables_.SlotOfType(criterion.Type);
     if (slot < 0) continue;
     const auto at = Index(slot);
-    const auto list = DecodeWords(criterion.Value);
+    const auto list = WordsOf(criterion);
     if (list.empty()) continue;
     if (filled[at] && flags[at] != MeaningOf(criterion.Flags)) {
       messages_.Msg(
@@ -96,7 +103,7 @@ void frmMorvelle::JoinRule(const RuleBlock& other) {
   tables_.Touch(editing_.nCurRule);
   for (const auto& criterion : other.rule.CriteriaParam) {
     const int slot = tables_.SlotOfType(criterion.Type);
-    const auto list = DecodeWords(criterion.Value);
+    const auto list = WordsOf(criterion);
     if (slot < 0 || list.empty()) continue;
     auto& words = tables_.Words(slot);
     if (words.empty()) SlotRecord(slot).Flags = MeaningOf(criterion.Flags);

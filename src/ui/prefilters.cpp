@@ -97,14 +97,11 @@ void frmMorvelle::AddWords(const SlotWords& words) {
     auto& list = tables_.Words(slot);
     list.insert(list.end(), words[Index(slot)].begin(), words[Index(slot)].end());
     tables_.WordCount[Index(slot)] = Checked<std::int16_t>(list.size());
+    if (!list.empty()) wordLists_.SortTable(list, slot);
   }
 }
 
 void frmMorvelle::ShowAddedWords() {
-  for (int slot = 0; slot < kSlotCount; ++slot) {
-    const auto count = tables_.WordCount[Index(slot)];
-    if (count > 0) wordLists_.SortTable(tables_.Words(slot), slot);
-  }
   ContentEdited();
   for (int slot = 0; slot < kSlotCount; ++slot) {
     FillWordsList(slot);

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "app/messages/text.h"
 
 namespace morvelle {
@@ -18,6 +20,11 @@ constexpr std::string_view kValueLabel = "Valeur de critère\n"_cp;
 
 std::string Block(const std::string& type, const std::string& rest) {
   return std::string(kTypeLabel) + type + "\n" + rest;
+}
+
+std::string Replaced(std::string text, char from, char to) {
+  std::replace(text.begin(), text.end(), from, to);
+  return text;
 }
 
 TEST(PrefilterFileTest, WordsComeUnderTheirTypeCode) {
@@ -40,6 +47,8 @@ TEST(PrefilterFileTest, AFileWithoutItsEndIsDamaged) {
     EXPECT_FALSE(ReadPrefilter(whole.substr(0, length), kTypes)) << length;
   }
   EXPECT_FALSE(ReadPrefilter(Block("8", "un\nEOR\n"), kTypes)) << "a block without its end";
+  EXPECT_FALSE(ReadPrefilter("un\nEOF\nEOR\n", kTypes)) << "no list";
+  EXPECT_FALSE(ReadPrefilter(Replaced(whole, 'u', '\0'), kTypes)) << "a word that would be two";
 }
 
 TEST(PrefilterFileTest, WhatIsWrittenIsRead) {

@@ -155,6 +155,9 @@ TEST_F(RuleExportTest, ARuleThatCouldNotBeReadBackIsNamed) {
   model.loader.MailFromBdR();
   File(false);
   EXPECT_THAT(notReadable, ElementsAre("Deux\r\nlignes", "Valeur"));
+  model.tables.Mail.Version = "cinq";
+  File(false);
+  EXPECT_EQ(notReadable.at(0), "MAIL");
 }
 
 TEST_F(RuleExportTest, NoRuleIsAHeaderAndNothingElse) {

@@ -110,13 +110,16 @@ TEST(RuleFileReaderTest, WhatIsWrongInARuleRefusesTheFile) {
       << "no rule";
 }
 
-TEST(RuleFileReaderTest, EntriesThatWereDamagedAreDropped) {
-  const auto file = ReadRuleFile(
-      Rule("A", "000 001\r\n" + Action("") + Action("012"), "000\r\n" + Criterion("")) + "EOM\r\n",
-      RuleFileKind::OneRule);
+TEST(RuleFileReaderTest, EntriesThatWereDamagedAreDroppedAndNumbersAreTheirDigits) {
+  const auto file =
+      ReadRuleFile(Rule("A", "000 001 002\r\n" + Action("") + Action("012") + Action("10", " +7"),
+                        "000\r\n" + Criterion("")) +
+                       "EOM\r\n",
+                   RuleFileKind::OneRule);
   ASSERT_EQ(file.verdict, RuleFileVerdict::Good);
-  EXPECT_EQ(file.rules[0].rule.ActionsOrder, "000");
+  EXPECT_EQ(file.rules[0].rule.ActionsOrder, "000 001");
   EXPECT_EQ(file.rules[0].rule.ActionsParam[0].Type, "12");
+  EXPECT_EQ(file.rules[0].rule.ActionsParam[1].Value, "7");
   EXPECT_EQ(file.rules[0].rule.CriteriaOrder, "");
 }
 

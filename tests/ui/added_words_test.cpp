@@ -120,21 +120,24 @@ TEST_F(AddedWordsTest, AListThatCouldNotBeCountedIsLeftAlone) {
 
 TEST_F(AddedWordsTest, AMergedRuleJoinsItsListsAndIsSaved) {
   rules.Order("000 001");
-  rules.PlainRule("000", "Base", "000").Words("000", 12, {"beta", "alpha"}, 1);
-  rules.PlainRule("001", "Autre", "000 001").Words("000", 12, {"gamma", "beta"}, 1, 2);
+  rules.PlainRule("000", "Base", "000 001").Words("000", 12, {"beta", "alpha"}, 1, 1);
+  rules.Words("001", 9, {"zut", "bof"}, 0, 1);
+  // An empty word, which every message holds, stays where it is.
+  rules.PlainRule("001", "Autre", "000 001").Words("000", 12, {"gamma", "", "beta"}, 1, 2);
   rules.Words("001", 8, {"objet"}, 3, 2);
   Start();
   const auto other = Exported(1);
   EXPECT_FALSE(form->fraMerge.Visible());
   Merge(0);
   EXPECT_TRUE(form->fraMerge.Visible());
-  EXPECT_THAT(form->lstCrit.Items(), ElementsAre("Expéditeur (2 mots)"_cp));
+  EXPECT_THAT(form->lstCrit.Items(), ElementsAre("Expéditeur (2 mots)"_cp, "Corps (2 mots)"));
   Add(kSender, u"omega");
   Browse(other);
   EXPECT_EQ(fileDialogs.asked.back().pattern, "*.roe");
   EXPECT_EQ(form->txtMerge.Text(), "regle1.roe");
   EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta", "gamma", "omega"));
   EXPECT_THAT(Words(kSubject), ElementsAre("objet"));
+  EXPECT_THAT(Words(kBody), ElementsAre("zut", "bof")) << "a list that nothing joins is left alone";
   dialogs.AllowAnyBox();
   form->Menu("mnuRegContent").Choose();
   dialogs.ExpectAllShown();

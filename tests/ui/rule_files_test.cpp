@@ -225,8 +225,13 @@ TEST_F(RuleFilesTest, MoreRulesThanAnIdentityHoldsAreRefusedWhole) {
   }
   const auto before = Stored();
   dialogs.Expect(kTooManyRules);
-  Import("mnuImpAllRules", Replaced(text.substr(0, top), "000 001", order) + many + "EOM\r\n");
+  const auto all = Replaced(text.substr(0, top), "000 001", order) + many + "EOM\r\n";
+  Import("mnuImpAllRules", all);
   EXPECT_EQ(Stored(), before);
+  // A rule that is refused for its name does not count.
+  dialogs.AllowAnyBox();
+  Import("mnuImpAllRules", Replaced(all, "\r\nR7\r\n", "\r\nFamille\r\n"));
+  EXPECT_EQ(state.tables.RuleCount, 4096);
 }
 
 TEST_F(RuleFilesTest, AnImportThatCannotBeStoredIsUndone) {
@@ -247,12 +252,14 @@ TEST_F(RuleFilesTest, AnImportThatCannotBeStoredIsUndone) {
   dialogs.AllowAnyBox();
   Start();
   dialogs.shown.clear();
-  const auto action = text.find("000\r\nID d'action");
+  const auto action = text.rfind("000\r\nID d'action");
+  const int writes = store.writes;
   auto bare = text;
-  bare.erase(action, text.find("CRITERIA") - action);
+  bare.erase(action, text.rfind("CRITERIA") - action);
   bare.insert(action, "\r\n");
   Import("mnuImpAllRules", bare);
   EXPECT_EQ(dialogs.shown.at(0).prompt, kUnreadableFolders);
+  EXPECT_EQ(store.writes, writes) << "nor is the rule before it written";
   EXPECT_EQ(Stored(), before);
 }
 
@@ -271,6 +278,13 @@ TEST_F(RuleFilesTest, ChangesAreAskedAboutBeforeAnythingLeavesOrComes) {
   Export(1);
   EXPECT_EQ(Words(kSender).back(), "gamma");
   EXPECT_TRUE(printer.titles.empty());
+  // Once they are given up, the rule is closed, whatever becomes of the import.
+  dialogs.Expect(question, Button::Yes);
+  fileDialogs.Choose(std::nullopt);
+  dialogs.Expect(kCannotImport);
+  Choose("mnuImpOneRule");
+  EXPECT_TRUE(Words(kSender).empty());
+  EXPECT_FALSE(Can("mnuRegContent"));
 }
 
 TEST_F(RuleFilesTest, TheListingIsPrintedUnlessTheDialogIsCancelled) {

@@ -134,6 +134,18 @@ TEST_F(SignaturesTest, ItsTextFileIsPutBackAndANewerOneIsKept) {
   Import(content);
   EXPECT_EQ(ReadFile(place), "ancien");
   EXPECT_EQ(ReadFile(place.parent_path() / "s (copie du 151126).txt"), "plus recent");
+  // Of two copies of one name, that of another signature is not put over this one's text.
+  WriteFile(Own("s (2).txt"), "le sien");
+  for (const auto* text : {"le sien", "autre"}) {
+    WriteFile(place, text);
+    std::filesystem::last_write_time(
+        place, std::filesystem::last_write_time(Own("s.txt")) - std::chrono::hours(1));
+    dialogs.Expect(kAskReplace, Button::Yes);
+    dialogs.Expect(kImported);
+    Import(content);
+    EXPECT_EQ(ReadFile(place), text == std::string("autre") ? "ancien" : text);
+  }
+  EXPECT_EQ(ReadFile(place.parent_path() / "s (copie du 151126 n2).txt"), "autre");
 }
 
 TEST_F(SignaturesTest, WhatCannotBeWrittenIsTold) {
