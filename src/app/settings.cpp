@@ -33,21 +33,27 @@ void SettingsFile::Read() {
   Trap(messages_.Boxes(), "ReadSettings", [&] {
     settings_.QuietMode.clear();
     if (!messages_.FileExists(Path())) return;
-    const auto content = ReadWholeFile(Path()).value_or("");
-    std::string_view rest = content;
+    const auto content = ReadWholeFile(Path());
+    // Taken for empty, it would be written over.
+    if (!content) throw RuntimeError(ErrorNumber::PermissionDenied);
+    std::string_view rest = *content;
     if (!rest.empty()) settings_.BookMode = TakeLine(rest);
     if (!rest.empty()) settings_.QuietMode = TakeLine(rest);
   });
 }
 
-void SettingsFile::Write() {
+bool SettingsFile::Write() {
+  bool written = false;
   TrapAndContinue(messages_.Boxes(), "WriteSettings", [&] {
     const auto content = settings_.BookMode + "\r\n" + settings_.QuietMode + "\r\n";
-    if (ReadWholeFile(Path()) == content) return;
-    // A new file under that name would pass over the mark.
-    if (IsReadOnly(Path())) throw RuntimeError(ErrorNumber::PermissionDenied);
-    WriteWholeFile(Path(), content);
+    if (ReadWholeFile(Path()) != content) {
+      // A new file under that name would pass over the mark.
+      if (IsReadOnly(Path())) throw RuntimeError(ErrorNumber::PermissionDenied);
+      WriteWholeFile(Path(), content);
+    }
+    written = true;
   });
+  return written;
 }
 
 }  // namespace morvelle

@@ -31,10 +31,10 @@ class SettingsFile {
   SettingsFile(const Messages& messages, Settings& settings)
       : messages_(messages), settings_(settings) {}
 
-  /// Lines that are not there leave the defaults.
+  /// Lines that are not there leave the defaults. A file that cannot be read ends the program.
   void Read();
-  /// Writes the file whole, or leaves it as it was and tells why.
-  void Write();
+  /// Writes the file whole, or leaves it as it was and tells why; false then.
+  bool Write();
 
  private:
   [[nodiscard]] std::filesystem::path Path() const { return settings_.AppPath / "Morvelle.ini"; }

@@ -35,14 +35,6 @@ class HandleOwner {
   HANDLE handle_;
 };
 
-std::wstring WideOf(const char* text) {
-  const int length = ::MultiByteToWideChar(CP_ACP, 0, text, -1, nullptr, 0);
-  std::wstring wide(static_cast<std::size_t>(length), L'\0');
-  ::MultiByteToWideChar(CP_ACP, 0, text, -1, wide.data(), length);
-  wide.resize(wide.find(L'\0'));
-  return wide;
-}
-
 class Win32Processes final : public Processes {
  public:
   std::vector<RunningProcess> Snapshot() override {
@@ -69,9 +61,10 @@ class Win32Processes final : public Processes {
         ::EnumProcessModules(opened.Get(), &first, sizeof first, &needed) == FALSE) {
       return {};
     }
-    std::array<char, MAX_PATH + 1> path{};
-    ::GetModuleFileNameExA(opened.Get(), first, path.data(), MAX_PATH);
-    return WideOf(path.data());
+    // Wide: a folder may have letters that the code page lacks, and K9 must be found again there.
+    std::array<wchar_t, MAX_PATH + 1> path{};
+    ::GetModuleFileNameExW(opened.Get(), first, path.data(), MAX_PATH);
+    return path.data();
   }
 
   bool KillProcess(ProcessId process) override {
@@ -84,17 +77,10 @@ class Win32Processes final : public Processes {
   bool StartProcess(const std::filesystem::path& program) override {
     // Without the quotes, C:\Program Files\x.exe would start C:\Program.exe where there is one.
     auto line = L"\"" + program.native() + L"\"";
-    std::string command(line.size() * 4 + 1, '\0');
-    BOOL lossy = FALSE;
-    if (::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, line.c_str(), -1, command.data(),
-                              static_cast<int>(command.size()), nullptr, &lossy) == 0 ||
-        lossy != FALSE) {
-      return false;
-    }
-    STARTUPINFOA start{};
+    STARTUPINFOW start{};
     start.cb = sizeof start;
     PROCESS_INFORMATION started{};
-    if (::CreateProcessA(nullptr, command.data(), nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS,
+    if (::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS,
                          nullptr, nullptr, &start, &started) == FALSE) {
       return false;
     }

@@ -25,7 +25,7 @@ std::filesystem::path ShippedManual(const Environment& environment) {
 }
 
 /// Size of the help window when it opens, in pixels of 96 to the inch.
-const wxSize kHelpSize(900, 640);
+const wxSize kHelpSize(1000, 680);
 
 /// The manual's pages are HTML by their name, and UTF-8: not every desktop says what a ".htm" is.
 class PageFilter final : public wxHtmlFilter {

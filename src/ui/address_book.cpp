@@ -32,14 +32,14 @@ void frmMorvelle::ShowBookWords(std::vector<std::string> words) {
 }
 
 void frmMorvelle::AddRuleFromWab() {
-  const auto& deletedItems = program_.deletedItems.DeletedItems();
-  if (!IsDeletedItems(deletedItems)) {
-    messages_.Msg(kFoldersUnreadable, kBoxStop);
-    return;
-  }
   const auto id = BookRuleId(tables_, program_.registry, state_.identity.MailKey);
   if (tables_.RuleCount >= kMaxRules || !id) {
     messages_.Msg(kTooManyRules);
+    return;
+  }
+  const auto& deletedItems = program_.deletedItems.DeletedItems();
+  if (!IsDeletedItems(deletedItems)) {
+    messages_.Msg(kFoldersUnreadable, kBoxStop);
     return;
   }
   auto words = program_.addressReader.ReadWords();
@@ -77,10 +77,11 @@ void frmMorvelle::mnuChangeBook_Click() {
   if (bFilling) return;
   Ending("mnuChangeBook_Click", [&] {
     if (!MayLeave()) return;
+    if (RowOfBookRule(tables_) < 0) LeaveForBook();
+    // Leaving reads the rules again: another program may have made it meanwhile.
     if (RowOfBookRule(tables_) >= 0) {
       ChangeBook();
     } else {
-      LeaveForBook();
       AddRuleFromWab();
     }
   });
@@ -110,10 +111,13 @@ void frmMorvelle::ChangeBook() {
 void frmMorvelle::mnuAutoUpdateBook_Click() {
   Ending("mnuAutoUpdateBook_Click", [&] {
     auto& mode = state_.settings.BookMode;
+    const auto before = mode;
     mode = EqualIgnoringCase(mode, "Auto") ? "Manu" : "Auto";
+    const bool written = program_.settingsFile.Write();
+    // What is not in the file will not be so at the next start.
+    if (!written) mode = before;
     TickAutoUpdateBook(state_.settings.BookIsAutomatic());
-    program_.settingsFile.Write();
-    messages_.Msg(kAtNextStart, kBoxInformation);
+    if (written) messages_.Msg(kAtNextStart, kBoxInformation);
   });
 }
 

@@ -64,7 +64,7 @@ frmVersion::frmVersion(Ports& ports, const ProgramState& state)
 }
 
 void frmVersion::Form_Load() {
-  Trap(ports_.dialogs, "frmVersion", [&] {
+  Trap(ports_.dialogs, "Form_Load", [&] {
     lblVersion.SetCaption(state_.settings.VersionText + " du " +
                           DateOf(ports_.environment.ProgramFile()));
   });

@@ -96,6 +96,7 @@ void frmMorvelle::mnuRegContent_Click() {
     Menu("mnuChangeBook").SetEnabled(true);
     Menu("mnuAddBook").SetEnabled(false);
     Menu("mnuAutoUpdateBook").SetEnabled(true);
+    TickAutoUpdateBook(state_.settings.BookIsAutomatic());
     ChangeContent(false);
     EnableAll(false);
     Reload();

@@ -202,6 +202,8 @@ void frmMorvelle::ShowBookMenus() {
   Menu("mnuChangeBook").SetEnabled(hasBook);
   Menu("mnuAutoUpdateBook").SetEnabled(hasBook);
   Menu("mnuAddBook").SetEnabled(!hasBook);
+  // The deletion of the rule took the mark away, not the mode.
+  if (hasBook) TickAutoUpdateBook(state_.settings.BookIsAutomatic());
 }
 
 }  // namespace morvelle

@@ -27,18 +27,22 @@ std::string CleanAddress(std::string_view text) {
   return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
 }
 
+bool AddressReader::ReadPlace() {
+  place_ = {};
+  const OpenedKey key(registry_, kBookKey, false);
+  if (!key.IsOpen()) return false;
+  place_.wabFile = TextOf(registry_.Peek(key.Handle(), ""));
+  const auto end = place_.wabFile.rfind('\\');
+  if (end != std::string::npos) place_.WabFolder = place_.wabFile.substr(0, end);
+  return true;
+}
+
 bool AddressReader::FindWab() {
   return Trap(registry_.Boxes().Boxes(), "FindWab", [&] {
-    place_ = {};
-    const OpenedKey key(registry_, kBookKey, false);
-    if (!key.IsOpen()) {
+    if (!ReadPlace()) {
       registry_.Boxes().Boxes().ShowMessage("Il n'existe pas de carnet d'adresses Windows.",
                                             kBoxInformation, "FindWab");
-      return false;
     }
-    place_.wabFile = TextOf(registry_.Peek(key.Handle(), ""));
-    const auto end = place_.wabFile.rfind('\\');
-    if (end != std::string::npos) place_.WabFolder = place_.wabFile.substr(0, end);
     return !place_.WabFolder.empty();
   });
 }
@@ -46,6 +50,8 @@ bool AddressReader::FindWab() {
 bool AddressReader::OpenWab() {
   return Trap(registry_.Boxes().Boxes(), "OpenWab", [&] {
     wabEntryCount_ = 0;
+    // A start that ended early has not looked for the book.
+    if (place_.wabFile.empty()) ReadPlace();
     if (!book_.Open(environment_.HostPath(place_.wabFile), hWab_)) {
       registry_.Boxes().Msg("Impossible de lire le carnet d'adresses", kBoxStop);
       return false;

@@ -46,6 +46,9 @@ class AddressReader {
   std::vector<std::string> ReadWords();
 
  private:
+  /// Reads where the book lies; false when the registry does not tell of any.
+  bool ReadPlace();
+
   RegistryAccess& registry_;
   const Environment& environment_;
   AddressBook& book_;

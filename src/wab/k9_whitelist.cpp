@@ -37,14 +37,16 @@ void K9Whitelist::UpDateWhiteListK9(const std::filesystem::path& emailsFile) {
     const auto process = FindProcess(processes_, kK9Program);
     if (process > 0) {
       program = processes_.ProcessPath(process);
-      // Neither stopped for good nor left to write its own list over ours.
-      if (program.empty() || !processes_.KillProcess(process)) {
+      // Neither stopped for good nor left to write its own list over ours; one that has ended
+      // meanwhile does neither.
+      if ((program.empty() || !processes_.KillProcess(process)) &&
+          FindProcess(processes_, kK9Program) > 0) {
         messages.Msg(kNotStopped, kBoxStop);
         return;
       }
     }
     ReplaceWhole(emailsFile, MergedWhitelist(ReadWhole(emailsFile), std::move(addresses)));
-    if (process > 0 && !processes_.StartProcess(program)) {
+    if (!program.empty() && !processes_.StartProcess(program)) {
       messages.Msg(kNotStarted, kBoxExclamation);
     }
     messages.Msg("La 'whitelist' de K9 a été mise à jour !"_cp, kBoxInformation);

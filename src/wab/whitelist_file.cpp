@@ -59,6 +59,16 @@ std::string TakeHead(std::string_view& text) {
          std::string(kK9Site) + std::string(" pour plus de détails."_cp);
 }
 
+/// A name in the same folder that nothing has: what bears it afterwards is ours to replace.
+std::filesystem::path NameBeside(const std::filesystem::path& file) {
+  for (int number = 0;; ++number) {
+    auto name = file;
+    name += ".nouveau" + (number > 0 ? std::to_string(number) : std::string{});
+    std::error_code ignored;
+    if (!std::filesystem::exists(std::filesystem::symlink_status(name, ignored))) return name;
+  }
+}
+
 }  // namespace
 
 std::string MergedWhitelist(std::string_view file, std::vector<std::string> addresses) {
@@ -85,14 +95,17 @@ void ReplaceWhole(const std::filesystem::path& file, std::string_view text) {
   // A link stays one.
   auto target = std::filesystem::canonical(file, error);
   if (error) throw RuntimeError(ErrorNumber::FileNotFound);
-  auto beside = target;
-  beside += ".nouveau";
+  const auto rights = std::filesystem::status(target, error).permissions();
+  // A new file under that name would pass over the mark.
+  if ((rights & std::filesystem::perms::owner_write) == std::filesystem::perms::none) {
+    throw RuntimeError(ErrorNumber::PermissionDenied);
+  }
+  const auto beside = NameBeside(target);
   std::ofstream output(beside, std::ios::binary | std::ios::trunc);
   output.write(text.data(), static_cast<std::streamsize>(text.size()));
   output.close();
   const bool written = !output.fail();
   if (written) {
-    const auto rights = std::filesystem::status(target, error).permissions();
     std::filesystem::permissions(beside, rights, error);
     std::filesystem::rename(beside, target, error);
     if (!error) return;

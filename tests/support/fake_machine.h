@@ -78,6 +78,8 @@ class FakeProcesses : public Processes {
   std::vector<RunningProcess> running;
   std::filesystem::path path;
   bool canBeStopped = true;
+  /// Whatever is told to end has just done so.
+  bool endsByItself = false;
   bool canBeStarted = true;
   std::vector<ProcessId> killed;
   std::vector<std::filesystem::path> started;
@@ -89,8 +91,9 @@ class FakeProcesses : public Processes {
   }
   bool KillProcess(ProcessId process) override {
     if (!canBeStopped) return false;
-    killed.push_back(process);
     std::erase_if(running, [&](const RunningProcess& one) { return one.id == process; });
+    if (endsByItself) return false;
+    killed.push_back(process);
     return true;
   }
   bool StartProcess(const std::filesystem::path& program) override {

@@ -71,6 +71,7 @@ TEST_F(BookWindow, TheRuleIsMadeSavedAndRefreshed) {
   dialogs.Expect(kOverwrite, 49, kAppTitle);
   Choose("mnuChangeBook");
   EXPECT_THAT(Words(kSender), ElementsAre("nouveau@b.fr"));
+  EXPECT_EQ(Count(kSender), "1 mot");
   Save();
   EXPECT_EQ(Stored(), Replaced(saved, "a@b.fr~zoe@b.fr~", "nouveau@b.fr~"));
 }
@@ -153,6 +154,12 @@ TEST_F(BookWindow, TheCommandsFollowTheRuleThatIsThereNow) {
   form->Menu("mnuChangeBook").SetEnabled(true);
   Choose("mnuChangeBook");
   EXPECT_EQ(form->statBar.Panel(9), "Carnet d'adresses") << "none there: it is made";
+  Click("cmdCancelRule(0)");
+  rules.Order("000 004").PlainRule("004", "CARNET d'adresses", "000").Words("000", 12, {"x@b.fr"});
+  form->Menu("mnuChangeBook").SetEnabled(true);
+  dialogs.Expect(kOverwrite);
+  Choose("mnuChangeBook");
+  EXPECT_EQ(form->lstRules.Count(), 2) << "made by another program since: there is one alone";
   dialogs.AllowAnyBox();
 }
 
@@ -199,6 +206,12 @@ TEST_F(BookWindow, TheSettingsGoToAndFro) {
     EXPECT_EQ(Ini(), expected);
     EXPECT_EQ(Checked("mnuAutoUpdateBook"), *expected == 'A');
   }
+  const auto ini = environment.userFolder / "Morvelle.ini";
+  std::filesystem::permissions(ini, std::filesystem::perms{0400});
+  dialogs.Expect("Permission refusée"_cp);
+  Choose("mnuAutoUpdateBook");
+  EXPECT_TRUE(Checked("mnuAutoUpdateBook")) << "what was not written does not come";
+  std::filesystem::permissions(ini, std::filesystem::perms{0600});
   for (const auto* expected : {"Auto\r\nSilent\r\n", "Auto\r\n\r\n"}) {
     Choose("mnuSilent");
     EXPECT_EQ(Ini(), expected);

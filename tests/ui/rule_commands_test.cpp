@@ -383,6 +383,10 @@ TEST_F(RuleCommands, BookMenusFollowDeletionAndRenaming) {
       Rename(0);
     }
     EXPECT_EQ(Which(menus), "mnuAddBook");
+    rules.Rule("001", book);
+    Open(0);
+    Click("cmdCancelRule(0)");
+    EXPECT_TRUE(Checked("mnuAutoUpdateBook")) << "the mode was never another";
   }
 }
 

@@ -12,11 +12,12 @@ using testing::IsEmpty;
 using AddressReaderTest = BookMachine;
 
 TEST_F(AddressReaderTest, TheBookLiesWhereTheRegistrySays) {
-  EXPECT_TRUE(reader.FindWab());
-  EXPECT_EQ(place.WabFolder, "C:\\Carnets");
   Book({"a@b.fr"});
   reader.ReadWab();
-  EXPECT_EQ(addressBook.openedFile, folder / "drive_c" / "Carnets" / "moi.wab");
+  EXPECT_EQ(addressBook.openedFile, folder / "drive_c" / "Carnets" / "moi.wab")
+      << "a start that ended early has not looked for it";
+  EXPECT_TRUE(reader.FindWab());
+  EXPECT_EQ(place.WabFolder, "C:\\Carnets");
   rules.PutText(std::string(kTestBookKey), "", "moi.wab");
   EXPECT_FALSE(reader.FindWab()) << "a path without folder";
   rules.Remove(std::string(kTestBookKey), "");

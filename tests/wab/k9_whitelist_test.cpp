@@ -121,6 +121,14 @@ TEST_F(K9Test, OneThatCannotBeStoppedKeepsItsList) {
   EXPECT_THAT(processes.killed, IsEmpty()) << "one that could not be started again is not stopped";
 }
 
+TEST_F(K9Test, OneThatEndsByItselfMeanwhileIsStopped) {
+  Running();
+  processes.endsByItself = true;
+  dialogs.Expect(kDone);
+  k9.UpDateWhiteListK9(file);
+  EXPECT_EQ(ReadFile(file), kNew);
+}
+
 TEST_F(K9Test, ABookWithoutAddressLeavesAllAsItIs) {
   Running();
   addressBook.addresses = {std::nullopt};
@@ -145,11 +153,13 @@ TEST_F(K9Test, TheFileIsReplacedInOneStep) {
   EXPECT_TRUE(std::filesystem::is_symlink(link));
   EXPECT_EQ(ReadFile(file), "neuf");
   EXPECT_EQ(ReadFile(second), kOld) << "the old file was not written into";
-  // Where nothing can stand beside it, it stays whole.
-  std::filesystem::create_directory(file.parent_path() / "whitelist.txt.nouveau");
+  WriteFile(file.parent_path() / "whitelist.txt.nouveau", "à quelqu'un");
+  ReplaceWhole(file, "encore");
+  EXPECT_EQ(ReadFile(file.parent_path() / "whitelist.txt.nouveau"), "à quelqu'un");
+  std::filesystem::permissions(file, std::filesystem::perms{0400});
   dialogs.Expect("Permission refusée"_cp, kBoxOk, "UpDateWhiteListK9");
   EXPECT_THROW(k9.UpDateWhiteListK9(file), ProgramEnd);
-  EXPECT_EQ(ReadFile(file), "neuf");
+  EXPECT_EQ(ReadFile(file), "encore") << "marked as not to be written";
 }
 
 }  // namespace

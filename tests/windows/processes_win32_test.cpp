@@ -22,8 +22,10 @@ ProcessId Find(Processes& processes) {
 TEST(WindowsProcesses, AProgramIsFoundEndedAndStartedAgain) {
   const auto processes = MakeProcesses();
   const FileFolder folder;
-  // A path with blanks, part of which is a program too.
-  const auto file = folder.Write("Program Files/x", "").parent_path() / kName;
+  // A path with blanks, part of which is a program too, and with letters that no French code page
+  // has.
+  const auto file = folder / "Program Files" / u"\u0414\u043E\u043C" / kName;
+  std::filesystem::create_directories(file.parent_path());
   const auto built = Win32Environment(std::nullopt).ProgramFile().parent_path() / kName;
   std::filesystem::copy_file(built, file);
   std::filesystem::copy_file(built, folder / "Program.exe");
