@@ -19,7 +19,7 @@ std::string_view MeaningOf(std::string_view flags) { return flags.empty() ? "0" 
 void frmMorvelle::mnuMerge_Click(int index) {
   if (bFilling || index >= tables_.RuleCount) return;
   Ending("mnuMerge_Click", [&] {
-    const auto id = tables_.RuleAt(index).Id;
+    const auto id = RuleOfEntry(index);
     if (!MayLeave()) return;
     editing_.modes.editingContent = true;
     ClearMod();

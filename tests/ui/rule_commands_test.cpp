@@ -173,6 +173,10 @@ TEST_F(RuleCommands, TheFirstRuleOfAll) {
   rules.Order("").Remove(kTestMailKey, "Version");
   Start();
   AddRule("Neuve");
+  Click("cmdCancelRule(0)");
+  EXPECT_EQ(Which({"mnuDelete", "mnuChange", "mnuExpAllRules", "mnuImpOneRule", "mnuAdd"}),
+            "mnuImpOneRule mnuAdd");
+  AddRule("Neuve");
   EXPECT_THAT(form->lstRules.Items(), ElementsAre("* 000 Neuve"));
   dialogs.Expect(kSaveBoth, Button::Yes);
   Choose("mnuRegOrder");

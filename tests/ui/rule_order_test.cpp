@@ -119,6 +119,35 @@ TEST_F(RuleOrder, CancellingAnArrangementBringsTheFormerOrderBack) {
   ExpectOrder("000 001");
 }
 
+TEST_F(RuleOrder, AnEntryIsTheRuleItShowsWhateverMovedTheRows) {
+  StartWith({{6}, {12}});
+  for (auto* menu : form->RuleMenus()) {
+    SCOPED_TRACE(menu->Name());
+    rules.Order("000 001");
+    form->LoadRules();
+    Choose("mnuArrange");
+    rules.Order("001 000");
+    dialogs.Expect(
+        "Vous avez modifié l'ordre des règles\rÊtes-vous d'accord pour annuler ces "
+        "modifications ?"_cp,
+        Button::Yes);
+    if (menu->Name() == "mnuDel") {
+      dialogs.Expect("Êtes-vous sûr de vouloir détruire la règle A ?"_cp, Button::No);
+    } else if (menu->Name() == "mnuRen") {
+      dialogs.ExpectText("Nom actuel de la règle : A\r\rNouveau nom ?"_cp, std::nullopt);
+    } else if (menu->Name() == "mnuWhatRuleToFile") {
+      fileDialogs.Choose(std::nullopt);
+    }
+    menu->Choose(0);
+    if (menu->Name() == "mnuMod" || menu->Name() == "mnuMerge") {
+      EXPECT_EQ(form->statBar.Panel(9), "A");
+      Click("cmdCancelRule(0)");
+    }
+  }
+  EXPECT_EQ(fileDialogs.asked.back().proposal, "A.roe");
+  EXPECT_EQ(printer.titles.back(), "A");
+}
+
 TEST_F(RuleOrder, ARuleThatAnArrangementPushesOutIsNotLost) {
   StartWith({{9, 6}, {}});
   Choose("mnuArrange");

@@ -151,11 +151,14 @@ TEST_F(WordListTest, RulesThatAnotherProgramTookAwayCloseTheEditor) {
   EXPECT_EQ(Which(editor), "");
   EXPECT_THAT(form->lstRules.Items(), ElementsAre("  001 Famille"));
   EXPECT_EQ(form->RuleMenu("mnuRen").Count(), 1) << "the menus shrink with the list";
-  rules.Rule("001", "Famille").Criteria("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
+  rules.Rule("001", "Carnet d'adresses")
+      .Criteria("000 001 002 003 004 005 006 007 008 009 00A 00B 00C");
   dialogs.Expect(
-      "La règle \"001 - Famille\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp);
+      "La règle \"001 - Carnet d'adresses\" a mal été enregistrée.\r"
+      "Il est conseillé de la supprimer."_cp);
   Open(0);
   EXPECT_EQ(Which(editor), "") << "it has grown beyond the tables";
+  EXPECT_TRUE(Can("mnuChangeBook")) << "and become the address book's";
   StartWithTwoRules();
   rules.Order("");
   Open(0);
