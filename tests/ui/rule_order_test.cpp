@@ -174,6 +174,7 @@ TEST_F(RuleOrder, AnOrderThatIsNotStoredStaysOnTheScreen) {
   dialogs.Expect("Les modifications n'ont pas pu être enregistrées."_cp);
   Choose("mnuRegOrder");
   EXPECT_EQ(Shown(), "B*A*C");
+  EXPECT_EQ(state.tables.Mail.Order, "000 001 002");
   EXPECT_TRUE(Can("mnuRegOrder"));
   store.commitOutcome = CommitOutcome::Done;
   Choose("mnuRegOrder");

@@ -134,6 +134,7 @@ TEST_F(WordListTest, AbandoningDropsTheEditAndFreesTheWindow) {
   EXPECT_EQ(Count(kSender) + Typed(kSender) + form->txtCop[0].Text() + form->statBar.Panel(9), "");
   EXPECT_EQ(Stored(), before);
   EXPECT_TRUE(form->NoChange()) << "nothing is left to ask about";
+  EXPECT_FALSE(state.editing.bWordReady);
   Open(1);
   Show(kSender);
   Press(kSender, kKeyReturn);
