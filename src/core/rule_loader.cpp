@@ -99,14 +99,15 @@ void RuleLoader::MailFromBdR() {
       // A rules key without a version is mended by the first write and no concern of the user's.
       if (status == kStatusSuccess) mail.Version = TextOf(registry_.Peek(key.Handle(), "Version"));
     }
-    if (status != kStatusSuccess || mail.Order.empty()) {
+    // A rule that the order names twice is one rule: two rows of it would overwrite each other.
+    const auto ids = EachIdOnce(IdsOfOrder(mail.Order));
+    if (status != kStatusSuccess || ids.empty()) {
       tables_.Blank();
       tables_.Mail = std::move(mail);
       FinishEmpty();
       return;
     }
-    // A rule that the order names twice is one rule: two rows of it would overwrite each other.
-    ArrangeRows(EachIdOnce(IdsOfOrder(mail.Order)));
+    ArrangeRows(ids);
     tables_.Mail = std::move(mail);
     display_.EnableMnu();
     registry_.Damage().Reset();

@@ -26,8 +26,8 @@ bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
 void frmMorvelle::mnuMod_Click(int index) {
   if (bFilling || index >= tables_.RuleCount) return;
   Ending("mnuMod_Click", [&] {
-    // The row is turned into its rule before anything reloads.
-    const auto id = tables_.RuleAt(index).Id;
+    // The entry is turned into its rule before anything reloads.
+    const auto id = RuleOfEntry(index);
     if (!MayLeave()) return;
     editing_.modes.editingContent = true;
     fraMerge.SetVisible(false);
@@ -41,6 +41,7 @@ void frmMorvelle::OpenStoredRule(const std::string& id) {
   // Another program may have deleted the rule, or changed it beyond what the window can hold.
   if (row < 0 || !RuleMenu("mnuMod").EnabledOf(row)) {
     EnableAll(false);
+    ShowBookMenus();
     return;
   }
   OpenRule(row, false);
@@ -226,7 +227,10 @@ void frmMorvelle::ClearMod() {
 void frmMorvelle::CloseRule() {
   fraMerge.SetVisible(false);
   // Without an open rule the tables say what the store says: a damaged one is not reported again.
-  if (!editing_.openRuleId.empty()) ClearMod();
+  if (!editing_.openRuleId.empty()) {
+    ClearMod();
+    ShowBookMenus();
+  }
   EnableAll(false);
 }
 

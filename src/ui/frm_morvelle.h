@@ -196,6 +196,9 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void ShowBookMenus();
   [[nodiscard]] bool HasBookRule() const;
   [[nodiscard]] std::string RuleText(int row) const;
+  /// Id of the rule that an entry of the per-rule menus shows. An arrangement in hand moves the
+  /// rules of the rows, not the entries.
+  [[nodiscard]] std::string RuleOfEntry(int index);
   [[nodiscard]] bool IsActive(int row) const;
 
   // word_lists.cpp

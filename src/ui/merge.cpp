@@ -26,7 +26,7 @@ std::vector<std::string> WordsOf(const CriterionRecord& criterion) {
 void frmMorvelle::mnuMerge_Click(int index) {
   if (bFilling || index >= tables_.RuleCount) return;
   Ending("mnuMerge_Click", [&] {
-    const auto id = tables_.RuleAt(index).Id;
+    const auto id = RuleOfEntry(index);
     if (!MayLeave()) return;
     editing_.modes.editingContent = true;
     ClearMod();

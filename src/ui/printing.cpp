@@ -7,7 +7,7 @@ namespace morvelle {
 void frmMorvelle::mnuWhatRuleToPrint_Click(int index) {
   if (bFilling || index >= tables_.RuleCount) return;
   Ending("mnuWhatRuleToPrint_Click", [&] {
-    const auto id = tables_.RuleAt(index).Id;
+    const auto id = RuleOfEntry(index);
     if (!NoChange()) return;
     const int row = tables_.RowOfId(id);
     if (row >= 0) PrintRules(true, row);

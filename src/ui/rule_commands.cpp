@@ -151,7 +151,7 @@ void frmMorvelle::RestoreNewRule() {
 void frmMorvelle::mnuDel_Click(int index) {
   if (bFilling || index >= tables_.RuleCount) return;
   Ending("mnuDel_Click", [&] {
-    const auto id = tables_.RuleAt(index).Id;
+    const auto id = RuleOfEntry(index);
     if (!MayLeave()) return;
     editing_.modes.deleting = true;
     fraMerge.SetVisible(false);
@@ -220,7 +220,7 @@ std::optional<std::string> frmMorvelle::AskOtherName(int row) {
 void frmMorvelle::mnuRen_Click(int index) {
   if (bFilling || index >= tables_.RuleCount) return;
   Ending("mnuRen_Click", [&] {
-    const auto id = tables_.RuleAt(index).Id;
+    const auto id = RuleOfEntry(index);
     if (!MayLeave()) return;
     CloseRule();
     const int row = tables_.RowOfId(id);

@@ -52,7 +52,7 @@ FileChoice frmMorvelle::Files() {
 void frmMorvelle::mnuWhatRuleToFile_Click(int index) {
   if (bFilling || index >= tables_.RuleCount) return;
   Ending("mnuWhatRuleToFile_Click", [&] {
-    const auto id = tables_.RuleAt(index).Id;
+    const auto id = RuleOfEntry(index);
     if (!NoChange()) return;
     const int row = tables_.RowOfId(id);
     if (row < 0) return;

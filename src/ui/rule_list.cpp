@@ -12,6 +12,10 @@ std::string frmMorvelle::RuleText(int row) const {
   return rule.Id + " " + rule.Name;
 }
 
+std::string frmMorvelle::RuleOfEntry(int index) {
+  return IdOfLine(RuleMenu("mnuMod").CaptionOf(index));
+}
+
 void frmMorvelle::ShowPanel(int number, std::string_view text) { statBar.SetPanel(number, text); }
 
 void frmMorvelle::BeginLoad() {

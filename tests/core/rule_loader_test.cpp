@@ -43,11 +43,13 @@ TEST_F(RuleLoaderTest, ReadsRulesInTheirOrderWithEveryField) {
 }
 
 TEST_F(RuleLoaderTest, WithoutRulesImportingIsStillPossible) {
-  set.Order("");
-  Load();
-  EXPECT_EQ(tables.RuleCount, 0);
-  EXPECT_TRUE(model.display.imports);
-  model.display.imports = false;
+  for (const auto* order : {"", "0"}) {
+    set.Order(order);
+    Load();
+    EXPECT_EQ(tables.RuleCount, 0);
+    EXPECT_TRUE(model.display.imports);
+    model.display.imports = false;
+  }
   set.Remove(kTestMailKey, "Order");
   model.dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp, kBoxOk, "Morvelle");
   Load();

@@ -131,6 +131,10 @@ TEST_F(RuleCommands, TheFirstRuleOfAll) {
   rules.Order("").Remove(kTestMailKey, "Version");
   Start();
   AddRule("Neuve");
+  Click("cmdCancelRule(0)");
+  EXPECT_EQ(Which({"mnuDelete", "mnuChange", "mnuExpAllRules", "mnuImpOneRule", "mnuAdd"}),
+            "mnuImpOneRule mnuAdd");
+  AddRule("Neuve");
   EXPECT_THAT(form->lstRules.Items(), ElementsAre("* 000 Neuve"));
   dialogs.Expect(kSaveBoth, Button::Yes);
   Choose("mnuRegOrder");
@@ -411,20 +415,26 @@ TEST_F(RuleCommands, EveryCommandAsksBeforeAnythingIsCleared) {
     EXPECT_TRUE(Can("mnuRegOrder"));
     form->cmdCancelOrder.Click();
 
-    Open(0);
-    Add(kSender, u"gamma");
-    dialogs.Expect(kLoseContent, Button::No);
-    command();
-    EXPECT_EQ(Words(kSender).size(), 3U);
-    EXPECT_TRUE(Can("cmdRecord(0)"));
-    dialogs.Expect(kLoseContent, Button::Yes);
-    if (name == "mnuAdd"s) dialogs.ExpectText(kNewName, std::nullopt);
-    if (name == "mnuDel"s) dialogs.Expect(kDelete, Button::No);
-    if (name == "mnuRen"s) dialogs.ExpectText(kOtherName, std::nullopt);
-    command();
-    EXPECT_EQ(Which({"txtBox(0)", "lstAct", "chkFilter(0)", "cmdRecord(0)", "mnuOptions"}), "")
-        << "the rule is closed";
-    if (Can("cmdCancelOrder")) form->cmdCancelOrder.Click();
+    for (const bool edited : {true, false}) {
+      Open(0);
+      if (edited) {
+        Add(kSender, u"gamma");
+        dialogs.Expect(kLoseContent, Button::No);
+        command();
+        EXPECT_EQ(Words(kSender).size(), 3U);
+        EXPECT_TRUE(Can("cmdRecord(0)"));
+        dialogs.Expect(kLoseContent, Button::Yes);
+      }
+      if (name == "mnuAdd"s) dialogs.ExpectText(kNewName, std::nullopt);
+      if (name == "mnuDel"s) dialogs.Expect(kDelete, Button::No);
+      if (name == "mnuRen"s) dialogs.ExpectText(kOtherName, std::nullopt);
+      command();
+      EXPECT_EQ(
+          Which({"txtBox(0)", "lstAct", "chkFilter(0)", "cmdRecord(0)", "mnuOptions", "mnuChange"}),
+          "mnuChange")
+          << "the rule is closed";
+      if (Can("cmdCancelOrder")) form->cmdCancelOrder.Click();
+    }
   }
 }
 

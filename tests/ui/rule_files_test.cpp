@@ -279,7 +279,7 @@ TEST_F(RuleFilesTest, ChangesAreAskedAboutBeforeAnythingLeavesOrComes) {
   EXPECT_EQ(Words(kSender).back(), "gamma");
   EXPECT_TRUE(printer.titles.empty());
   // Once they are given up, the rule is closed, whatever becomes of the import.
-  dialogs.Expect(question, Button::Yes);
+  dialogs.Expect(kLoseContent, Button::Yes);
   fileDialogs.Choose(std::nullopt);
   dialogs.Expect(kCannotImport);
   Choose("mnuImpOneRule");

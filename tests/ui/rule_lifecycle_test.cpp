@@ -145,6 +145,10 @@ TEST_F(Lifecycle, AnUnchangedOrderIsToldAndWrittenAllTheSame) {
   dialogs.Expect("L'ordre n'a pas été modifié"_cp, kBoxOk, kAppTitle);
   Choose("mnuRegOrder");
   EXPECT_THAT(Stored(), testing::StartsWith("Order = \"000 001\"\n"));
+  const int commits = store.commits;
+  dialogs.Expect("Le contenu de la règle n'a pas été modifié"_cp, kBoxOk, kAppTitle);
+  form->Menu("mnuRegContent").onClick();
+  EXPECT_EQ(store.commits, commits);
 }
 
 TEST_F(Lifecycle, ContentAndOrderAreSavedTogetherOrNotAtAll) {

@@ -104,6 +104,48 @@ TEST_F(RuleOrder, ArrangingGroupsTheRulesByTheirActions) {
   EXPECT_THAT(SelectedActions(), ElementsAre(0, 3));
 }
 
+TEST_F(RuleOrder, CancellingAnArrangementBringsTheFormerOrderBack) {
+  StartWith({{6}, {12}});
+  // From then on the store has seen both rules change at once.
+  store.BeginBatch();
+  rules.Rule("000", "Autre");
+  store.AbandonBatch();
+  form->LoadRules();
+  Choose("mnuArrange");
+  Click("cmdCancelOrder");
+  EXPECT_EQ(Shown(), "*AB");
+  EXPECT_EQ(form->RuleMenu("mnuDel").CaptionOf(0), "*\t000 A");
+  EXPECT_FALSE(Can("mnuRegOrder"));
+  EXPECT_TRUE(form->NoChange());
+  ExpectOrder("000 001");
+}
+
+TEST_F(RuleOrder, AnEntryIsTheRuleItShowsWhateverMovedTheRows) {
+  StartWith({{6}, {12}});
+  for (auto* menu : form->RuleMenus()) {
+    SCOPED_TRACE(menu->Name());
+    rules.Order("000 001");
+    form->LoadRules();
+    Choose("mnuArrange");
+    rules.Order("001 000");
+    dialogs.Expect(kLoseOrder, Button::Yes);
+    if (menu->Name() == "mnuDel") {
+      dialogs.Expect("Êtes-vous sûr de vouloir détruire la règle A ?"_cp, Button::No);
+    } else if (menu->Name() == "mnuRen") {
+      dialogs.ExpectText("Nom actuel de la règle : A\r\rNouveau nom ?"_cp, std::nullopt);
+    } else if (menu->Name() == "mnuWhatRuleToFile") {
+      fileDialogs.Choose(std::nullopt);
+    }
+    menu->Choose(0);
+    if (menu->Name() == "mnuMod" || menu->Name() == "mnuMerge") {
+      EXPECT_EQ(form->statBar.Panel(9), "A");
+      Click("cmdCancelRule(0)");
+    }
+  }
+  EXPECT_EQ(fileDialogs.asked.back().proposal, "A.roe");
+  EXPECT_EQ(printer.titles.back(), "A");
+}
+
 TEST_F(RuleOrder, ARuleThatAnArrangementPushesOutIsNotLost) {
   StartWith({{9, 6}, {}});
   Choose("mnuArrange");
@@ -130,6 +172,7 @@ TEST_F(RuleOrder, AnOrderThatIsNotStoredStaysOnTheScreen) {
   dialogs.Expect(kNotStored);
   Choose("mnuRegOrder");
   EXPECT_EQ(Shown(), "B*A*C");
+  EXPECT_EQ(state.tables.Mail.Order, "000 001 002");
   EXPECT_TRUE(Can("mnuRegOrder"));
   Choose("mnuRegOrder");
   ExpectOrder("001 000 002");

@@ -136,6 +136,7 @@ TEST_F(WordListTest, AbandoningDropsTheEditAndFreesTheWindow) {
   EXPECT_EQ(Count(kSender) + Typed(kSender) + form->txtCop[0].Text() + form->statBar.Panel(9), "");
   EXPECT_EQ(Stored(), before);
   EXPECT_TRUE(form->NoChange()) << "nothing is left to ask about";
+  EXPECT_FALSE(state.editing.bWordReady);
   Open(1);
   Show(kSender);
   Press(kSender, kKeyReturn);
@@ -153,10 +154,11 @@ TEST_F(WordListTest, RulesThatAnotherProgramTookAwayCloseTheEditor) {
   EXPECT_EQ(Which(editor), "");
   EXPECT_THAT(form->lstRules.Items(), ElementsAre("  001 Famille"));
   EXPECT_EQ(form->RuleMenu("mnuRen").Count(), 1) << "the menus shrink with the list";
-  rules.Rule("001", "Famille").Criteria(kTwelve + " 00C");
-  dialogs.Expect(DamagedRule("001 - Famille"));
+  rules.Rule("001", "Carnet d'adresses").Criteria(kTwelve + " 00C");
+  dialogs.Expect(DamagedRule("001 - Carnet d'adresses"));
   Open(0);
   EXPECT_EQ(Which(editor), "") << "it has grown beyond the tables";
+  EXPECT_TRUE(Can("mnuChangeBook")) << "and become the address book's";
   StartWithTwoRules();
   rules.Order("");
   Open(0);
