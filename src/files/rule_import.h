@@ -36,6 +36,8 @@ class RuleImport {
   void AddRows(RuleFile& file);
   void WriteRows(int first);
   [[nodiscard]] RegistryStatus WriteRow(int row, std::string& refusal);
+  /// Spares the load that follows the reading of rows that say just what was stored.
+  void MarkAsRead(int first);
 
   RegistryAccess& registry_;
   const std::string& mailKey_;
