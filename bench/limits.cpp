@@ -56,8 +56,8 @@ void Expect(bool holds, const char* what) {
 /// The window on one rule set. A round leaves it with as many rules as before.
 class Round {
  public:
-  Round(std::filesystem::path folder, Size size, std::vector<Figure>& figures)
-      : folder_(std::move(folder)), size_(size), figures_(figures) {}
+  Round(std::filesystem::path folder, Size size, int number, std::vector<Figure>& figures)
+      : folder_(std::move(folder)), size_(size), number_(number), figures_(figures) {}
 
   void Run() {
     WriteRuleSet(folder_ / "une.reg", 1, size_.words);
@@ -90,7 +90,11 @@ class Round {
     Desktop().agrees = true;
     Desktop().hasPaper = true;
     Desktop().addresses = LimitWords(size_.words);
+    Desktop().addresses.back() = NewWord();
   }
+
+  /// A word that no list holds yet, so that each save has something to write.
+  [[nodiscard]] std::string NewWord() const { return "mot " + std::to_string(number_); }
 
   void Time(const char* what, const std::function<void()>& command) {
     const auto start = Clock::now();
@@ -105,7 +109,7 @@ class Round {
   }
 
   void Save(const char* what) {
-    Time(what, [&] { Form().cmdRecord[0].Click(); });
+    Time(what, [&] { Form().Menu("mnuRegContent").Choose(); });
     Expect(!IsEdited(), "not saved");
   }
 
@@ -116,15 +120,14 @@ class Round {
     auto& list = Form().lstBox[kSubject];
     Expect(list.Count() == size_.words, "the long list is not there");
     list.ClickItem(size_.words / 2);
-    const auto word = list.Item(size_.words / 2);
     Time("deleting a word", [&] { Form().cmdDel[kSubject].Click(); });
-    Form().txtBox[kSubject].Type(ToUtf16(word));
+    Form().txtBox[kSubject].Type(ToUtf16(NewWord()));
     Time("adding a word", [&] { Form().cmdAdd[kSubject].Click(); });
-    Expect(IsEdited() && list.Count() == size_.words, "the word is not there again");
+    Expect(IsEdited() && list.Count() == size_.words, "the new word is not there");
     Time("restoring the rule", [&] { Form().cmdRestore[kSubject].Click(); });
     list.ClickItem(size_.words / 2);
     Form().cmdDel[kSubject].Click();
-    Form().txtBox[kSubject].Type(ToUtf16(word));
+    Form().txtBox[kSubject].Type(ToUtf16(NewWord()));
     Form().cmdAdd[kSubject].Click();
     Save("saving the rule");
   }
@@ -166,7 +169,10 @@ class Round {
   void AddedWords() {
     const auto given = [&](const char* what, std::size_t slot) {
       Expect(IsEdited() && Form().lstBox[slot].Count() == size_.words, what);
-      Time("giving up the rule", [&] { Form().cmdCancelRule[0].Click(); });
+      // The button of the list that is shown.
+      Time("giving up the rule", [&] {
+        for (auto& button : Form().cmdCancelRule) button.Click();
+      });
     };
     Form().RuleMenu("mnuMod").Choose(kShortRow);
     Desktop().chosenFile = Prefilter();
@@ -197,6 +203,7 @@ class Round {
 
   std::filesystem::path folder_;
   Size size_;
+  int number_;
   std::vector<Figure>& figures_;
   LoadedRules* loaded_ = nullptr;
 };
@@ -221,7 +228,9 @@ void InChild(const std::function<void()>& work) {
 
 void Measure(const std::filesystem::path& folder, Size size) {
   std::vector<Figure> figures;
-  for (int round = 0; round < kRounds; ++round) Round(folder, size, figures).Run();
+  for (int round = 0; round < kRounds; ++round) {
+    Round(folder, size, round, figures).Run();
+  }
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
   figures.push_back({"most memory (MB)", static_cast<double>(usage.ru_maxrss) * 1024 / 1e6});

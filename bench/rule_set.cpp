@@ -13,8 +13,10 @@ namespace {
 
 constexpr int kWords = 8;
 constexpr std::array<int, kCriteria> kTypes = {12, 8, 9, 22};
-/// Action types without an argument.
-constexpr std::array<int, 3> kActionTypes = {8, 9, 12};
+/// Of a rule with one action: "delete from the server". Of one with many: types without an argument
+/// that an arrangement of the rules puts into one group.
+constexpr int kDelete = 8;
+constexpr std::array<int, 3> kOtherActions = {7, 11, 13};
 constexpr int kMost = 12;
 constexpr int kFullEvery = 16;
 constexpr std::string_view kRefusedInNames = "\\/:*?\"<>|";
@@ -107,8 +109,8 @@ class Writer {
     text_ += Order(actions);
     for (int i = 0; i < actions; ++i) {
       Key(id + "\\Actions\\" + Id(i));
-      text_ += Dword("Type", kActionTypes[static_cast<std::size_t>(i) % kActionTypes.size()]) +
-               Dword("Flags", 0);
+      const auto other = kOtherActions[static_cast<std::size_t>(i) % kOtherActions.size()];
+      text_ += Dword("Type", IsFull(rule) ? other : kDelete) + Dword("Flags", 0);
     }
     const int criteria = CriteriaOf(rule);
     const bool isLong = longList_ > 0 && rule == kLongListRow;

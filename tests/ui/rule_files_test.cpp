@@ -172,7 +172,6 @@ TEST_F(RuleFilesTest, TheTablesSayWhatIsStoredOnceItIsImported) {
   text = Replaced(text, "Flags d'action\r\n0\r\n", "Flags d'action\r\n00\r\n");
   text = Replaced(text, "\r\n65\r\n", "\r\n66\r\n");
   StartEmpty();
-  store.tellsChanges = true;
   Import("mnuImpAllRules", text);
   const auto imported = Rows(state.tables);
   form.reset();
