@@ -11,6 +11,8 @@ namespace {
 
 constexpr std::array<std::string_view, 5> kCriterionValues = {"Type", "Flags", "Logic", "Value",
                                                               "ValueType"};
+/// Steps of a rule of four word lists and one action.
+constexpr std::size_t kUsualSteps = 48;
 
 /// Whether a path leads to a key or below it. Paths of one plan are spelt alike.
 bool IsBelow(std::string_view path, std::string_view key) {
@@ -21,6 +23,7 @@ bool IsBelow(std::string_view path, std::string_view key) {
 }  // namespace
 
 WritePlan::Step& WritePlan::Add(Verb verb, const std::string& path, std::string_view name) {
+  if (steps_.empty()) steps_.reserve(kUsualSteps);
   if (paths_.empty() || paths_.back() != path) paths_.push_back(path);
   return steps_.emplace_back(Step{verb, paths_.size() - 1, std::string(name), {}, {}, {}});
 }
