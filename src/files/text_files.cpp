@@ -50,9 +50,10 @@ std::optional<std::string> ReadWholeFile(const path& file) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
   const auto size = std::filesystem::file_size(file, error);
-  if (error) return std::nullopt;
+  std::string bytes;
+  if (error || size > bytes.max_size()) return std::nullopt;
   std::ifstream in(file, std::ios::binary);
-  std::string bytes(size, '\0');
+  bytes.resize(static_cast<std::size_t>(size));
   in.read(bytes.data(), static_cast<std::streamsize>(size));
   if (!in) return std::nullopt;
   return bytes;

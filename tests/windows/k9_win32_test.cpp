@@ -4,6 +4,7 @@
 #include "platform/environment_win32.h"
 #include "platform/system_processes.h"
 #include "tests/wab/book_machine.h"
+#include "tests/windows/started_process.h"
 #include "wab/k9_whitelist.h"
 #include "wab/processes.h"
 
@@ -24,6 +25,7 @@ TEST_F(BookMachine, K9IsStoppedUpdatedAndStartedAgain) {
   ASSERT_TRUE(processes->StartProcess(program));
   const auto before = FindProcess(*processes, "k9-f.EXE");
   ASSERT_NE(before, 0U);
+  ASSERT_TRUE(HasItsPath(*processes, before));
   Book({"a@b.fr"});
   dialogs.Expect(kDone, kBoxInformation, kAppTitle);
   K9Whitelist(registry, environment, *processes, reader).UpDateWhiteListK9(file);

@@ -4,6 +4,7 @@
 #include "platform/environment_win32.h"
 #include "platform/system_processes.h"
 #include "tests/support/temp_folder.h"
+#include "tests/windows/started_process.h"
 
 namespace morvelle {
 
@@ -32,6 +33,7 @@ TEST(WindowsProcesses, AProgramIsFoundEndedAndStartedAgain) {
     ASSERT_TRUE(processes->StartProcess(file));
     const auto process = Find(*processes);
     ASSERT_NE(process, 0U);
+    ASSERT_TRUE(HasItsPath(*processes, process));
     EXPECT_TRUE(std::filesystem::equivalent(processes->ProcessPath(process), file));
     EXPECT_TRUE(processes->KillProcess(process));
     EXPECT_EQ(Find(*processes), 0U);
