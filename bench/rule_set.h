@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace morvelle::bench {
 
@@ -14,9 +15,21 @@ inline constexpr std::string_view kMailKey =
 inline constexpr int kCriteria = 4;
 inline constexpr int kKeysPerRule = 4 + kCriteria;
 
+/// What stands in the first rows of the rule set of the limits.
+inline constexpr int kBookRow = 1;      ///< "Carnet d'adresses".
+inline constexpr int kLongListRow = 2;  ///< One long list, of subjects.
+inline constexpr int kShortRow = 3;     ///< One list of eight senders; its other lists are empty.
+
 /// A registry export of that many rules (at most 4096), version 5, UTF-16LE: each with one action
 /// and four word lists of eight words of 4 to 12 letters. The same at each call.
-std::string RuleSet(int rules);
-void WriteRuleSet(const std::filesystem::path& file, int rules);
+///
+/// With a `longList` (at most 32,767 words) it is the rule set of the limits: the rows above hold
+/// what they say, every sixteenth rule has twelve criteria and twelve actions, and the names hold
+/// every character that a name may have.
+std::string RuleSet(int rules, int longList = 0);
+void WriteRuleSet(const std::filesystem::path& file, int rules, int longList = 0);
+
+/// Words of 5 to 12 letters in Windows-1252, each another one.
+std::vector<std::string> LimitWords(int count);
 
 }  // namespace morvelle::bench

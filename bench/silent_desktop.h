@@ -1,7 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "ports/address_book.h"
 #include "ports/dialogs.h"
@@ -15,8 +19,8 @@
 namespace morvelle::bench {
 
 /// A desktop on which nothing is asked, until `agrees` says yes to everything: any other box but
-/// the missing folder store's is a failure of the benchmark, and so is paper. A file dialog gives
-/// the file set before it.
+/// the missing folder store's is a failure of the benchmark, and so is paper without `hasPaper`. A
+/// file dialog gives the file set before it.
 class SilentDesktop final : public Dialogs,
                             public Environment,
                             public FileDialogs,
@@ -32,8 +36,8 @@ class SilentDesktop final : public Dialogs,
   /// Answer of every input box.
   std::string typed;
 
-  Button ShowMessage(const std::string& prompt, int /*style*/, const std::string& title) override {
-    if (agrees) return Button::Yes;
+  Button ShowMessage(const std::string& prompt, int style, const std::string& title) override {
+    if (agrees) return (style & kBoxYesNo) != 0 ? Button::Yes : Button::Ok;
     if (title != "Folders") throw std::runtime_error(title + ": " + prompt);
     return Button::Ok;
   }
@@ -65,19 +69,28 @@ class SilentDesktop final : public Dialogs,
   std::optional<std::filesystem::path> AskFileToSave(const FileQuestion& /*question*/) override {
     return chosenFile;
   }
+  bool hasPaper = false;
   PrintOutcome Print(const std::string& title, const std::vector<std::string>& /*lines*/) override {
+    if (hasPaper) return PrintOutcome::Printed;
     throw std::runtime_error(title);
   }
   void Begin(const std::string& /*what*/, int /*steps*/) override {}
   void Done(int /*steps*/) override {}
   void End() override {}
-  // A book of one address, no other program, nothing to open.
+  /// Addresses of the book.
+  std::vector<std::string> addresses = {"a"};
+  // No other program, nothing to open.
   bool Open(const std::filesystem::path& /*file*/, BookHandle& /*book*/) override { return true; }
-  std::int32_t NumEntries(BookHandle& /*book*/) override { return 1; }
-  void GetEntries(BookHandle& /*book*/, std::span<EntryId> ids) override { ids[0] = 0; }
-  bool GetString(BookHandle& /*book*/, EntryId /*entry*/, std::uint32_t /*property*/,
+  std::int32_t NumEntries(BookHandle& /*book*/) override {
+    return static_cast<std::int32_t>(addresses.size());
+  }
+  void GetEntries(BookHandle& /*book*/, std::span<EntryId> ids) override {
+    for (std::size_t i = 0; i < ids.size(); ++i) ids[i] = static_cast<EntryId>(i);
+  }
+  bool GetString(BookHandle& /*book*/, EntryId entry, std::uint32_t /*property*/,
                  std::span<char> buffer) override {
-    buffer[0] = 'a';
+    const auto& address = addresses[static_cast<std::size_t>(entry)];
+    std::copy_n(address.begin(), std::min(address.size(), buffer.size()), buffer.begin());
     return true;
   }
   void FreeEntries(BookHandle& /*book*/, std::span<EntryId> /*ids*/) override {}

@@ -63,12 +63,9 @@ void PlanArgument(WritePlan& plan, const std::string& key, Argument argument,
 
 }  // namespace
 
-bool RuleWriter::KeyExists(const std::string& path) {
-  return OpenedKey(registry_, path, false).IsOpen();
-}
-
-bool RuleWriter::IsStoredCriterion(const RuleRecord& rule, const std::string& id) {
-  return CanName(id) && KeyExists(mailKey_ + rule.Id + "\\Criteria\\" + id);
+bool RuleWriter::IsStoredCriterion(WritePlan& plan, const RuleRecord& rule,
+                                   const std::string& id) const {
+  return CanName(id) && plan.KeyExists(mailKey_ + rule.Id + "\\Criteria\\" + id);
 }
 
 PlannedRule RuleWriter::PlanRule(int row, SaveFlags flags) {
@@ -86,7 +83,7 @@ PlannedRule RuleWriter::PlanRule(int row, SaveFlags flags) {
   });
 }
 
-RegistryStatus RuleWriter::Apply(const PlannedRule& planned) { return planned.plan.Apply(); }
+RegistryStatus RuleWriter::Apply(PlannedRule& planned) { return planned.plan.Apply(); }
 
 void RuleWriter::RuleToBdR(PlannedRule& planned, SaveFlags flags) {
   const auto& rule = tables_.RuleAt(planned.row);
@@ -100,7 +97,7 @@ void RuleWriter::RuleToBdR(PlannedRule& planned, SaveFlags flags) {
 }
 
 void RuleWriter::PlanVersion(WritePlan& plan) {
-  if (KeyExists(mailKey_) && !plan.LacksValue(mailKey_, "Version")) return;
+  if (plan.KeyExists(mailKey_) && !plan.LacksValue(mailKey_, "Version")) return;
   plan.SetNumber(mailKey_, "Version", std::to_string(kRuleStoreVersion));
 }
 
@@ -162,18 +159,22 @@ std::vector<std::string> RuleWriter::StoredCriteria(int row) const {
   return ids;
 }
 
-std::vector<RuleWriter::NewCriterion> RuleWriter::KeptCriteria(int row, bool slotsToo) {
+std::vector<RuleWriter::NewCriterion> RuleWriter::KeptCriteria(WritePlan& plan, int row,
+                                                               bool slotsToo) {
   const auto& rule = tables_.RuleAt(row);
   const auto& owners = tables_.FirstCriteria[Index(row)];
   std::vector<NewCriterion> kept;
-  std::unordered_set<std::string> seen;
+  const auto* first = rule.CriteriaParam.data();
   for (int j = 0; j < tables_.Criteria[Index(row)]; ++j) {
     const auto& criterion = rule.CriteriaParam[Index(j)];
     // An order that names a criterion twice has it once.
-    if (!seen.insert(KeyName(criterion.Id)).second) continue;
+    const auto isSame = [&](const auto& other) {
+      return EqualIgnoringCase(other.Id, criterion.Id);
+    };
+    if (std::any_of(first, first + j, isSame)) continue;
     const int slot = tables_.SlotOfType(criterion.Type);
     if (!slotsToo && slot >= 0 && owners[Index(slot)].Id == criterion.Id) continue;
-    const bool stored = IsStoredCriterion(rule, criterion.Id);
+    const bool stored = IsStoredCriterion(plan, rule, criterion.Id);
     if (!stored && criterion.Type.empty()) continue;
     kept.push_back({criterion, stored ? criterion.Id : std::string{}, false});
   }
@@ -192,13 +193,14 @@ CriterionRecord RuleWriter::SlotCriterion(int row, int slot) {
   return criterion;
 }
 
-std::vector<RuleWriter::NewCriterion> RuleWriter::DecodeCriteria(int row) {
+std::vector<RuleWriter::NewCriterion> RuleWriter::DecodeCriteria(WritePlan& plan, int row) {
   return Trap(registry_.Boxes().Boxes(), "DecodeCriteria", [&] {
-    auto criteria = KeptCriteria(row, false);
+    auto criteria = KeptCriteria(plan, row, false);
     for (int slot = 0; slot < kSlotCount; ++slot) {
       if (display_.ListedWords(slot).empty()) continue;
       auto record = SlotCriterion(row, slot);
-      auto storedId = IsStoredCriterion(tables_.RuleAt(row), record.Id) ? record.Id : std::string{};
+      auto storedId =
+          IsStoredCriterion(plan, tables_.RuleAt(row), record.Id) ? record.Id : std::string{};
       criteria.push_back({std::move(record), std::move(storedId), true});
     }
     SetLogics(criteria, row);
@@ -223,7 +225,8 @@ void RuleWriter::SetLogics(std::vector<NewCriterion>& criteria, int row) const {
 void RuleWriter::CriteriaToBdR(PlannedRule& planned, bool contentEdit) {
   Trap(registry_.Boxes().Boxes(), "CriteriaToBdR", [&] {
     const int row = planned.row;
-    auto criteria = contentEdit ? DecodeCriteria(row) : KeptCriteria(row, true);
+    auto criteria =
+        contentEdit ? DecodeCriteria(planned.plan, row) : KeptCriteria(planned.plan, row, true);
     if (criteria.size() > kMaxEntries) {
       planned.refusal = kTooManyEntries;
       return;
@@ -245,6 +248,8 @@ void RuleWriter::CriteriaToBdR(PlannedRule& planned, bool contentEdit) {
 
 void RuleWriter::PlanCriteriaKeys(WritePlan& plan, int row, const std::string& criteriaKey,
                                   const std::vector<NewCriterion>& criteria) {
+  // A rule that is not stored yet has nothing to be moved or emptied.
+  if (!plan.KeyExists(criteriaKey)) return;
   std::unordered_set<std::string> sources;
   std::vector<KeyRename> renames;
   auto emptied = StoredCriteria(row);
@@ -323,8 +328,8 @@ RegistryStatus RuleWriter::NameToBdR(int row, const std::string& name) {
   return Trap(registry_.Boxes().Boxes(), "NameToBdR", [&] {
     const auto key = mailKey_ + tables_.RuleAt(row).Id;
     // A name alone makes no rule: the key of one that is gone is not made again.
-    if (!KeyExists(key)) return kStatusNotFound;
     WritePlan plan(registry_);
+    if (!plan.KeyExists(key)) return kStatusNotFound;
     PlanVersion(plan);
     plan.SetValue(key, "Name", ValueKind::String, name);
     return plan.Apply();

@@ -61,7 +61,7 @@ class RuleWriter {
         deletedItems_(deletedItems) {}
 
   [[nodiscard]] PlannedRule PlanRule(int row, SaveFlags flags);
-  [[nodiscard]] static RegistryStatus Apply(const PlannedRule& planned);
+  [[nodiscard]] static RegistryStatus Apply(PlannedRule& planned);
   void Settle(const PlannedRule& planned);
 
   /// Writes Mail.Order. The order is pending no more once the command's batch is stored: that is
@@ -87,8 +87,8 @@ class RuleWriter {
   void ActionsToBdR(PlannedRule& planned, bool closingAction);
   void ActionsParamToBdR(WritePlan& plan, const std::string& key, const ActionRecord& action);
   void CriteriaToBdR(PlannedRule& planned, bool contentEdit);
-  [[nodiscard]] std::vector<NewCriterion> DecodeCriteria(int row);
-  [[nodiscard]] std::vector<NewCriterion> KeptCriteria(int row, bool slotsToo);
+  [[nodiscard]] std::vector<NewCriterion> DecodeCriteria(WritePlan& plan, int row);
+  [[nodiscard]] std::vector<NewCriterion> KeptCriteria(WritePlan& plan, int row, bool slotsToo);
   [[nodiscard]] CriterionRecord SlotCriterion(int row, int slot);
   void SetLogics(std::vector<NewCriterion>& criteria, int row) const;
   void CriteriaParamToBdR(WritePlan& plan, const std::string& criteriaKey,
@@ -96,8 +96,8 @@ class RuleWriter {
   void PlanCriteriaKeys(WritePlan& plan, int row, const std::string& criteriaKey,
                         const std::vector<NewCriterion>& criteria);
   void PlanVersion(WritePlan& plan);
-  [[nodiscard]] bool KeyExists(const std::string& path);
-  [[nodiscard]] bool IsStoredCriterion(const RuleRecord& rule, const std::string& id);
+  [[nodiscard]] bool IsStoredCriterion(WritePlan& plan, const RuleRecord& rule,
+                                       const std::string& id) const;
   [[nodiscard]] std::vector<std::string> StoredCriteria(int row) const;
 
   RegistryAccess& registry_;

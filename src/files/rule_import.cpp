@@ -8,6 +8,7 @@
 #include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "core/command_batch.h"
+#include "core/entry_types.h"
 #include "core/new_rule.h"
 #include "files/text_files.h"
 
@@ -19,6 +20,42 @@ std::size_t Index(int row) { return static_cast<std::size_t>(row); }
 
 /// The id after this one; 000 after the last.
 std::string IdAfter(const std::string& id) { return ThreeDigitId(std::stoi(id, nullptr, 16) + 1); }
+
+/// Whether a number's text comes back from the store as it is.
+bool IsPlainNumber(const std::string& text) {
+  const bool isShort = !text.empty() && text.size() <= 9;
+  const bool isPlain = isShort && (text.front() != '0' || text.size() == 1);
+  return isPlain && text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+/// Whether an argument, just written to an empty key, is read as it stands in its record.
+bool ReadsBack(Argument argument, const std::string& value, const std::string& valueType) {
+  if (!CarriesValue(argument)) return value.empty() && valueType.empty();
+  if (value.empty() || valueType != ValueTypeOf(argument)) return false;
+  return argument != Argument::Number || IsPlainNumber(value);
+}
+
+bool ReadsBack(const ActionRecord& action) {
+  return IsPlainNumber(action.Type) && IsPlainNumber(action.Flags) &&
+         ReadsBack(ArgumentOfAction(action.Type), action.Value, action.ValueType);
+}
+
+bool ReadsBack(const CriterionRecord& criterion) {
+  return IsPlainNumber(criterion.Type) && IsPlainNumber(criterion.Flags) &&
+         IsPlainNumber(criterion.Logic) &&
+         ReadsBack(ArgumentOfCriterion(criterion.Type), criterion.Value, criterion.ValueType);
+}
+
+/// Whether all of the first `count` entries are read back, under the ids of their order.
+template <typename Records>
+bool AllReadBack(const Records& records, std::size_t count, const std::string& order) {
+  const auto ids = IdsOfOrder(order);
+  if (ids.size() != count) return false;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (records[i].Id != ids[i] || !ReadsBack(records[i])) return false;
+  }
+  return true;
+}
 
 }  // namespace
 
@@ -119,14 +156,29 @@ void RuleImport::WriteRows(int first) {
     ProgressOf work(progress_, std::string("Importation des règles ..."_cp),
                     static_cast<int>(rules.size()));
     int done = 0;
-    for (const auto& rule : rules) {
+    for (auto& rule : rules) {
       status = RuleWriter::Apply(rule);
       if (status != kStatusSuccess) break;
+      writer_.Settle(rule);
       work.Done(++done);
     }
   }
   if (status == kStatusSuccess) status = writer_.MailTopToBdR();
-  batch.Commit(status);
+  if (batch.Commit(status)) MarkAsRead(first);
+}
+
+void RuleImport::MarkAsRead(int first) {
+  for (int row = first; row < tables_.RuleCount; ++row) {
+    auto& rule = tables_.RuleAt(row);
+    const auto criteria = tables_.Criteria[Index(row)];
+    if (!IsPlainNumber(rule.Enabled) || !IsPlainNumber(rule.Version) || criteria == 0 ||
+        !AllReadBack(rule.ActionsParam, tables_.Actions[Index(row)], rule.ActionsOrder) ||
+        !AllReadBack(rule.CriteriaParam, criteria, rule.CriteriaOrder)) {
+      continue;
+    }
+    rule.blank = false;
+    rule.readMark = registry_.Store().ChangeMark(mailKey_ + rule.Id).value_or(0);
+  }
 }
 
 }  // namespace morvelle

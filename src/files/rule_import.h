@@ -35,6 +35,8 @@ class RuleImport {
   [[nodiscard]] bool NumberRules(RuleFile& file) const;
   void AddRows(RuleFile& file);
   void WriteRows(int first);
+  /// Spares the load that follows the reading of rows that say just what was stored.
+  void MarkAsRead(int first);
 
   RegistryAccess& registry_;
   const std::string& mailKey_;

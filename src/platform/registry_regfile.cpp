@@ -30,7 +30,8 @@ class RegFileStore final : public TreeStore {
     for (const auto& path : wholeKeys_) {
       if (RegistryKey* key = KeyAt(path)) key->replaced = true;
     }
-    RegFileBytes bytes(FormatRegText(Tree(), format_, size_, std::move(buffer_)), format_);
+    RegFileBytes bytes(FormatRegText(Tree(), format_, size_ + Tree().Growth(), std::move(buffer_)),
+                       format_);
     const auto outcome = file_->Holds(bytes.View())
                              ? CommitOutcome::Done
                              : file_->Replace(bytes.View(), overwriteChanged, error);

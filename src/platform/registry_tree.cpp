@@ -10,6 +10,10 @@ namespace morvelle {
 
 namespace {
 
+/// What a line of a key, and of a value beside its data, takes of a file, in characters: a guess.
+constexpr std::size_t kKeyLine = 160;
+constexpr std::size_t kValueLine = 24;
+
 std::u16string Folded(std::u16string_view text) {
   std::u16string folded(text);
   std::transform(folded.begin(), folded.end(), folded.begin(), UpperCase);
@@ -104,6 +108,10 @@ RegistryKey& RegistryTree::AddSubkey(RegistryKey& parent, std::u16string_view na
   RegistryKey& key = *made;
   key.parent = &parent;
   key.name = names_.Intern(name);
+  if (recording_) {
+    key.bornIn = batch_;
+    growth_ += kKeyLine;
+  }
   parent.subkeys.insert(SubkeyPlace(parent, key.name->folded->text), std::move(made));
   Mark(key);
   Record([this, &key] {
@@ -193,12 +201,14 @@ void RegistryTree::SetValue(RegistryKey& key, std::u16string_view name, std::uin
   if (!key.Listed()) ListBeforeSubkeys(key);
   const std::size_t at = Position(key, interned->folded->text);
   if (at == key.entries.size()) {
+    growth_ += kValueLine + 3 * data.size();
     key.entries.push_back({interned, kind, RegistryEntry::Role::Value, std::move(data)});
-    Record([&key] { key.entries.pop_back(); });
+    if (IsUndone(key)) Record([&key] { key.entries.pop_back(); });
     return;
   }
   RegistryEntry& entry = key.entries[at];
-  Record([&key, at, before = entry] { key.entries[at] = before; });
+  growth_ += 3 * data.size();
+  if (IsUndone(key)) Record([&key, at, before = entry] { key.entries[at] = before; });
   entry.kind = kind;
   entry.role = RegistryEntry::Role::Value;
   entry.data = std::move(data);
@@ -207,7 +217,9 @@ void RegistryTree::SetValue(RegistryKey& key, std::u16string_view name, std::uin
 void RegistryTree::DeleteValue(RegistryKey& key, const RegistryEntry& value) {
   Mark(key);
   const auto at = &value - key.entries.data();
-  Record([&key, at, before = value] { key.entries.insert(key.entries.begin() + at, before); });
+  if (IsUndone(key)) {
+    Record([&key, at, before = value] { key.entries.insert(key.entries.begin() + at, before); });
+  }
   key.entries.erase(key.entries.begin() + at);
 }
 

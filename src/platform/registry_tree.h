@@ -112,8 +112,9 @@ struct RegistryKey : FilePlace {
   std::vector<RegistryEntry> entries;
   std::vector<std::unique_ptr<RegistryKey>> subkeys;  ///< By folded name.
   std::uint64_t mark = 0;                             ///< Of the last change here or below.
-  bool replaced = false;  ///< The file deletes the key before its first line.
-  bool gone = false;      ///< Deleted, and kept only until the batch ends.
+  std::uint64_t bornIn = 0;  ///< Number of the batch that made the key; 0 when none did.
+  bool replaced = false;     ///< The file deletes the key before its first line.
+  bool gone = false;         ///< Deleted, and kept only until the batch ends.
 
   [[nodiscard]] bool Listed() const { return previous != nullptr; }
 };
@@ -173,7 +174,13 @@ class RegistryTree {
   /// front of the key when that is made again.
   void AddDeletion(std::u16string_view path);
 
-  void StartBatch() { recording_ = true; }
+  void StartBatch() {
+    recording_ = true;
+    ++batch_;
+    growth_ = 0;
+  }
+  /// About how many characters of a file this batch added: more than the names and values take.
+  [[nodiscard]] std::size_t Growth() const { return growth_; }
   /// True when something was changed since StartBatch.
   [[nodiscard]] bool Changed() const { return !undo_.empty(); }
   void Undo();
@@ -191,6 +198,11 @@ class RegistryTree {
 
  private:
   void Record(std::function<void()> undo);
+  /// Whether a change inside a key is to be undone by itself: a key that this batch made goes
+  /// whole.
+  [[nodiscard]] bool IsUndone(const RegistryKey& key) const {
+    return recording_ && key.bornIn != batch_;
+  }
   void Mark(RegistryKey& key);
   void Link(FilePlace& place, FilePlace& after);
   void Unlink(FilePlace& place);
@@ -213,6 +225,8 @@ class RegistryTree {
   std::uint64_t generation_ = 0;
   std::uint64_t lastMark_ = 1;
   std::uint64_t undoMark_ = 1;
+  std::uint64_t batch_ = 0;
+  std::size_t growth_ = 0;
   bool recording_ = false;
 };
 

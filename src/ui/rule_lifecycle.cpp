@@ -44,7 +44,7 @@ bool frmMorvelle::WriteOpenRule(bool withOrder) {
   const int row = tables_.RowOfId(editing_.openRuleId);
   if (row < 0) throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
   if (editing_.openRuleIsNew && !SettleNewId(row)) return false;
-  const auto planned = writer_.PlanRule(row, {.contentEdit = true});
+  auto planned = writer_.PlanRule(row, {.contentEdit = true});
   if (!planned.refusal.empty()) {
     messages_.Msg(planned.refusal, kBoxStop);
     return false;

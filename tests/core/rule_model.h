@@ -74,7 +74,7 @@ class RuleModel : public DeletedItemsSource {
   }
   /// Saves a rule as one command; false when it was refused or not stored.
   bool Save(int row = 0, SaveFlags flags = {.contentEdit = true}) {
-    const auto planned = writer.PlanRule(row, flags);
+    auto planned = writer.PlanRule(row, flags);
     refusal = planned.refusal;
     if (!refusal.empty()) return false;
     CommandBatch batch(store, messages);

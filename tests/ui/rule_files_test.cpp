@@ -130,6 +130,51 @@ TEST_F(RuleFilesTest, ARuleSetComesBackAsItWas) {
   EXPECT_THAT(progress.works.back(), "Importation des règles ..."_cp);
 }
 
+/// All that the tables hold of the rules.
+std::vector<std::string> Rows(const RuleTables& tables) {
+  std::vector<std::string> rows;
+  const auto add = [&](const auto&... fields) { (rows.push_back(fields), ...); };
+  const auto addCriterion = [&](const CriterionRecord& criterion) {
+    add(criterion.Id, criterion.Flags, criterion.Logic, criterion.Type, criterion.Value,
+        criterion.ValueType);
+  };
+  for (int row = 0; row < tables.RuleCount; ++row) {
+    const auto& rule = tables.RuleAt(row);
+    const auto at = static_cast<std::size_t>(row);
+    add(rule.Id, rule.Name, rule.Enabled, rule.Version, rule.ActionsOrder, rule.CriteriaOrder,
+        std::to_string(tables.Actions[at]), std::to_string(tables.Criteria[at]));
+    for (const auto& action : rule.ActionsParam) {
+      add(action.Id, action.Flags, action.Type, action.Value, action.ValueType);
+    }
+    for (const auto& criterion : rule.CriteriaParam) addCriterion(criterion);
+    for (const auto& criterion : tables.FirstCriteria[at]) addCriterion(criterion);
+  }
+  return rows;
+}
+
+TEST_F(RuleFilesTest, TheTablesSayWhatIsStoredOnceItIsImported) {
+  rules.Order("000 001 002");
+  rules.Rule("000", "Usuelle", 0).Actions("000 001").Criteria("000 001 002");
+  rules.Action("000", 17).Number(5).Action("001", 2).Text("x@y");
+  rules.Words("000", 12, {"a"}).Words("001", 12, {"b"}).Criterion("002", 19, 0, 2).Text("compte");
+  rules.PlainRule("001", "Nombres", "000 001").Criterion("000", 15, 0, 1).Number(100);
+  rules.Criterion("001", 14, 0, 1);
+  rules.PlainRule("002", "Sans type", "000").Words("000", 8, {"c"});
+  Start();
+  auto text = Replaced(Exported(), "\r\n100\r\n", "\r\n0100\r\n");
+  // What is written otherwise than it stands in the file: a number, the type of a value.
+  text = Replaced(text, "Flags d'action\r\n0\r\n", "Flags d'action\r\n00\r\n");
+  text = Replaced(text, "\r\n65\r\n", "\r\n66\r\n");
+  StartEmpty();
+  Import("mnuImpAllRules", text);
+  const auto imported = Rows(state.tables);
+  form.reset();
+  state = {};
+  Start();
+  EXPECT_EQ(imported, Rows(state.tables));
+  EXPECT_EQ(state.tables.RuleCount, 3);
+}
+
 TEST_F(RuleFilesTest, NewRulesAreNumberedAfterTheGreatestId) {
   rules.Order("000 009 00A");
   for (const char* id : {"000", "009", "00A"}) rules.PlainRule(id, id, "000");
