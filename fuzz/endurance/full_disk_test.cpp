@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 #include <sched.h>
-#include <signal.h>
+
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <functional>
 #include <string>
 

@@ -45,7 +45,7 @@ void frmMorvelle::chkFilter_Click(int i) {
 
 std::filesystem::path frmMorvelle::PrefilterFile(std::size_t i) const {
   if (i == kCustom) return customFilterFile_;
-  const auto own = state_.settings.AppPath / kFixedFiles[i];
+  auto own = state_.settings.AppPath / kFixedFiles[i];
   // The user's own copy comes first; then what lies beside the program, as it is shipped or
   // installed.
   const auto program = ports_.environment.ProgramFile().parent_path();

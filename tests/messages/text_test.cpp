@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <compare>
 #include <vector>
 
 namespace morvelle {
@@ -47,14 +48,14 @@ TEST(Text, LowerCaseKnowsTheLettersOfTheCodePage) {
 }
 
 TEST(Text, BinaryOrderIsThatOfCodeUnits) {
-  const std::vector<std::string_view> ordered = {"",     "Zebra",  "apple", "apples", "zebra",
-                                                 "à"_cp, "été"_cp, "ÿ"_cp,  "œuf"_cp, "Š"_cp,
-                                                 "š"_cp, "ƒ"_cp,   "–"_cp,  "€"_cp,   "™"_cp};
-  for (std::size_t i = 1; i < ordered.size(); ++i) {
-    EXPECT_TRUE(CompareBinary(ordered[i - 1], ordered[i]) < 0 &&
-                CompareBinary(ordered[i], ordered[i - 1]) > 0)
-        << ToUtf8(ordered[i - 1]) << " before " << ToUtf8(ordered[i]);
-    EXPECT_TRUE(CompareBinary(ordered[i], ordered[i]) == 0);
+  constexpr std::string_view kOrdered[] = {"",     "Zebra",  "apple", "apples", "zebra",
+                                           "à"_cp, "été"_cp, "ÿ"_cp,  "œuf"_cp, "Š"_cp,
+                                           "š"_cp, "ƒ"_cp,   "–"_cp,  "€"_cp,   "™"_cp};
+  for (std::size_t i = 1; i < std::size(kOrdered); ++i) {
+    EXPECT_TRUE(std::is_lt(CompareBinary(kOrdered[i - 1], kOrdered[i])) &&
+                std::is_gt(CompareBinary(kOrdered[i], kOrdered[i - 1])))
+        << ToUtf8(kOrdered[i - 1]) << " before " << ToUtf8(kOrdered[i]);
+    EXPECT_TRUE(std::is_eq(CompareBinary(kOrdered[i], kOrdered[i])));
   }
 }
 

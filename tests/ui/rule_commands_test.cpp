@@ -17,9 +17,9 @@ constexpr auto kReserved = "Ce nom de règle est réservé"_cp;
 constexpr auto kDelete = "Êtes-vous sûr de vouloir détruire la règle Famille ?"_cp;
 constexpr auto kOtherName = "Nom actuel de la règle : Famille\r\rNouveau nom ?"_cp;
 constexpr auto kRenameTitle = "Renommer une règle"_cp;
-const std::string kRenameHead = std::string("Changer le nom de la règle   \r\n'"_cp);
+constexpr auto kRenameHead = "Changer le nom de la règle   \r\n'"_cp;
 
-std::string RenameToAmis() { return kRenameHead + "Famille'\r\nen\r\n'Amis' ?"; }
+std::string RenameToAmis() { return std::string(kRenameHead) + "Famille'\r\nen\r\n'Amis' ?"; }
 
 struct RuleCommands : Window {
   /// "Ajouter une règle", the name given at once.
@@ -333,7 +333,7 @@ TEST_F(RuleCommands, AnotherNameIsCheckedAsANewOneIsSaveForTheRulesOwn) {
   dialogs.ExpectText(kOtherName, std::string("pUBLICITÉS"_cp));
   dialogs.Expect("Ce nom est déjà utilisé"_cp, kBoxExclamation, kAppTitle);
   dialogs.ExpectText(kOtherName, "FAMILLE");
-  dialogs.Expect(kRenameHead + "Famille'\r\nen\r\n'FAMILLE' ?", Button::Yes);
+  dialogs.Expect(std::string(kRenameHead) + "Famille'\r\nen\r\n'FAMILLE' ?", Button::Yes);
   Rename(1);
   EXPECT_THAT(Stored("001"), StartsWith("Name = \"FAMILLE\"\n"));
   dialogs.ExpectText("Nom actuel de la règle : FAMILLE\r\rNouveau nom ?"_cp, std::nullopt);
@@ -359,7 +359,7 @@ TEST_F(RuleCommands, WhatCannotBeOpenedIsRenamedAndWhatIsGoneIsNot) {
       {2, std::string("Cette règle ne peut être enregistrée : son numéro n'est pas valable"_cp)}};
   for (const auto& [row, message] : failures) {
     dialogs.ExpectText("Nom actuel de la règle : \r\rNouveau nom ?"_cp, "Cousins");
-    dialogs.Expect(kRenameHead + "'\r\nen\r\n'Cousins' ?", Button::Yes);
+    dialogs.Expect(std::string(kRenameHead) + "'\r\nen\r\n'Cousins' ?", Button::Yes);
     dialogs.Expect(message);
     Rename(row);
   }
@@ -383,7 +383,7 @@ TEST_F(RuleCommands, BookMenusFollowDeletionAndRenaming) {
     } else {
       dialogs.ExpectText(std::string("Nom actuel de la règle : "_cp) + book + "\r\rNouveau nom ?",
                          "Amis");
-      dialogs.Expect(kRenameHead + book + "'\r\nen\r\n'Amis' ?", Button::Yes);
+      dialogs.Expect(std::string(kRenameHead) + book + "'\r\nen\r\n'Amis' ?", Button::Yes);
       Rename(0);
     }
     EXPECT_EQ(Which(menus), "mnuAddBook");

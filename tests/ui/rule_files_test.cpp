@@ -73,8 +73,10 @@ TEST_F(RuleFilesTest, AFileIsReplacedOnlyWhenTheUserAgreesAndItIsNotProtected) {
   WriteFile(File("b.moe"), "ancien");
   std::filesystem::permissions(File("b.moe"), std::filesystem::perms::owner_read);
   for (int answer = 0; answer < 4; ++answer) fileDialogs.Choose(File(answer == 0 ? "a" : "b"));
-  const auto replace = std::string(" existe déjà.\rVoulez-vous le remplacer ?"_cp);
-  const auto isProtected = "b.moe" + std::string(" est protégé, choisir un autre nom"_cp);
+  std::string replace;
+  replace += " existe déjà.\rVoulez-vous le remplacer ?"_cp;
+  std::string isProtected = "b.moe";
+  isProtected += " est protégé, choisir un autre nom"_cp;
   const int replaceStyle = kBoxYesNo + kBoxExclamation + kBoxSecondDefault;
   dialogs.Expect("a.moe" + replace, replaceStyle, kAppTitle, Button::No);
   dialogs.Expect("b.moe" + replace, Button::Yes);
@@ -357,14 +359,13 @@ TEST_F(RuleFilesTest, DamagedAndUnreadableRulesAreNamed) {
   Export(0);
   form->RuleMenu("mnuWhatRuleToPrint").Choose(0);
   EXPECT_TRUE(fileDialogs.asked.empty() && printer.titles.empty());
-  const ShownBox damaged{
-      std::string("Cette règle est endommagée : elle n'est ni exportée ni imprimée\r\"Trop\""_cp),
-      kBoxExclamation, std::string(kAppTitle)};
-  const ShownBox broken{
-      std::string("Le fichier est enregistré mais ne pourra pas être importé :\r"
-                  "un saut de ligne ou une valeur illisible se trouve dans la règle\r"
-                  "\"Deux\r\nlignes\""_cp),
-      kBoxExclamation, std::string(kAppTitle)};
+  ShownBox damaged{{}, kBoxExclamation, std::string(kAppTitle)};
+  auto broken = damaged;
+  damaged.prompt = "Cette règle est endommagée : elle n'est ni exportée ni imprimée\r\"Trop\""_cp;
+  broken.prompt =
+      "Le fichier est enregistré mais ne pourra pas être importé :\r"
+      "un saut de ligne ou une valeur illisible se trouve dans la règle\r"
+      "\"Deux\r\nlignes\""_cp;
   fileDialogs.Choose(File("deux"));
   Export(1);
   EXPECT_THAT(dialogs.shown, testing::IsSupersetOf({damaged, broken}));

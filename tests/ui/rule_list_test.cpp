@@ -3,7 +3,6 @@
 namespace morvelle {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 using RuleList = Window;
