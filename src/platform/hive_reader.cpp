@@ -94,7 +94,7 @@ class Reader {
 
   [[noreturn]] static void Damaged(const RegistryKey& key) {
     std::string message;
-  message += "il est endommagé"_cp;
+    message += "il est endommagé"_cp;
     const auto path = FromUtf16Lossy(RegistryTree::PathOf(key));
     if (const auto at = path.find('\\'); at != std::string::npos) {
       message += " (dans la clef " + path.substr(at + 1) + ")";
