@@ -58,7 +58,7 @@ class Win32Processes final : public Processes {
     HMODULE first = nullptr;
     DWORD needed = 0;
     if (!opened.IsOpen() ||
-        ::EnumProcessModules(opened.Get(), &first, sizeof first, &needed) == FALSE) {
+        ::EnumProcessModules(opened.Get(), &first, sizeof(HMODULE), &needed) == FALSE) {
       return {};
     }
     // Wide: a folder may have letters that the code page lacks, and K9 must be found again there.

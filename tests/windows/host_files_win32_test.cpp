@@ -24,7 +24,7 @@ TEST_F(Win32FilesTest, ReplacesAFileWholeOrNotAtAll) {
   EXPECT_NE(files_->Replace(file, "refused", stamp_), "");
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
   // Held by a program that lets nobody else write it, nor, at first, delete or rename it.
-  for (const DWORD shared : {FILE_SHARE_READ, FILE_SHARE_READ | FILE_SHARE_DELETE}) {
+  for (const DWORD shared : {DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_DELETE}}) {
     const HANDLE held =
         ::CreateFileW(file.c_str(), GENERIC_READ, shared, nullptr, OPEN_EXISTING, 0, nullptr);
     EXPECT_NE(files_->Replace(file, "refused", stamp_), "");

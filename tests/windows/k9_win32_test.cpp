@@ -23,7 +23,7 @@ TEST_F(BookMachine, K9IsStoppedUpdatedAndStartedAgain) {
   ASSERT_TRUE(system->StartProcess(program));
   const auto before = FindProcess(*system, "k9-f.EXE");
   ASSERT_NE(before, 0U);
-  ASSERT_TRUE(HasItsPath(*processes, before));
+  ASSERT_TRUE(HasItsPath(*system, before));
   Book({"a@b.fr"});
   dialogs.Expect(kDone, kBoxInformation, kAppTitle);
   K9Whitelist(registry, environment, *system, reader).UpDateWhiteListK9(file);

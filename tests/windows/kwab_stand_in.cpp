@@ -26,6 +26,7 @@ bool IsOpen(const std::int32_t* handle) { return handle != nullptr && *handle ==
 
 }  // namespace
 
+// NOLINTBEGIN(readability-identifier-naming): the library's names.
 #define MORVELLE_EXPORT extern "C" __declspec(dllexport) std::int32_t __stdcall
 
 MORVELLE_EXPORT kWabOpen(std::int32_t* handle) {
@@ -75,3 +76,4 @@ MORVELLE_EXPORT kWabClose(std::int32_t* handle) {
   *handle = 0;
   return 1;
 }
+// NOLINTEND(readability-identifier-naming)
