@@ -23,6 +23,7 @@ int main(int argc, char** argv) {
   for (const auto& file : files) {
     std::cout << file.filename() << std::endl;
     std::ifstream stream(file, std::ios::binary);
+    if (!stream) return 1;
     morvelle::TryInput(std::string{std::istreambuf_iterator<char>(stream), {}});
   }
   std::cout << files.size() << " inputs\n";
