@@ -40,8 +40,9 @@ class PosixProcesses : public testing::Test {
     return file;
   }
 
-  const std::string kName = "K9-F.exe";
-  const std::string kLongName = "K9-avec-un-long-nom.exe";
+  // The machine's processes are everybody's: another run of these tests has other names.
+  const std::string kName = "K9-" + std::to_string(getpid() % 10000) + ".exe";
+  const std::string kLongName = "K9-avec-un-long-nom-" + std::to_string(getpid()) + ".exe";
   FileFolder folder;
   std::unique_ptr<Processes> processes = MakeProcesses();
 };
