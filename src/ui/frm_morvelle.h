@@ -295,8 +295,16 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   RegistryStatus DelMailOrder_Click(int row);
   void mnuRen_Click(int index);
   /// Asks for a rule's name until it can be used; nothing when the user gives up.
-  [[nodiscard]] std::optional<std::string> AskNewName();
-  [[nodiscard]] std::optional<std::string> AskOtherName(int row);
+  struct NameQuestion {
+    std::string prompt;
+    std::string title;
+    std::string proposal;
+    int ownRow;  ///< The rule that bears the name already; -1 for a new one.
+    std::string_view usedMessage;
+    int usedStyle;
+  };
+  /// Asks until the name has no fault; nothing when the user cancels.
+  [[nodiscard]] std::optional<std::string> AskRuleName(const NameQuestion& question);
   [[nodiscard]] bool DeleteRule(int row);
   [[nodiscard]] bool RenameRule(int row, const std::string& name);
   [[nodiscard]] bool AgreesToDrop();

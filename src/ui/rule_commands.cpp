@@ -34,15 +34,14 @@ void frmMorvelle::ConnectLifecycle() {
   RuleMenu("mnuRen").onClick = [this](int index) { mnuRen_Click(index); };
 }
 
-std::optional<std::string> frmMorvelle::AskNewName() {
-  std::string name;
+std::optional<std::string> frmMorvelle::AskRuleName(const NameQuestion& question) {
+  auto name = question.proposal;
   for (;;) {
-    auto answer =
-        messages_.Boxes().AskText(std::string(kNewNameQuestion), std::string(kAppTitle), name);
+    auto answer = messages_.Boxes().AskText(question.prompt, question.title, name);
     if (!answer || answer->empty()) return std::nullopt;
     // What was refused is proposed again, to be put right.
     name = std::move(*answer);
-    switch (FaultOfName(tables_, name)) {
+    switch (FaultOfName(tables_, name, question.ownRow)) {
       case NameFault::Characters:
         messages_.Msg(kCharactersRefused, kBoxStop);
         break;
@@ -50,7 +49,7 @@ std::optional<std::string> frmMorvelle::AskNewName() {
         messages_.Msg(kNameReserved, kBoxStop);
         break;
       case NameFault::Used:
-        messages_.Msg(kNewNameUsed, kBoxStop);
+        messages_.Msg(question.usedMessage, question.usedStyle);
         break;
       case NameFault::None:
         return name;
@@ -82,7 +81,8 @@ void frmMorvelle::mnuAdd_Click() {
       messages_.Msg(kTooManyRules);
       return;
     }
-    const auto name = AskNewName();
+    const auto name = AskRuleName(
+        {std::string(kNewNameQuestion), std::string(kAppTitle), "", -1, kNewNameUsed, kBoxStop});
     if (!name) return;
     const auto row = AddRow(tables_, *id, *name);
     GiveDefaultAction(tables_, row, program_.deletedItems);
@@ -192,31 +192,6 @@ RegistryStatus frmMorvelle::DelMailOrder_Click(int row) {
   });
 }
 
-std::optional<std::string> frmMorvelle::AskOtherName(int row) {
-  const auto present = tables_.RuleAt(row).Name;
-  auto name = present;
-  for (;;) {
-    auto answer = messages_.Boxes().AskText(
-        std::string(kPresentName) + present + std::string(kOtherNameQuestion),
-        std::string(kOtherNameTitle), name);
-    if (!answer || answer->empty()) return std::nullopt;
-    name = std::move(*answer);
-    switch (FaultOfName(tables_, name, row)) {
-      case NameFault::Characters:
-        messages_.Msg(kCharactersRefused, kBoxStop);
-        break;
-      case NameFault::Reserved:
-        messages_.Msg(kNameReserved, kBoxStop);
-        break;
-      case NameFault::Used:
-        messages_.Msg(kOtherNameUsed, kBoxExclamation);
-        break;
-      case NameFault::None:
-        return name;
-    }
-  }
-}
-
 void frmMorvelle::mnuRen_Click(int index) {
   if (bFilling || index >= tables_.RuleCount) return;
   Ending("mnuRen_Click", [&] {
@@ -227,7 +202,10 @@ void frmMorvelle::mnuRen_Click(int index) {
     if (row < 0) return;
     editing_.nCurRule = static_cast<std::int16_t>(row);
     MakeCurrent(id);
-    const auto name = AskOtherName(row);
+    const auto present = tables_.RuleAt(row).Name;
+    const auto name =
+        AskRuleName({std::string(kPresentName) + present + std::string(kOtherNameQuestion),
+                     std::string(kOtherNameTitle), present, row, kOtherNameUsed, kBoxExclamation});
     if (!name) return;
     std::string title(kRenameTitle);
     const auto question =
