@@ -48,8 +48,12 @@ bool IsAscii(std::string_view bytes) {
 
 std::string Windows1252Bytes(const std::u16string& text, int version) {
   std::string bytes = FromUtf16Lossy(text);
-  // A version-5 text that happens to be UTF-8 too would be read as that.
-  if (version == 5 && !IsAscii(bytes) && Utf16FromUtf8(bytes)) bytes += FromUtf16Lossy(kNotUtf8);
+  // A version-5 text that happens to be UTF-8 too would be read as that. The remark stands where it
+  // is written again: before the first key, after the blank line that follows the header.
+  if (version == 5 && !IsAscii(bytes) && Utf16FromUtf8(bytes)) {
+    constexpr std::string_view kBlankLine = "\r\n\r\n";
+    bytes.insert(bytes.find(kBlankLine) + kBlankLine.size(), FromUtf16Lossy(kNotUtf8));
+  }
   return bytes;
 }
 
