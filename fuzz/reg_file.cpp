@@ -13,8 +13,10 @@ std::optional<std::string> WrittenBack(std::string_view bytes) {
   if (!DecodeRegFile(bytes, text)) return std::nullopt;
   RegistryTree tree;
   ReadRegText(text.body, text.format.version, tree);
-  return std::string(
-      RegFileBytes(FormatRegText(tree, text.format, text.body.size()), text.format).View());
+  RegFileContent content(tree, text.format);
+  std::string file;
+  for (auto piece = content.Next(); !piece.empty(); piece = content.Next()) file += piece;
+  return file;
 }
 
 }  // namespace

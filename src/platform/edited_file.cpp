@@ -1,8 +1,11 @@
 #include "platform/edited_file.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
+#include <fstream>
 #include <utility>
+#include <vector>
 
 #include "app/messages/path_text.h"
 #include "app/messages/text.h"
@@ -19,6 +22,25 @@ std::string DateText(std::chrono::system_clock::time_point moment) {
   if (const std::tm* known = std::localtime(&seconds)) local = *known;  // NOLINT
   std::array<char, 32> text{};
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H-%M-%S", &local)};
+}
+
+/// Whether two files hold the same bytes.
+bool SameBytes(const std::filesystem::path& left, const std::filesystem::path& right) {
+  constexpr std::size_t kPiece = std::size_t{1} << 16U;
+  std::ifstream one(left, std::ios::binary);
+  std::ifstream other(right, std::ios::binary);
+  std::vector<char> mine(kPiece);
+  std::vector<char> theirs(kPiece);
+  while (one && other) {
+    one.read(mine.data(), kPiece);
+    other.read(theirs.data(), kPiece);
+    const auto count = one.gcount();
+    if (count != other.gcount() ||
+        !std::equal(mine.begin(), mine.begin() + count, theirs.begin())) {
+      return false;
+    }
+  }
+  return one.eof() && other.eof();
 }
 
 }  // namespace
@@ -44,24 +66,48 @@ std::unique_ptr<EditedFile> EditedFile::Open(const std::filesystem::path& path,
   return nullptr;
 }
 
-CommitOutcome EditedFile::Replace(std::string_view bytes, bool overwriteChanged,
-                                  std::string& error) {
-  const FileStamp present = files_->Stamp(path_);
-  const bool changed = present != stamp_;
-  if (changed && !overwriteChanged) {
-    error = "Le fichier « "_cp;
-    error += PathText(path_) + std::string(" » a été modifié par un autre programme"_cp);
-    return CommitOutcome::ChangedMeanwhile;
-  }
-  std::filesystem::path copy;
-  std::string reason;
-  // What another program wrote is worth a copy of its own.
-  if (present.there && (!copyKept_ || changed) && !KeepDatedCopy(copy, reason)) {
+CommitOutcome EditedFile::Replace(FileContent& content, bool overwriteChanged, std::string& error) {
+  FileStamp present = files_->Stamp(path_);
+  if (present != stamp_ && !overwriteChanged) return ChangedMeanwhile(error);
+  std::filesystem::path aside;
+  FileStamp written;
+  const std::string reason = files_->WriteAside(path_, content, aside, written);
+  if (!reason.empty()) {
     error = Failure("ne peut être enregistré"_cp, reason);
     return CommitOutcome::Failed;
   }
-  reason = files_->Replace(path_, bytes, stamp_);
+  // Writing takes its time.
+  present = files_->Stamp(path_);
+  const bool changed = present != stamp_;
+  if (changed && !overwriteChanged) {
+    files_->Remove(aside);
+    return ChangedMeanwhile(error);
+  }
+  if (!changed && written.size == stamp_.size && SameBytes(aside, path_)) {
+    files_->Remove(aside);
+    return CommitOutcome::Done;
+  }
+  return PutInPlace(aside, present.there && (!copyKept_ || changed), written, error);
+}
+
+CommitOutcome EditedFile::ChangedMeanwhile(std::string& error) const {
+  error = "Le fichier « "_cp;
+  error += PathText(path_) + std::string(" » a été modifié par un autre programme"_cp);
+  return CommitOutcome::ChangedMeanwhile;
+}
+
+CommitOutcome EditedFile::PutInPlace(const std::filesystem::path& aside, bool withCopy,
+                                     FileStamp& written, std::string& error) {
+  std::filesystem::path copy;
+  std::string reason;
+  if (withCopy && !KeepDatedCopy(copy, reason)) {
+    files_->Remove(aside);
+    error = Failure("ne peut être enregistré"_cp, reason);
+    return CommitOutcome::Failed;
+  }
+  reason = files_->PutInPlace(aside, path_, written);
   if (reason.empty()) {
+    stamp_ = written;
     copyKept_ = true;
     return CommitOutcome::Done;
   }
@@ -69,13 +115,6 @@ CommitOutcome EditedFile::Replace(std::string_view bytes, bool overwriteChanged,
   if (!copy.empty() && files_->Stamp(path_).there) files_->Remove(copy);
   error = Failure("ne peut être enregistré"_cp, reason);
   return CommitOutcome::Failed;
-}
-
-bool EditedFile::Holds(std::string_view bytes) const {
-  if (stamp_.size != bytes.size() || files_->Stamp(path_) != stamp_) return false;
-  FileBytes present;
-  FileStamp stamp;
-  return files_->Read(path_, present, stamp).empty() && present.View() == bytes;
 }
 
 bool EditedFile::KeepDatedCopy(std::filesystem::path& copy, std::string& reason) {

@@ -24,11 +24,9 @@ class EditedFile {
                                           std::shared_ptr<HostFiles> files, Clock now,
                                           FileBytes& bytes, std::string& error);
 
-  /// Puts the bytes in the place of the file. On Failed and ChangedMeanwhile nothing was written
-  /// and `error` is the message.
-  CommitOutcome Replace(std::string_view bytes, bool overwriteChanged, std::string& error);
-  /// True when the file holds these very bytes and nobody changed it.
-  [[nodiscard]] bool Holds(std::string_view bytes) const;
+  /// Puts the content in the place of the file; one that is the file's own changes nothing. On
+  /// Failed and ChangedMeanwhile nothing was written and `error` is the message.
+  CommitOutcome Replace(FileContent& content, bool overwriteChanged, std::string& error);
 
   /// The file itself, behind links.
   [[nodiscard]] const std::filesystem::path& Path() const { return path_; }
@@ -37,6 +35,10 @@ class EditedFile {
   EditedFile(std::filesystem::path path, std::shared_ptr<HostFiles> files, Clock now)
       : path_(std::move(path)), files_(std::move(files)), now_(std::move(now)) {}
 
+  CommitOutcome ChangedMeanwhile(std::string& error) const;
+  /// With a dated copy of what was there, where it is asked for.
+  CommitOutcome PutInPlace(const std::filesystem::path& aside, bool withCopy, FileStamp& written,
+                           std::string& error);
   bool KeepDatedCopy(std::filesystem::path& copy, std::string& reason);
   [[nodiscard]] std::string Failure(std::string_view what, std::string_view reason) const;
 

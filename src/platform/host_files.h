@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace morvelle {
 
@@ -25,6 +26,29 @@ struct FileBytes {
   std::unique_ptr<char[]> data;
   std::size_t size = 0;
   [[nodiscard]] std::string_view View() const { return {data.get(), size}; }
+};
+
+/// The bytes of a file to be written, in pieces.
+class FileContent {
+ public:
+  FileContent() = default;
+  FileContent(const FileContent&) = delete;
+  FileContent& operator=(const FileContent&) = delete;
+  virtual ~FileContent() = default;
+
+  /// The next piece; empty behind the last one. It is good until the call after the next, so that
+  /// one piece can be made while the one before is being written.
+  virtual std::string_view Next() = 0;
+};
+
+/// Bytes that are there already, as one piece.
+class WholeContent final : public FileContent {
+ public:
+  explicit WholeContent(std::string_view bytes) : bytes_(bytes) {}
+  std::string_view Next() override { return std::exchange(bytes_, {}); }
+
+ private:
+  std::string_view bytes_;
 };
 
 /// Held while a file is being edited; letting go of it unlocks the file.
@@ -61,14 +85,20 @@ class HostFiles {
   /// Keeps other editors off the file.
   virtual Locking Lock(const std::filesystem::path& path, std::unique_ptr<FileLock>& lock) = 0;
 
-  /// Puts the bytes in the place of the file, whole or not at all, with its rights and owner where
-  /// that can be; `stamp` becomes the new file's. A file without right to write is refused.
-  virtual std::string Replace(const std::filesystem::path& path, std::string_view bytes,
-                              FileStamp& stamp) = 0;
+  /// Writes the content beside the file, down to the disk, with the file's rights and owner where
+  /// that can be; `aside` is then its name. A file without right to write is refused. Nothing stays
+  /// of what fails.
+  virtual std::string WriteAside(const std::filesystem::path& path, FileContent& content,
+                                 std::filesystem::path& aside, FileStamp& stamp) = 0;
+  /// Puts what was written aside in the place of the file, whole or not at all; `stamp`, which
+  /// WriteAside gave, becomes the new file's. What fails takes the aside file with it, unless that
+  /// is all that is left of the file.
+  virtual std::string PutInPlace(const std::filesystem::path& aside,
+                                 const std::filesystem::path& path, FileStamp& stamp) = 0;
 
   enum class Copying { Done, NameTaken, Failed };
   /// Leaves the present content of `from` under the name `to`, which must be free. To be followed
-  /// by Replace: until then both names may stand for the same file.
+  /// by PutInPlace: until then both names may stand for the same file.
   virtual Copying KeepCopy(const std::filesystem::path& from, const std::filesystem::path& to,
                            std::string& reason) = 0;
   virtual void Remove(const std::filesystem::path& path) = 0;

@@ -84,12 +84,20 @@ FileStamp StampOf(HANDLE file) {
 constexpr std::size_t kPiece = 16U << 20U;
 
 /// 0 or the error.
-DWORD WriteAll(HANDLE file, std::string_view bytes) {
+DWORD WritePiece(HANDLE file, std::string_view bytes) {
   while (!bytes.empty()) {
     DWORD count = 0;
     const auto piece = static_cast<DWORD>(std::min(bytes.size(), kPiece));
     if (::WriteFile(file, bytes.data(), piece, &count, nullptr) == FALSE) return ::GetLastError();
     bytes.remove_prefix(count);
+  }
+  return ERROR_SUCCESS;
+}
+
+/// 0 or the error; down to the disk.
+DWORD WriteAll(HANDLE file, FileContent& content) {
+  for (auto piece = content.Next(); !piece.empty(); piece = content.Next()) {
+    if (const DWORD error = WritePiece(file, piece); error != ERROR_SUCCESS) return error;
   }
   return ::FlushFileBuffers(file) != FALSE ? ERROR_SUCCESS : ::GetLastError();
 }
@@ -158,10 +166,10 @@ class Win32Files : public HostFiles {
     return Locking::Taken;
   }
 
-  std::string Replace(const path& file, std::string_view bytes, FileStamp& stamp) override {
+  std::string WriteAside(const path& file, FileContent& content, path& aside,
+                         FileStamp& stamp) override {
     const DWORD attributes = ::GetFileAttributesW(file.c_str());
-    const bool wasThere = attributes != INVALID_FILE_ATTRIBUTES;
-    if (wasThere) {
+    if (attributes != INVALID_FILE_ATTRIBUTES) {
       if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return Reason(ERROR_ACCESS_DENIED);
       // A new file under the old name would pass over the rights of the old one.
       const OpenFile writable(file, GENERIC_WRITE,
@@ -169,14 +177,24 @@ class Win32Files : public HostFiles {
                               0);
       if (!writable) return Reason(::GetLastError());
     }
-    const path aside = Beside(file, L"." + std::to_wstring(::GetCurrentProcessId()) + L".tmp");
+    aside = Beside(file, L"." + std::to_wstring(::GetCurrentProcessId()) + L".tmp");
     ::DeleteFileW(aside.c_str());
-    DWORD error = WriteAside(aside, bytes);
-    if (error == ERROR_SUCCESS && !PutInPlace(aside, file, wasThere)) error = ::GetLastError();
-    if (error == ERROR_SUCCESS) {
+    const DWORD error = WriteNew(aside, content);
+    if (error != ERROR_SUCCESS) {
+      Remove(aside);
+      return Reason(error);
+    }
+    stamp = Stamp(aside);
+    return {};
+  }
+
+  std::string PutInPlace(const path& aside, const path& file, FileStamp& stamp) override {
+    const bool wasThere = ::GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
+    if (TakePlace(aside, file, wasThere)) {
       stamp = Stamp(file);
       return {};
     }
+    const DWORD error = ::GetLastError();
     // Where the old file is gone, what was written aside is the only copy.
     if (!wasThere || ::GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES) Remove(aside);
     return Reason(error);
@@ -204,14 +222,14 @@ class Win32Files : public HostFiles {
 
  private:
   /// 0 or the error.
-  static DWORD WriteAside(const path& aside, std::string_view bytes) {
+  static DWORD WriteNew(const path& aside, FileContent& content) {
     const OpenFile output(aside, GENERIC_WRITE, 0, CREATE_NEW, 0);
-    return output ? WriteAll(output.Handle(), bytes) : ::GetLastError();
+    return output ? WriteAll(output.Handle(), content) : ::GetLastError();
   }
 
   /// ReplaceFile keeps the owner, the rights and the dates of the old file; not every file system
   /// has it.
-  static bool PutInPlace(const path& aside, const path& file, bool wasThere) {
+  static bool TakePlace(const path& aside, const path& file, bool wasThere) {
     if (wasThere && ::ReplaceFileW(file.c_str(), aside.c_str(), nullptr,
                                    REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) != FALSE) {
       return true;

@@ -14,8 +14,6 @@ namespace {
 // UTF-16LE bytes are read and written as they lie in memory.
 static_assert(std::endian::native == std::endian::little);
 
-constexpr std::string_view kUtf16Mark = "\xFF\xFE";
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::u16string_view kHeader4 = u"REGEDIT4";
 constexpr std::u16string_view kHeader5 = u"Windows Registry Editor Version 5.00";
 
@@ -46,17 +44,6 @@ bool IsAscii(std::string_view bytes) {
                      [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
 }
 
-std::string Windows1252Bytes(const std::u16string& text, int version) {
-  std::string bytes = FromUtf16Lossy(text);
-  // A version-5 text that happens to be UTF-8 too would be read as that. The remark stands where it
-  // is written again: before the first key, after the blank line that follows the header.
-  if (version == 5 && !IsAscii(bytes) && Utf16FromUtf8(bytes)) {
-    constexpr std::string_view kBlankLine = "\r\n\r\n";
-    bytes.insert(bytes.find(kBlankLine) + kBlankLine.size(), FromUtf16Lossy(kNotUtf8));
-  }
-  return bytes;
-}
-
 }  // namespace
 
 std::u16string_view RegFileHeader(int version) { return version == 4 ? kHeader4 : kHeader5; }
@@ -82,21 +69,15 @@ bool DecodeRegFile(std::string_view bytes, RegFileText& text) {
   return CutHeader(text.body, RegFileHeader(text.format.version));
 }
 
-RegFileBytes::RegFileBytes(std::u16string text, const RegFileFormat& format)
-    : isWide_(format.encoding == RegFileFormat::Encoding::Utf16) {
-  if (isWide_) {
-    wide_ = std::move(text);
-    return;
+std::string Windows1252File(std::u16string_view text, int version) {
+  std::string bytes = FromUtf16Lossy(text);
+  // A version-5 text that happens to be UTF-8 too would be read as that. The remark stands where it
+  // is written again: before the first key, after the blank line that follows the header.
+  if (version == 5 && !IsAscii(bytes) && Utf16FromUtf8(bytes)) {
+    constexpr std::string_view kBlankLine = "\r\n\r\n";
+    bytes.insert(bytes.find(kBlankLine) + kBlankLine.size(), FromUtf16Lossy(kNotUtf8));
   }
-  if (format.byteOrderMark) narrow_ = kUtf8Mark;
-  narrow_ += format.encoding == RegFileFormat::Encoding::Utf8
-                 ? Utf8FromUtf16(text)
-                 : Windows1252Bytes(text, format.version);
-}
-
-std::string_view RegFileBytes::View() const {
-  if (!isWide_) return narrow_;
-  return {reinterpret_cast<const char*>(wide_.data()), wide_.size() * sizeof(char16_t)};
+  return bytes;
 }
 
 }  // namespace morvelle

@@ -25,6 +25,10 @@ struct RegFileText {
   std::u16string converted;  ///< Holds the body of a file in another encoding.
 };
 
+/// The byte order marks of UTF-16LE and of UTF-8.
+inline constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+inline constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
 /// Tells version and encoding by the header, which counts letter for letter. False: not a `.reg`
 /// file. A version-5 file that is neither UTF-16 nor UTF-8 is read as Windows-1252.
 bool DecodeRegFile(std::string_view bytes, RegFileText& text);
@@ -32,19 +36,7 @@ bool DecodeRegFile(std::string_view bytes, RegFileText& text);
 /// The header line of a version, without its line end.
 std::u16string_view RegFileHeader(int version);
 
-/// The bytes of a file.
-class RegFileBytes {
- public:
-  /// `text` as FormatRegText gives it. A UTF-16 text is not copied.
-  RegFileBytes(std::u16string text, const RegFileFormat& format);
-  [[nodiscard]] std::string_view View() const;
-  /// The text again, for its memory to serve the next one.
-  [[nodiscard]] std::u16string TakeText() { return std::move(wide_); }
-
- private:
-  std::u16string wide_;
-  std::string narrow_;
-  bool isWide_;
-};
+/// The bytes of a file in Windows-1252, from its whole text.
+std::string Windows1252File(std::u16string_view text, int version);
 
 }  // namespace morvelle

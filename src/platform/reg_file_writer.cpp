@@ -1,7 +1,9 @@
 #include "platform/reg_file_writer.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -23,39 +25,64 @@ constexpr std::size_t kLastHexColumn = 77;
 constexpr std::array<char16_t, 16> kDigits = {u'0', u'1', u'2', u'3', u'4', u'5', u'6', u'7',
                                               u'8', u'9', u'a', u'b', u'c', u'd', u'e', u'f'};
 
+/// Two digits and a comma.
+constexpr std::size_t kHexWidth = 3;
+
+/// Each byte as it stands in a line, padded to a size that is copied at once.
+constexpr auto kHexOf = [] {
+  std::array<std::array<char16_t, 4>, 256> table{};
+  for (std::size_t code = 0; code < table.size(); ++code) {
+    table[code] = {kDigits[code >> 4U], kDigits[code & 0xFU], u',', u'\0'};
+  }
+  return table;
+}();
+
 std::u16string_view Units(std::string_view bytes) {
   return {reinterpret_cast<const char16_t*>(bytes.data()), bytes.size() / sizeof(char16_t)};
 }
 
-class Writer {
+}  // namespace
+
+/// Makes the text of a file, as much at a time as the processor's own memory holds. What it gives
+/// is good until the call after the next.
+class RegTextWriter {
  public:
-  Writer(const RegFileFormat& format, std::size_t expectedSize, std::u16string buffer)
-      : format_(format), out_(std::move(buffer)) {
-    out_.clear();
-    out_.reserve(expectedSize + expectedSize / 8);
-    const bool wide = format.encoding == RegFileFormat::Encoding::Utf16;
-    if (wide && format.byteOrderMark) out_ += u'\uFEFF';
+  RegTextWriter(const RegistryTree& tree, const RegFileFormat& format)
+      : format_(format), place_(tree.FirstPlace()) {
     out_ += RegFileHeader(format.version);
     out_ += kLineEnd;
   }
 
-  std::u16string Write(const RegistryTree& tree) {
-    bool inRemarks = false;
-    const FilePlace* place = tree.FirstPlace();
-    for (; place->role != FilePlace::Role::Ends; place = place->next) {
-      if (!inRemarks) out_ += kLineEnd;
-      inRemarks = place->role == FilePlace::Role::Remark;
-      if (place->role == FilePlace::Role::Key) {
-        WriteKey(*static_cast<const RegistryKey*>(place));
-      } else {
-        WriteLine(place->role, static_cast<const FileLine*>(place)->text);
-      }
+  /// The next lines; nothing behind the last one.
+  std::u16string_view Next() {
+    if (done_) return {};
+    if (begun_) {
+      std::swap(out_, before_);
+      out_.clear();
     }
-    out_ += kLineEnd;
-    return std::move(out_);
+    begun_ = true;
+    for (; out_.size() < kPiece && place_->role != FilePlace::Role::Ends; place_ = place_->next) {
+      WritePlace(*place_);
+    }
+    done_ = place_->role == FilePlace::Role::Ends;
+    if (done_) out_ += kLineEnd;
+    return out_;
   }
 
  private:
+  /// Characters, about.
+  static constexpr std::size_t kPiece = std::size_t{1} << 18U;
+
+  void WritePlace(const FilePlace& place) {
+    if (!inRemarks_) out_ += kLineEnd;
+    inRemarks_ = place.role == FilePlace::Role::Remark;
+    if (place.role == FilePlace::Role::Key) {
+      WriteKey(static_cast<const RegistryKey&>(place));
+    } else {
+      WriteLine(place.role, static_cast<const FileLine&>(place).text);
+    }
+  }
+
   void WriteLine(FilePlace::Role role, std::u16string_view text) {
     if (role == FilePlace::Role::Deletion) out_ += u"[-";
     out_ += text;
@@ -89,15 +116,18 @@ class Writer {
     out_ += u"]\r\n\r\n";
   }
 
+  /// The key of a line is mostly a neighbour of the one before: what their paths share is kept.
   void WritePath(const RegistryKey& key) {
-    // Neighbours share the path of their parent.
-    if (key.parent != pathParent_) {
-      pathParent_ = key.parent;
-      parentPath_ = RegistryTree::PathOf(*key.parent);
-      if (!parentPath_.empty()) parentPath_ += u'\\';
+    while (!above_.empty() && above_.back().key != key.parent) above_.pop_back();
+    if (above_.empty()) {
+      path_ = RegistryTree::PathOf(*key.parent);
+      above_.push_back({key.parent, path_.size()});
     }
-    out_ += parentPath_;
-    out_ += key.name->text;
+    path_.resize(above_.back().length);
+    if (!path_.empty()) path_ += u'\\';
+    path_ += key.name->text;
+    above_.push_back({&key, path_.size()});
+    out_ += path_;
   }
 
   void WriteValue(const RegistryEntry& entry) {
@@ -174,23 +204,29 @@ class Writer {
 
   void WriteBytes(std::string_view data, std::size_t column) {
     if (data.empty()) return;
-    // A line holds three characters a byte, and at most two beyond its last column.
-    std::array<char16_t, kLastHexColumn + 3> line;
-    std::size_t length = 0;
-    for (const char byte : data.substr(0, data.size() - 1)) {
-      const auto code = static_cast<unsigned char>(byte);
-      line[length] = kDigits[code >> 4U];
-      line[length + 1] = kDigits[code & 0xFU];
-      line[length + 2] = u',';
-      length += 3;
-      if (column + length < kLastHexColumn) continue;
-      out_.append(line.data(), length);
-      out_ += u"\\\r\n  ";
+    const char last = data.back();
+    data.remove_suffix(1);
+    while (!data.empty()) {
+      // Up to the byte whose comma reaches the last column; at least one.
+      const std::size_t room = column < kLastHexColumn ? kLastHexColumn - column : 1;
+      const std::size_t count = (room + kHexWidth - 1) / kHexWidth;
+      const bool full = count <= data.size();
+      WriteLineOfBytes(data.substr(0, count));
+      if (full) out_ += u"\\\r\n  ";
+      data.remove_prefix(std::min(count, data.size()));
       column = 2;
-      length = 0;
     }
-    out_.append(line.data(), length);
-    WriteByte(data.back());
+    WriteByte(last);
+  }
+
+  void WriteLineOfBytes(std::string_view data) {
+    std::array<char16_t, kLastHexColumn + 2 * kHexWidth> line;  // Only what is filled is read.
+    char16_t* to = line.data();
+    for (const char byte : data) {
+      std::memcpy(to, kHexOf[static_cast<unsigned char>(byte)].data(), sizeof kHexOf[0]);
+      to += kHexWidth;
+    }
+    out_.append(line.data(), to);
   }
 
   void WriteKind(std::uint32_t kind) {
@@ -205,18 +241,47 @@ class Writer {
   }
 
   const RegFileFormat& format_;
+  const FilePlace* place_;  ///< The next one to be written.
   std::u16string out_;
+  std::u16string before_;
+  bool inRemarks_ = false;
+  bool begun_ = false;
+  bool done_ = false;
   const RegistryKey* lastParent_ = nullptr;
-  const RegistryKey* pathParent_ = nullptr;
-  std::u16string parentPath_;
+  struct Ancestor {
+    const RegistryKey* key;
+    std::size_t length;  ///< Of its path.
+  };
+  std::u16string path_;          ///< Of the last key.
+  std::vector<Ancestor> above_;  ///< That key and keys above it, the last one lowest.
   std::unordered_set<const RegistryKey*> deleted_;
 };
 
-}  // namespace
+RegFileContent::RegFileContent(const RegistryTree& tree, const RegFileFormat& format)
+    : format_(format), text_(std::make_unique<RegTextWriter>(tree, format_)) {}
 
-std::u16string FormatRegText(const RegistryTree& tree, const RegFileFormat& format,
-                             std::size_t expectedSize, std::u16string buffer) {
-  return Writer(format, expectedSize, std::move(buffer)).Write(tree);
+RegFileContent::~RegFileContent() = default;
+
+std::string_view RegFileContent::Next() {
+  using Encoding = RegFileFormat::Encoding;
+  const bool first = !std::exchange(begun_, true);
+  std::swap(narrow_, before_);
+  narrow_.clear();
+  if (format_.encoding == Encoding::Utf16) {
+    if (first && format_.byteOrderMark) return kUtf16Mark;
+    const auto text = text_->Next();
+    return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
+  }
+  if (first && format_.byteOrderMark) narrow_ = kUtf8Mark;
+  if (format_.encoding == Encoding::Utf8) {
+    narrow_ += Utf8FromUtf16(text_->Next());
+    return narrow_;
+  }
+  // What marks such a file as none of the others is told by its whole text.
+  std::u16string whole;
+  for (auto text = text_->Next(); !text.empty(); text = text_->Next()) whole += text;
+  if (!whole.empty()) narrow_ += Windows1252File(whole, format_.version);
+  return narrow_;
 }
 
 }  // namespace morvelle

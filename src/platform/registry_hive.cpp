@@ -74,8 +74,8 @@ class HiveStore final : public TreeStore {
       error = Failure(file_->Path(), "ne peut être enregistré"_cp, failure.what());
       return CommitOutcome::Failed;
     }
-    const auto outcome =
-        file_->Holds(bytes) ? CommitOutcome::Done : file_->Replace(bytes, overwriteChanged, error);
+    WholeContent content(bytes);
+    const auto outcome = file_->Replace(content, overwriteChanged, error);
     if (outcome == CommitOutcome::Done) ForgetDeletedKeys();
     return outcome;
   }

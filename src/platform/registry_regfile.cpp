@@ -18,7 +18,7 @@ namespace {
 class RegFileStore final : public TreeStore {
  public:
   RegFileStore(std::unique_ptr<EditedFile> file, const RegFileText& text)
-      : file_(std::move(file)), format_(text.format), size_(text.body.size()) {
+      : file_(std::move(file)), format_(text.format) {
     ReadRegText(text.body, format_.version, Tree());
     UseRoot();
   }
@@ -30,22 +30,13 @@ class RegFileStore final : public TreeStore {
     for (const auto& path : wholeKeys_) {
       if (RegistryKey* key = KeyAt(path)) key->replaced = true;
     }
-    RegFileBytes bytes(FormatRegText(Tree(), format_, size_ + Tree().Growth(), std::move(buffer_)),
-                       format_);
-    const auto outcome = file_->Holds(bytes.View())
-                             ? CommitOutcome::Done
-                             : file_->Replace(bytes.View(), overwriteChanged, error);
-    buffer_ = bytes.TakeText();
-    if (!buffer_.empty()) size_ = buffer_.size();
-    return outcome;
+    RegFileContent content(Tree(), format_);
+    return file_->Replace(content, overwriteChanged, error);
   }
 
  private:
   std::unique_ptr<EditedFile> file_;
   RegFileFormat format_;
-  std::size_t size_;  ///< Characters of the file as it was last read or written.
-  /// Memory of the last text: a fresh one of tens of megabytes costs as much as filling it.
-  std::u16string buffer_;
   std::vector<std::string> wholeKeys_;
 };
 

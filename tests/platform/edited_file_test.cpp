@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "app/messages/text.h"
@@ -30,6 +32,8 @@ class FailingFiles final : public HostFiles {
   /// A replacement that fails when the old file is gone already.
   bool losesFile = false;
   bool canLock = true;
+  /// What another program does while the new file is being written.
+  std::function<void()> meanwhile;
 
   std::filesystem::path Resolve(const std::filesystem::path& path) override {
     return real_->Resolve(path);
@@ -41,9 +45,15 @@ class FailingFiles final : public HostFiles {
   Locking Lock(const std::filesystem::path& path, std::unique_ptr<FileLock>& lock) override {
     return canLock ? real_->Lock(path, lock) : Locking::Impossible;
   }
-  std::string Replace(const std::filesystem::path& path, std::string_view bytes,
-                      FileStamp& stamp) override {
-    if (!losesFile) return real_->Replace(path, bytes, stamp);
+  std::string WriteAside(const std::filesystem::path& path, FileContent& content,
+                         std::filesystem::path& aside, FileStamp& stamp) override {
+    auto reason = real_->WriteAside(path, content, aside, stamp);
+    if (meanwhile) meanwhile();
+    return reason;
+  }
+  std::string PutInPlace(const std::filesystem::path& aside, const std::filesystem::path& path,
+                         FileStamp& stamp) override {
+    if (!losesFile) return real_->PutInPlace(aside, path, stamp);
     real_->Remove(path);
     return "erreur";
   }
@@ -158,6 +168,14 @@ TEST_F(EditedFileTest, WhatAnotherProgramWroteIsNotOverwrittenWithoutAQuestion) 
   EXPECT_EQ(store->CommitBatch(true), CommitOutcome::Done);
   EXPECT_EQ(ReadFile(file_), kOneValue);
   EXPECT_EQ(ReadFile(folder_ / kCopy), "another program's");
+
+  files_->meanwhile = [&] { WriteFile(file_, "in between"); };
+  EXPECT_EQ(Save(*store, "4"), CommitOutcome::ChangedMeanwhile);
+  EXPECT_EQ(ReadFile(file_), "in between");
+  EXPECT_EQ(std::ranges::count(folder_.Names(), ".a.reg.lock"), 1);
+  EXPECT_EQ(folder_.Names().size(), 3U) << "nothing lies beside the file and its copy";
+  files_->meanwhile = nullptr;
+  store->AbandonBatch();
 
   // Later in the run too, and with the user's no.
   WriteFile(file_, "again");

@@ -10,6 +10,14 @@ namespace {
 class Win32FilesTest : public testing::Test {
  protected:
   FileFolder folder_;
+  /// Puts the bytes in the place of the file; the reason where that fails.
+  std::string Replace(const std::filesystem::path& file, std::string_view bytes) {
+    WholeContent content(bytes);
+    std::filesystem::path aside;
+    const auto reason = files_->WriteAside(file, content, aside, stamp_);
+    return reason.empty() ? files_->PutInPlace(aside, file, stamp_) : reason;
+  }
+
   std::unique_ptr<HostFiles> files_ = MakeHostFiles();
   FileBytes bytes_;
   FileStamp stamp_;
@@ -17,23 +25,23 @@ class Win32FilesTest : public testing::Test {
 
 TEST_F(Win32FilesTest, ReplacesAFileWholeOrNotAtAll) {
   const auto file = folder_.Write("a.reg", "old");
-  EXPECT_EQ(files_->Replace(file, "new content", stamp_), "");
+  EXPECT_EQ(Replace(file, "new content"), "");
   EXPECT_EQ(folder_.Read("a.reg"), "new content");
   EXPECT_EQ(stamp_, files_->Stamp(file));
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-  EXPECT_NE(files_->Replace(file, "refused", stamp_), "");
+  EXPECT_NE(Replace(file, "refused"), "");
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
   // Held by a program that lets nobody else write it, nor, at first, delete or rename it.
   for (const DWORD shared : {DWORD{FILE_SHARE_READ}, DWORD{FILE_SHARE_READ | FILE_SHARE_DELETE}}) {
     const HANDLE held =
         ::CreateFileW(file.c_str(), GENERIC_READ, shared, nullptr, OPEN_EXISTING, 0, nullptr);
-    EXPECT_NE(files_->Replace(file, "refused", stamp_), "");
+    EXPECT_NE(Replace(file, "refused"), "");
     ::CloseHandle(held);
   }
   EXPECT_EQ(folder_.Read("a.reg"), "new content");
   // Nothing that was written aside stays; Wine leaves a file of its own where ReplaceFile fails.
   for (const auto& name : folder_.Names()) EXPECT_NE(name.front(), '.') << name;
-  EXPECT_EQ(files_->Replace(folder_.Path() / "b.reg", "made", stamp_), "");
+  EXPECT_EQ(Replace(folder_.Path() / "b.reg", "made"), "");
   EXPECT_EQ(folder_.Read("b.reg"), "made");
 }
 
@@ -66,7 +74,7 @@ TEST_F(Win32FilesTest, ACopyNeverTakesTheNameOfAnother) {
   const auto copy = folder_.Path() / L"a (copie du 1er été).reg";
   std::string reason;
   EXPECT_EQ(files_->KeepCopy(file, copy, reason), HostFiles::Copying::Done);
-  files_->Replace(file, "new", stamp_);
+  Replace(file, "new");
   EXPECT_EQ(files_->KeepCopy(file, copy, reason), HostFiles::Copying::NameTaken);
   EXPECT_EQ(files_->Read(copy, bytes_, stamp_), "");
   EXPECT_EQ(bytes_.View(), "old");
