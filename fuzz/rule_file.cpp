@@ -23,11 +23,7 @@ void FillTables(const RuleFile& file, RuleTables& tables) {
   tables.ReDimTables();
   std::vector<std::string> ids;
   for (int row = 0; row < tables.RuleCount; ++row) {
-    const auto at = static_cast<std::size_t>(row);
-    tables.RuleAt(row) = file.rules[at].rule;
-    tables.RuleAt(row).Id = ThreeDigitId(row);
-    tables.Actions[at] = file.rules[at].actions;
-    tables.Criteria[at] = file.rules[at].criteria;
+    FillRow(tables, row, ThreeDigitId(row), file.rules[static_cast<std::size_t>(row)]);
     ids.push_back(tables.RuleAt(row).Id);
   }
   tables.Mail.Order = JoinIds(ids);

@@ -1,7 +1,7 @@
 #include "core/entry_types.h"
 
-#include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "core/rule_tables.h"
 
@@ -9,34 +9,39 @@ namespace morvelle {
 
 namespace {
 
-struct TypeArgument {
-  std::string_view type;
-  Argument argument;
-};
+/// Type codes go up to here; there are gaps.
+constexpr std::size_t kTypes = 32;
+using Arguments = std::array<Argument, kTypes>;
 
-constexpr std::array kActions = {
-    TypeArgument{"1", Argument::Bytes}, TypeArgument{"2", Argument::Text},
-    TypeArgument{"5", Argument::Text},  TypeArgument{"6", Argument::Bytes},
-    TypeArgument{"7", Argument::None},  TypeArgument{"8", Argument::None},
-    TypeArgument{"9", Argument::None},  TypeArgument{"10", Argument::Number},
-    TypeArgument{"11", Argument::None}, TypeArgument{"12", Argument::None},
-    TypeArgument{"13", Argument::None}, TypeArgument{"17", Argument::Number},
-};
+constexpr Arguments kActions = [] {
+  Arguments table{};
+  table.fill(Argument::Unknown);
+  for (const std::size_t type : {1, 6}) table[type] = Argument::Bytes;
+  for (const std::size_t type : {2, 5}) table[type] = Argument::Text;
+  for (const std::size_t type : {10, 17}) table[type] = Argument::Number;
+  for (const std::size_t type : {7, 8, 9, 11, 12, 13}) table[type] = Argument::None;
+  return table;
+}();
 
-constexpr std::array kCriteria = {
-    TypeArgument{"8", Argument::Bytes},  TypeArgument{"9", Argument::Bytes},
-    TypeArgument{"10", Argument::Bytes}, TypeArgument{"11", Argument::Bytes},
-    TypeArgument{"12", Argument::Bytes}, TypeArgument{"13", Argument::Number},
-    TypeArgument{"14", Argument::None},  TypeArgument{"15", Argument::Number},
-    TypeArgument{"19", Argument::Text},  TypeArgument{"20", Argument::None},
-    TypeArgument{"22", Argument::Bytes}, TypeArgument{"31", Argument::Number},
-};
+constexpr Arguments kCriteria = [] {
+  Arguments table{};
+  table.fill(Argument::Unknown);
+  for (const std::size_t type : {8, 9, 10, 11, 12, 22}) table[type] = Argument::Bytes;
+  for (const std::size_t type : {13, 15, 31}) table[type] = Argument::Number;
+  for (const std::size_t type : {14, 20}) table[type] = Argument::None;
+  table[19] = Argument::Text;
+  return table;
+}();
 
-template <std::size_t Count>
-Argument Find(const std::array<TypeArgument, Count>& table, std::string_view type) {
-  const auto* const found = std::find_if(table.begin(), table.end(),
-                                         [&](const auto& entry) { return entry.type == type; });
-  return found == table.end() ? Argument::Unknown : found->argument;
+/// Only a number's own digits name a type: " 8" and "08" are none.
+Argument Find(const Arguments& table, std::string_view type) {
+  if (type.empty() || type.size() > 2 || type.front() == '0') return Argument::Unknown;
+  std::size_t number = 0;
+  for (const char digit : type) {
+    if (digit < '0' || digit > '9') return Argument::Unknown;
+    number = number * 10 + static_cast<std::size_t>(digit - '0');
+  }
+  return number < table.size() ? table[number] : Argument::Unknown;
 }
 
 }  // namespace

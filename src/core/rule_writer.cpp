@@ -7,6 +7,7 @@
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
+#include "core/entry_keys.h"
 #include "core/entry_types.h"
 
 namespace morvelle {
@@ -37,30 +38,6 @@ std::string FreeActionId(const std::vector<ActionRecord>& actions) {
 
 bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
 
-/// The argument of an entry, or its removal, as the type asks for. What is not there and has no
-/// text is not made up, and what stands beside a value that stays is left alone.
-void PlanArgument(WritePlan& plan, const std::string& key, Argument argument,
-                  const std::string& value, const std::string& storedIn) {
-  bool written = false;
-  switch (argument) {
-    case Argument::Number:
-    case Argument::Text:
-    case Argument::Bytes:
-      if (value.empty() && plan.LacksValue(storedIn, "Value")) return;
-      written = argument == Argument::Number
-                    ? plan.SetNumber(key, "Value", value, storedIn)
-                    : plan.SetValue(key, "Value", KindOf(argument), value, storedIn);
-      break;
-    case Argument::None:
-      plan.DeleteValue(key, "Value");
-      plan.DeleteValue(key, "ValueType");
-      return;
-    case Argument::Unknown:
-      return;
-  }
-  if (written) plan.SetNumber(key, "ValueType", std::string(ValueTypeOf(argument)), storedIn);
-}
-
 }  // namespace
 
 bool RuleWriter::IsStoredCriterion(WritePlan& plan, const RuleRecord& rule,
@@ -68,17 +45,22 @@ bool RuleWriter::IsStoredCriterion(WritePlan& plan, const RuleRecord& rule,
   return CanName(id) && plan.KeyExists(mailKey_ + rule.Id + "\\Criteria\\" + id);
 }
 
+std::string RuleWriter::RefusalOf(int row) {
+  const auto& rule = tables_.RuleAt(row);
+  if (!IsThreeDigitId(rule.Id)) return std::string(kBadRuleId);
+  if (rule.overfull) return std::string(kTooManyEntries);
+  const bool movesToDeleted = rule.ActionsOrder.empty() && rule.ActionsParam[0].Type.empty();
+  if (movesToDeleted && !IsDeletedItems(deletedItems_.DeletedItems())) {
+    return std::string(kFoldersUnreadable);
+  }
+  return {};
+}
+
 PlannedRule RuleWriter::PlanRule(int row, SaveFlags flags) {
   return Trap(registry_.Boxes().Boxes(), "RuleToBdR", [&] {
     PlannedRule planned(row, registry_);
-    const auto& rule = tables_.RuleAt(row);
-    if (!IsThreeDigitId(rule.Id)) {
-      planned.refusal = kBadRuleId;
-    } else if (rule.overfull) {
-      planned.refusal = kTooManyEntries;
-    } else {
-      RuleToBdR(planned, flags);
-    }
+    planned.refusal = RefusalOf(row);
+    if (planned.refusal.empty()) RuleToBdR(planned, flags);
     return planned;
   });
 }
@@ -113,10 +95,6 @@ void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
     action.Id = planned.actionsOrder;
     if (action.Flags.empty()) action.Flags = "0";
     if (action.Type.empty()) {
-      if (!IsDeletedItems(deletedItems_.DeletedItems())) {
-        planned.refusal = kFoldersUnreadable;
-        return;
-      }
       action.Type = kActionMove;
       action.Value = deletedItems_.DeletedItems() + '\0';
       action.ValueType = kValueTypeBytes;
@@ -137,17 +115,7 @@ void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
   }
   const auto key = mailKey_ + rule.Id + "\\Actions";
   planned.plan.SetValue(key, "Order", ValueKind::String, planned.actionsOrder);
-  for (const auto& action : actions) ActionsParamToBdR(planned.plan, key, action);
-}
-
-void RuleWriter::ActionsParamToBdR(WritePlan& plan, const std::string& key,
-                                   const ActionRecord& action) {
-  // A damaged action, without a type, is left as it is.
-  if (action.Type.empty()) return;
-  const auto path = key + "\\" + action.Id;
-  plan.SetNumber(path, "Flags", action.Flags);
-  plan.SetNumber(path, "Type", action.Type);
-  PlanArgument(plan, path, ArgumentOfAction(action.Type), action.Value, path);
+  for (const auto& action : actions) PutAction(planned.plan, key, action);
 }
 
 std::vector<std::string> RuleWriter::StoredCriteria(int row) const {
@@ -238,7 +206,12 @@ void RuleWriter::CriteriaToBdR(PlannedRule& planned, bool contentEdit) {
     }
     const auto key = mailKey_ + tables_.RuleAt(row).Id + "\\Criteria";
     PlanCriteriaKeys(planned.plan, row, key, criteria);
-    for (const auto& criterion : criteria) CriteriaParamToBdR(planned.plan, key, criterion);
+    for (const auto& criterion : criteria) {
+      // A kept criterion that lacks a value goes on lacking it.
+      const bool kept = !criterion.storedId.empty() && !criterion.fromSlot;
+      PutCriterion(planned.plan, key, criterion.record, criterion.storedId,
+                   kept ? Missing::StaysOut : Missing::IsZero);
+    }
     planned.criteriaOrder = ids.empty() ? "000" : JoinIds(ids);
     planned.plan.SetValue(key, "Order", ValueKind::String, planned.criteriaOrder);
     planned.criteriaPlanned = true;
@@ -272,25 +245,6 @@ void RuleWriter::PlanCriteriaKeys(WritePlan& plan, int row, const std::string& c
     plan.DeleteKey(std::string(criteriaKey).append("\\").append(id));
   }
   if (moved) plan.RenameSubkeys(criteriaKey, std::move(renames));
-}
-
-void RuleWriter::CriteriaParamToBdR(WritePlan& plan, const std::string& criteriaKey,
-                                    const NewCriterion& criterion) const {
-  const auto& record = criterion.record;
-  if (record.Type.empty()) return;
-  const auto key = criteriaKey + "\\" + record.Id;
-  const bool isStored = !criterion.storedId.empty();
-  const auto stored = isStored ? criteriaKey + "\\" + criterion.storedId : std::string{};
-  const auto setNumber = [&](std::string_view name, const std::string& text) {
-    // A kept criterion that lacks a value goes on lacking it.
-    if (isStored && !criterion.fromSlot && text.empty()) return;
-    plan.SetNumber(key, name, text, stored);
-  };
-  if (!isStored) plan.CreateKey(key);
-  setNumber("Flags", record.Flags);
-  setNumber("Logic", record.Logic);
-  setNumber("Type", record.Type);
-  PlanArgument(plan, key, ArgumentOfCriterion(record.Type), record.Value, stored);
 }
 
 void RuleWriter::Settle(const PlannedRule& planned) {

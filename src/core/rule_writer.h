@@ -60,6 +60,8 @@ class RuleWriter {
         display_(display),
         deletedItems_(deletedItems) {}
 
+  /// Why the rule cannot be saved, whatever is planned for it; empty when it can.
+  [[nodiscard]] std::string RefusalOf(int row);
   [[nodiscard]] PlannedRule PlanRule(int row, SaveFlags flags);
   [[nodiscard]] static RegistryStatus Apply(PlannedRule& planned);
   void Settle(const PlannedRule& planned);
@@ -85,14 +87,11 @@ class RuleWriter {
 
   void RuleToBdR(PlannedRule& planned, SaveFlags flags);
   void ActionsToBdR(PlannedRule& planned, bool closingAction);
-  void ActionsParamToBdR(WritePlan& plan, const std::string& key, const ActionRecord& action);
   void CriteriaToBdR(PlannedRule& planned, bool contentEdit);
   [[nodiscard]] std::vector<NewCriterion> DecodeCriteria(WritePlan& plan, int row);
   [[nodiscard]] std::vector<NewCriterion> KeptCriteria(WritePlan& plan, int row, bool slotsToo);
   [[nodiscard]] CriterionRecord SlotCriterion(int row, int slot);
   void SetLogics(std::vector<NewCriterion>& criteria, int row) const;
-  void CriteriaParamToBdR(WritePlan& plan, const std::string& criteriaKey,
-                          const NewCriterion& criterion) const;
   void PlanCriteriaKeys(WritePlan& plan, int row, const std::string& criteriaKey,
                         const std::vector<NewCriterion>& criteria);
   void PlanVersion(WritePlan& plan);

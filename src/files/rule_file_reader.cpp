@@ -43,8 +43,8 @@ class Lines {
   /// A number as the tables hold it: its digits, or nothing. Types are told apart by them alone,
   /// and no save could convert a blank or a "+" before them.
   std::string TakeNumber() { return Numeric(TakeValue()); }
-  static std::string Numeric(const std::string& text) {
-    if (text.empty()) return text;
+  static std::string Numeric(std::string text) {
+    if (text.empty() || IsPlainNumber(text)) return text;
     try {
       return std::to_string(ToLong(text));
     } catch (const RuntimeError&) {
@@ -68,14 +68,8 @@ std::size_t CountOf(std::string_view order) {
   return count;
 }
 
-std::string OrderOf(std::size_t count) {
-  std::vector<std::string> ids;
-  for (std::size_t k = 0; k < count; ++k) ids.push_back(ThreeDigitId(static_cast<int>(k)));
-  return JoinIds(ids);
-}
-
-std::string CheckedValue(Argument argument, const std::string& value) {
-  return argument == Argument::Number ? Lines::Numeric(value) : value;
+std::string CheckedValue(Argument argument, std::string value) {
+  return argument == Argument::Number ? Lines::Numeric(std::move(value)) : value;
 }
 
 ActionRecord ActionsParamFromFile(Lines& lines) {
@@ -104,14 +98,14 @@ CriterionRecord CriteriaParamFromFile(Lines& lines) {
 void ActionsFromFile(Lines& lines, RuleBlock& block) {
   lines.Skip();
   const auto count = CountOf(lines.TakeValue());
+  block.actions.reserve(count);
   for (std::size_t k = 0; k < count; ++k) {
     auto action = ActionsParamFromFile(lines);
     // What was damaged when it was exported holds nothing.
     if (action.Type.empty()) continue;
-    action.Id = ThreeDigitId(block.actions);
-    block.rule.ActionsParam[block.actions++] = std::move(action);
+    action.Id = ThreeDigitId(static_cast<int>(block.actions.size()));
+    block.actions.push_back(std::move(action));
   }
-  block.rule.ActionsOrder = OrderOf(block.actions);
 }
 
 void CriteriaFromFile(Lines& lines, RuleBlock& block) {
@@ -120,21 +114,20 @@ void CriteriaFromFile(Lines& lines, RuleBlock& block) {
   // A rule without criteria has the order "000".
   const bool none = order == "000" && lines.Peek() == labels::kEndOfRule;
   const auto count = none ? 0 : CountOf(order);
+  block.criteria.reserve(count);
   for (std::size_t k = 0; k < count; ++k) {
     auto criterion = CriteriaParamFromFile(lines);
     if (criterion.Type.empty()) continue;
-    criterion.Id = ThreeDigitId(block.criteria);
-    block.rule.CriteriaParam[block.criteria++] = std::move(criterion);
+    criterion.Id = ThreeDigitId(static_cast<int>(block.criteria.size()));
+    block.criteria.push_back(std::move(criterion));
   }
-  block.rule.CriteriaOrder = OrderOf(block.criteria);
 }
 
 void RuleFromFile(Lines& lines, RuleFileKind kind, RuleBlock& block) {
   if (kind == RuleFileKind::AllRules) lines.TakeValue();
-  block.rule.blank = false;
-  block.rule.Name = lines.TakeValue();
-  block.rule.Version = lines.TakeNumber();
-  block.rule.Enabled = lines.TakeNumber();
+  block.Name = lines.TakeValue();
+  block.Version = lines.TakeNumber();
+  block.Enabled = lines.TakeNumber();
   ActionsFromFile(lines, block);
   CriteriaFromFile(lines, block);
 }
@@ -149,7 +142,41 @@ std::size_t TopFromFile(Lines& lines, RuleFile& file) {
   return count;
 }
 
+/// Puts the entries in their places of the row and gives their order.
+template <typename Record>
+std::string FillEntries(std::array<Record, kMaxEntries>& places, std::vector<Record>& entries) {
+  std::string order;
+  for (std::size_t k = 0; k < entries.size(); ++k) {
+    if (k > 0) order += ' ';
+    order += entries[k].Id;
+    places[k] = std::move(entries[k]);
+  }
+  return order;
+}
+
 }  // namespace
+
+void FillRow(RuleTables& tables, int row, const std::string& id, RuleBlock block) {
+  const auto at = static_cast<std::size_t>(row);
+  auto& rule = tables.RuleAt(row);
+  if (!rule.blank) rule = {};
+  rule.blank = false;
+  rule.Id = id;
+  rule.Name = std::move(block.Name);
+  rule.Version = std::move(block.Version);
+  rule.Enabled = std::move(block.Enabled);
+  rule.ActionsOrder = FillEntries(rule.ActionsParam, block.actions);
+  rule.CriteriaOrder = FillEntries(rule.CriteriaParam, block.criteria);
+  tables.Actions[at] = static_cast<std::uint8_t>(block.actions.size());
+  tables.Criteria[at] = static_cast<std::uint8_t>(block.criteria.size());
+  tables.FirstCriteria[at] = {};
+  for (std::size_t k = 0; k < block.criteria.size(); ++k) {
+    const auto& criterion = rule.CriteriaParam[k];
+    const int slot = tables.SlotOfType(criterion.Type);
+    // The first criterion of a kind owns the slot.
+    if (slot >= 0 && tables.SlotOf(row, slot).Id.empty()) tables.SlotOf(row, slot) = criterion;
+  }
+}
 
 std::string ExtensionOf(RuleFileKind kind) { return kind == RuleFileKind::OneRule ? "roe" : "moe"; }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,10 +17,15 @@ std::string ExtensionOf(RuleFileKind kind);
 /// A rule as a file gives it: its actions and criteria numbered by their place, without an id of
 /// its own.
 struct RuleBlock {
-  RuleRecord rule;
-  std::uint8_t actions = 0;
-  std::uint8_t criteria = 0;
+  std::string Name;
+  std::string Version;
+  std::string Enabled;
+  std::vector<ActionRecord> actions;      ///< kMaxEntries at most.
+  std::vector<CriterionRecord> criteria;  ///< The same.
 };
+
+/// Puts a rule of a file in a row of the tables, under that id.
+void FillRow(RuleTables& tables, int row, const std::string& id, RuleBlock block);
 
 enum class RuleFileVerdict {
   Good,

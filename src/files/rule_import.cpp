@@ -10,6 +10,7 @@
 #include "core/command_batch.h"
 #include "core/entry_types.h"
 #include "core/new_rule.h"
+#include "core/new_rule_keys.h"
 #include "files/text_files.h"
 
 namespace morvelle {
@@ -20,42 +21,6 @@ std::size_t Index(int row) { return static_cast<std::size_t>(row); }
 
 /// The id after this one; 000 after the last.
 std::string IdAfter(const std::string& id) { return ThreeDigitId(std::stoi(id, nullptr, 16) + 1); }
-
-/// Whether a number's text comes back from the store as it is.
-bool IsPlainNumber(const std::string& text) {
-  const bool isShort = !text.empty() && text.size() <= 9;
-  const bool isPlain = isShort && (text.front() != '0' || text.size() == 1);
-  return isPlain && text.find_first_not_of("0123456789") == std::string::npos;
-}
-
-/// Whether an argument, just written to an empty key, is read as it stands in its record.
-bool ReadsBack(Argument argument, const std::string& value, const std::string& valueType) {
-  if (!CarriesValue(argument)) return value.empty() && valueType.empty();
-  if (value.empty() || valueType != ValueTypeOf(argument)) return false;
-  return argument != Argument::Number || IsPlainNumber(value);
-}
-
-bool ReadsBack(const ActionRecord& action) {
-  return IsPlainNumber(action.Type) && IsPlainNumber(action.Flags) &&
-         ReadsBack(ArgumentOfAction(action.Type), action.Value, action.ValueType);
-}
-
-bool ReadsBack(const CriterionRecord& criterion) {
-  return IsPlainNumber(criterion.Type) && IsPlainNumber(criterion.Flags) &&
-         IsPlainNumber(criterion.Logic) &&
-         ReadsBack(ArgumentOfCriterion(criterion.Type), criterion.Value, criterion.ValueType);
-}
-
-/// Whether all of the first `count` entries are read back, under the ids of their order.
-template <typename Records>
-bool AllReadBack(const Records& records, std::size_t count, const std::string& order) {
-  const auto ids = IdsOfOrder(order);
-  if (ids.size() != count) return false;
-  for (std::size_t i = 0; i < count; ++i) {
-    if (records[i].Id != ids[i] || !ReadsBack(records[i])) return false;
-  }
-  return true;
-}
 
 }  // namespace
 
@@ -79,9 +44,10 @@ bool RuleImport::MailFromFile(const std::filesystem::path& path, RuleFileKind ki
       }
       return true;
     }
-    if (!NumberRules(file)) return true;
+    const auto ids = NewIds(file.rules.size());
+    if (!ids) return true;
     const int first = tables_.RuleCount;
-    AddRows(file);
+    AddRows(file, *ids);
     WriteRows(first);
     return true;
   });
@@ -99,84 +65,77 @@ void RuleImport::DropKnownRules(RuleFile& file) const {
   std::unordered_set<std::string> known;
   for (int row = 0; row < tables_.RuleCount; ++row) known.insert(tables_.RuleAt(row).Name);
   const auto kept = std::remove_if(file.rules.begin(), file.rules.end(), [&](const auto& block) {
-    return known.count(block.rule.Name) != 0 && ExistName(block.rule.Name);
+    return known.count(block.Name) != 0 && ExistName(block.Name);
   });
   file.rules.erase(kept, file.rules.end());
 }
 
-bool RuleImport::NumberRules(RuleFile& file) const {
+std::optional<std::vector<std::string>> RuleImport::NewIds(std::size_t count) const {
   std::string greatest;
   for (int row = 0; row < tables_.RuleCount; ++row) {
     const auto& id = tables_.RuleAt(row).Id;
     if (IsThreeDigitId(id)) greatest = std::max(greatest, id);
   }
-  bool enough = Index(tables_.RuleCount) + file.rules.size() <= Index(kMaxRules);
-  FreeRuleIds ids(tables_, registry_, mailKey_);
+  bool enough = Index(tables_.RuleCount) + count <= Index(kMaxRules);
+  FreeRuleIds free(tables_, registry_, mailKey_);
   auto wanted = greatest.empty() ? std::string("000") : IdAfter(greatest);
-  for (std::size_t k = 0; enough && k < file.rules.size(); ++k) {
-    const auto id = ids.Take(wanted);
+  std::vector<std::string> ids;
+  while (enough && ids.size() < count) {
+    const auto id = free.Take(wanted);
     enough = id.has_value();
     if (!enough) break;
-    file.rules[k].rule.Id = *id;
+    ids.push_back(*id);
     wanted = IdAfter(*id);
   }
-  if (!enough) registry_.Boxes().Msg(kTooManyRules);
-  return enough;
+  if (enough) return ids;
+  registry_.Boxes().Msg(kTooManyRules);
+  return std::nullopt;
 }
 
-void RuleImport::AddRows(RuleFile& file) {
+void RuleImport::AddRows(RuleFile& file, const std::vector<std::string>& ids) {
   int row = tables_.RuleCount;
-  tables_.RuleCount = Checked<std::int16_t>(Index(row) + file.rules.size());
+  tables_.RuleCount = Checked<std::int16_t>(Index(row) + ids.size());
   tables_.ReDimTables();
-  for (auto& block : file.rules) {
-    tables_.RuleAt(row) = std::move(block.rule);
-    tables_.Actions[Index(row)] = block.actions;
-    tables_.Criteria[Index(row)] = block.criteria;
-    tables_.FirstCriteria[Index(row)] = {};
-    ++row;
+  for (std::size_t k = 0; k < ids.size(); ++k) {
+    FillRow(tables_, row++, ids[k], std::move(file.rules[k]));
   }
   // From the rows, not from an order that may be damaged.
-  std::vector<std::string> ids;
-  for (row = 0; row < tables_.RuleCount; ++row) ids.push_back(tables_.RuleAt(row).Id);
-  tables_.Mail.Order = JoinIds(ids);
+  std::vector<std::string> order;
+  for (row = 0; row < tables_.RuleCount; ++row) order.push_back(tables_.RuleAt(row).Id);
+  tables_.Mail.Order = JoinIds(order);
 }
 
 void RuleImport::WriteRows(int first) {
   // On a store where each write is final, what was written before a refusal would stay.
-  std::vector<PlannedRule> rules;
   for (int row = first; row < tables_.RuleCount; ++row) {
-    rules.push_back(writer_.PlanRule(row, {}));
-    if (rules.back().refusal.empty()) continue;
-    registry_.Boxes().Msg(rules.back().refusal, kBoxStop);
+    const auto refusal = writer_.RefusalOf(row);
+    if (refusal.empty()) continue;
+    registry_.Boxes().Msg(refusal, kBoxStop);
     return;
   }
   CommandBatch batch(registry_.Store(), registry_.Boxes());
   auto status = kStatusSuccess;
+  std::vector<int> asRead;
   {
     ProgressOf work(progress_, std::string("Importation des règles ..."_cp),
-                    static_cast<int>(rules.size()));
-    int done = 0;
-    for (auto& rule : rules) {
-      status = RuleWriter::Apply(rule);
-      if (status != kStatusSuccess) break;
-      writer_.Settle(rule);
-      work.Done(++done);
+                    tables_.RuleCount - first);
+    NewRuleKeys keys(registry_, mailKey_);
+    for (int row = first; row < tables_.RuleCount && status == kStatusSuccess; ++row) {
+      if (NewRuleKeys::IsAsRead(tables_, row)) {
+        status = keys.Write(tables_, row);
+        asRead.push_back(row);
+      } else {
+        auto planned = writer_.PlanRule(row, {});
+        status = RuleWriter::Apply(planned);
+      }
+      work.Done(row - first + 1);
     }
   }
   if (status == kStatusSuccess) status = writer_.MailTopToBdR();
-  if (batch.Commit(status)) MarkAsRead(first);
-}
-
-void RuleImport::MarkAsRead(int first) {
-  for (int row = first; row < tables_.RuleCount; ++row) {
+  if (!batch.Commit(status)) return;
+  // Spares the load that follows the reading of these rows.
+  for (const int row : asRead) {
     auto& rule = tables_.RuleAt(row);
-    const auto criteria = tables_.Criteria[Index(row)];
-    if (!IsPlainNumber(rule.Enabled) || !IsPlainNumber(rule.Version) || criteria == 0 ||
-        !AllReadBack(rule.ActionsParam, tables_.Actions[Index(row)], rule.ActionsOrder) ||
-        !AllReadBack(rule.CriteriaParam, criteria, rule.CriteriaOrder)) {
-      continue;
-    }
-    rule.blank = false;
     rule.readMark = registry_.Store().ChangeMark(mailKey_ + rule.Id).value_or(0);
   }
 }

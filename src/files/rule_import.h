@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,13 +31,11 @@ class RuleImport {
  private:
   [[nodiscard]] bool ExistName(const std::string& name) const;
   void DropKnownRules(RuleFile& file) const;
-  /// Ids for the new rules, after the greatest one there is; false, after saying so, when there are
-  /// not enough.
-  [[nodiscard]] bool NumberRules(RuleFile& file) const;
-  void AddRows(RuleFile& file);
+  /// Ids for so many new rules, after the greatest one there is; nothing, after saying so, when
+  /// there are not enough.
+  [[nodiscard]] std::optional<std::vector<std::string>> NewIds(std::size_t count) const;
+  void AddRows(RuleFile& file, const std::vector<std::string>& ids);
   void WriteRows(int first);
-  /// Spares the load that follows the reading of rows that say just what was stored.
-  void MarkAsRead(int first);
 
   RegistryAccess& registry_;
   const std::string& mailKey_;

@@ -4,15 +4,12 @@
 #include <array>
 #include <utility>
 
+#include "app/messages/text.h"
 #include "platform/unicode.h"
 
 namespace morvelle {
 
 namespace {
-
-/// What a line of a key, and of a value beside its data, takes of a file, in characters: a guess.
-constexpr std::size_t kKeyLine = 160;
-constexpr std::size_t kValueLine = 24;
 
 std::u16string Folded(std::u16string_view text) {
   std::u16string folded(text);
@@ -42,6 +39,16 @@ class ShortFold {
 };
 
 /// Position of a value (or of its deletion); the number of entries when there is none.
+std::size_t Position(const RegistryKey& key, const RegistryName& name) {
+  std::size_t at = 0;
+  while (at < key.entries.size() &&
+         (key.entries[at].name == nullptr || key.entries[at].name->folded != name.folded)) {
+    ++at;
+  }
+  return at;
+}
+
+/// The same for a name that no key may carry yet.
 std::size_t Position(const RegistryKey& key, std::u16string_view folded) {
   std::size_t at = 0;
   while (at < key.entries.size() &&
@@ -52,6 +59,10 @@ std::size_t Position(const RegistryKey& key, std::u16string_view folded) {
 }
 
 auto SubkeyPlace(const RegistryKey& key, std::u16string_view folded) {
+  // Keys mostly come in order.
+  if (!key.subkeys.empty() && key.subkeys.back()->name->folded->text < folded) {
+    return key.subkeys.end();
+  }
   return std::lower_bound(key.subkeys.begin(), key.subkeys.end(), folded,
                           [](const std::unique_ptr<RegistryKey>& subkey, std::u16string_view text) {
                             return subkey->name->folded->text < text;
@@ -72,12 +83,30 @@ void SetGone(RegistryKey& key, bool gone) {
 
 }  // namespace
 
+template <typename Text>
+std::size_t NameTable::RecentSlot(const Text& text) {
+  if (text.empty()) return 0;
+  const auto weigh = [](auto unit, std::size_t weight) {
+    if constexpr (sizeof unit == 1) return CodeUnitOf(unit) * weight;
+    return static_cast<char16_t>(unit) * weight;
+  };
+  return (text.size() * 7 + weigh(text.front(), 71) + weigh(text[text.size() / 2], 13) +
+          weigh(text.back(), 1)) %
+         kRecent;
+}
+
 const RegistryName* NameTable::Intern(std::u16string_view text) {
-  const std::size_t slot =
-      text.empty() ? 0 : (text.size() * 7 + std::size_t{text.front()} * 3 + text.back()) % kRecent;
-  const RegistryName*& recent = recent_[slot];
+  const RegistryName*& recent = recent_[RecentSlot(text)];
   if (recent == nullptr || recent->text != text) recent = InternNew(text);
   return recent;
+}
+
+const RegistryName* NameTable::Intern(std::string_view text) {
+  const RegistryName* recent = recent_[RecentSlot(text)];
+  const auto isSame = [](char16_t unit, char character) { return unit == CodeUnitOf(character); };
+  const bool known = recent != nullptr && std::equal(recent->text.begin(), recent->text.end(),
+                                                     text.begin(), text.end(), isSame);
+  return known ? recent : Intern(ToUtf16(text));
 }
 
 const RegistryName* NameTable::InternNew(std::u16string_view text) {
@@ -92,7 +121,7 @@ const RegistryName* NameTable::InternNew(std::u16string_view text) {
 
 RegistryTree::RegistryTree() {
   ends_.previous = ends_.next = &ends_;
-  top_.name = names_.Intern({});
+  top_.name = names_.Intern(std::u16string_view());
 }
 
 RegistryKey* RegistryTree::Subkey(const RegistryKey& key, std::u16string_view name) {
@@ -108,20 +137,20 @@ RegistryKey& RegistryTree::AddSubkey(RegistryKey& parent, std::u16string_view na
   RegistryKey& key = *made;
   key.parent = &parent;
   key.name = names_.Intern(name);
-  if (recording_) {
-    key.bornIn = batch_;
-    growth_ += kKeyLine;
-  }
+  if (recording_) key.bornIn = batch_;
   parent.subkeys.insert(SubkeyPlace(parent, key.name->folded->text), std::move(made));
   Mark(key);
-  Record([this, &key] {
-    auto& siblings = key.parent->subkeys;
-    const auto at =
-        siblings.begin() + (SubkeyPlace(*key.parent, key.name->folded->text) - siblings.cbegin());
-    SetGone(key, true);
-    dead_.push_back(std::move(*at));
-    siblings.erase(at);
-  });
+  // What stands under a key of this batch goes with that key.
+  if (IsUndone(parent)) {
+    Record([this, &key] {
+      auto& siblings = key.parent->subkeys;
+      const auto at =
+          siblings.begin() + (SubkeyPlace(*key.parent, key.name->folded->text) - siblings.cbegin());
+      SetGone(key, true);
+      dead_.push_back(std::move(*at));
+      siblings.erase(at);
+    });
+  }
   if (!deletions_.empty()) TakeBackDeletion(key);
   if (placing == Placing::InOrder) Link(key, PlaceInOrder(key));
   return key;
@@ -194,20 +223,17 @@ const RegistryEntry* RegistryTree::FindValue(const RegistryKey& key, std::u16str
   return &key.entries[position];
 }
 
-void RegistryTree::SetValue(RegistryKey& key, std::u16string_view name, std::uint32_t kind,
+void RegistryTree::SetValue(RegistryKey& key, const RegistryName* name, std::uint32_t kind,
                             std::string data) {
   Mark(key);
-  const RegistryName* interned = names_.Intern(name);
   if (!key.Listed()) ListBeforeSubkeys(key);
-  const std::size_t at = Position(key, interned->folded->text);
+  const std::size_t at = Position(key, *name);
   if (at == key.entries.size()) {
-    growth_ += kValueLine + 3 * data.size();
-    key.entries.push_back({interned, kind, RegistryEntry::Role::Value, std::move(data)});
+    key.entries.push_back({name, kind, RegistryEntry::Role::Value, std::move(data)});
     if (IsUndone(key)) Record([&key] { key.entries.pop_back(); });
     return;
   }
   RegistryEntry& entry = key.entries[at];
-  growth_ += 3 * data.size();
   if (IsUndone(key)) Record([&key, at, before = entry] { key.entries[at] = before; });
   entry.kind = kind;
   entry.role = RegistryEntry::Role::Value;
@@ -288,7 +314,8 @@ void RegistryTree::UnlistAll(RegistryKey& key) {
 
 FilePlace& RegistryTree::PlaceInOrder(const RegistryKey& key) {
   const auto& siblings = key.parent->subkeys;
-  const auto at = SubkeyPlace(*key.parent, key.name->folded->text);
+  const auto at = siblings.back().get() == &key ? siblings.end() - 1
+                                                : SubkeyPlace(*key.parent, key.name->folded->text);
   FilePlace* place = key.parent->Listed() ? key.parent : ends_.previous;
   if (at == siblings.begin()) return *place;
   RegistryKey& before = **(at - 1);
@@ -333,7 +360,12 @@ RegistryKey* PathCursor::Find(RegistryKey& from, std::u16string_view path, std::
 
 RegistryKey* PathCursor::Create(RegistryKey& from, std::u16string_view path,
                                 RegistryTree::Placing placing) {
-  if (RegistryKey* key = Find(from, path)) return key;
+  RegistryKey* key = Find(from, path);
+  return key != nullptr ? key : Extend(from, path, placing);
+}
+
+RegistryKey* PathCursor::Extend(RegistryKey& from, std::u16string_view path,
+                                RegistryTree::Placing placing) {
   const std::size_t start = steps_.empty() ? 0 : steps_.back().end;
   std::size_t level = steps_.size();
   std::size_t at = start;

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace morvelle {
@@ -42,9 +43,14 @@ class NameTable {
   NameTable& operator=(const NameTable&) = delete;
 
   const RegistryName* Intern(std::u16string_view text);
+  /// The same for a text of the code page.
+  const RegistryName* Intern(std::string_view text);
 
  private:
   const RegistryName* InternNew(std::u16string_view text);
+  /// Where a name is among the recent ones, if it is there.
+  template <typename Text>
+  static std::size_t RecentSlot(const Text& text);
 
   struct Hash {
     using is_transparent = void;
@@ -64,7 +70,7 @@ class NameTable {
   };
 
   /// The few names that nearly all values carry, found without the set.
-  static constexpr std::size_t kRecent = 64;
+  static constexpr std::size_t kRecent = 1024;
 
   std::unordered_set<RegistryName, Hash, Same> names_;
   std::array<const RegistryName*, kRecent> recent_{};
@@ -165,7 +171,11 @@ class RegistryTree {
   /// The value of that name, null when there is none.
   [[nodiscard]] static const RegistryEntry* FindValue(const RegistryKey& key,
                                                       std::u16string_view name);
-  void SetValue(RegistryKey& key, std::u16string_view name, std::uint32_t kind, std::string data);
+  void SetValue(RegistryKey& key, std::u16string_view name, std::uint32_t kind, std::string data) {
+    SetValue(key, names_.Intern(name), kind, std::move(data));
+  }
+  /// As above, with a name of Names().
+  void SetValue(RegistryKey& key, const RegistryName* name, std::uint32_t kind, std::string data);
   void DeleteValue(RegistryKey& key, const RegistryEntry& value);
 
   /// What a file says beside its keys and values; at the end of the chain.
@@ -177,10 +187,7 @@ class RegistryTree {
   void StartBatch() {
     recording_ = true;
     ++batch_;
-    growth_ = 0;
   }
-  /// About how many characters of a file this batch added: more than the names and values take.
-  [[nodiscard]] std::size_t Growth() const { return growth_; }
   /// True when something was changed since StartBatch.
   [[nodiscard]] bool Changed() const { return !undo_.empty(); }
   void Undo();
@@ -226,7 +233,6 @@ class RegistryTree {
   std::uint64_t lastMark_ = 1;
   std::uint64_t undoMark_ = 1;
   std::uint64_t batch_ = 0;
-  std::size_t growth_ = 0;
   bool recording_ = false;
 };
 
@@ -241,6 +247,8 @@ class PathCursor {
   RegistryKey* Find(RegistryKey& from, std::u16string_view path, std::size_t shared = 0);
   /// The key of that path, made with its missing parents. Null when it would pass a limit.
   RegistryKey* Create(RegistryKey& from, std::u16string_view path, RegistryTree::Placing placing);
+  /// As Create, for a path that Find, just before, led to no key.
+  RegistryKey* Extend(RegistryKey& from, std::u16string_view path, RegistryTree::Placing placing);
   /// Moves `at` past the next name of the path and gives the name; empty at the end.
   static std::u16string_view NextName(std::u16string_view path, std::size_t& at);
 

@@ -1,6 +1,7 @@
 #include "platform/tree_store.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "app/messages/text.h"
@@ -28,8 +29,14 @@ std::string View(const RegistryEntry& value) {
 
 std::string Stored(std::uint32_t kind, std::string_view data) {
   if (!IsText(kind)) return std::string(data);
-  const auto wide = ToUtf16(data);
-  return {reinterpret_cast<const char*>(wide.data()), wide.size() * sizeof(char16_t)};
+  std::string wide(data.size() * sizeof(char16_t), '\0');
+  char* to = wide.data();
+  for (const char byte : data) {
+    const char16_t unit = CodeUnitOf(byte);
+    std::memcpy(to, &unit, sizeof unit);
+    to += sizeof unit;
+  }
+  return wide;
 }
 
 }  // namespace
@@ -160,6 +167,34 @@ RegistryStatus TreeStore::RenameSubkeys(std::string_view path, std::span<const K
     tree_.Rename(*parent, renamings);
     return kStatusSuccess;
   });
+}
+
+bool TreeStore::WriteNewKeys(std::string_view path, std::span<const NewKey> keys) {
+  std::size_t shared = 0;
+  const auto wide = WidePath(path, shared);
+  if (!inBatch_ || cursor_.Find(*root_, wide, shared) != nullptr) return false;
+  RegistryKey* made = cursor_.Extend(*root_, wide, RegistryTree::Placing::InOrder);
+  if (made == nullptr) return false;
+  for (const auto& [below, values] : keys) {
+    RegistryKey* key = made;
+    std::size_t at = 0;
+    const auto names = Wide(below);
+    for (auto name = PathCursor::NextName(names, at); !name.empty();
+         name = PathCursor::NextName(names, at)) {
+      RegistryKey* known = RegistryTree::Subkey(*key, name);
+      key = known != nullptr ? known : &tree_.AddSubkey(*key, name, RegistryTree::Placing::InOrder);
+    }
+    Fill(*key, values);
+  }
+  return true;
+}
+
+void TreeStore::Fill(RegistryKey& key, std::span<const NewValue> values) {
+  key.entries.reserve(values.size());
+  for (const auto& value : values) {
+    const auto kind = static_cast<std::uint32_t>(value.kind);
+    tree_.SetValue(key, tree_.Names().Intern(value.name), kind, Stored(kind, value.data));
+  }
 }
 
 std::optional<std::uint64_t> TreeStore::ChangeMark(std::string_view path) {

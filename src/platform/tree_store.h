@@ -37,6 +37,7 @@ class TreeStore : public RegistryStore {
   RegistryStatus RenameSubkeys(std::string_view path, std::span<const KeyRename> renames,
                                std::span<const std::string_view> known) override;
 
+  bool WriteNewKeys(std::string_view path, std::span<const NewKey> keys) override;
   [[nodiscard]] std::optional<std::uint64_t> ChangeMark(std::string_view path) override;
 
   void BeginBatch() override;
@@ -61,6 +62,7 @@ class TreeStore : public RegistryStore {
     bool deleted = false;
   };
 
+  void Fill(RegistryKey& key, std::span<const NewValue> values);
   KeyHandle Give(RegistryKey& key, KeyAccess access);
   RegistryStatus KeyOf(KeyHandle handle, KeyAccess wanted, RegistryKey*& key) const;
   RegistryStatus ValueOf(KeyHandle handle, std::string_view name, const RegistryEntry*& value);

@@ -51,6 +51,19 @@ struct KeyRename {
   std::string to;
 };
 
+/// A value to be written, its data as RegistryStore::SetValue takes them.
+struct NewValue {
+  std::string_view name;
+  ValueKind kind;
+  std::string_view data;
+};
+
+/// A key to be made: its path below another one, empty for that one itself.
+struct NewKey {
+  std::string_view path;
+  std::span<const NewValue> values;
+};
+
 /// The registry under HKEY_CURRENT_USER as the program sees it: keys that hold named values and
 /// subkeys. Paths, names and string data are text of the system code page, one byte a character;
 /// paths are relative to HKEY_CURRENT_USER with "\" between components, a "\" at the end is
@@ -102,6 +115,14 @@ class RegistryStore {
   [[nodiscard]] virtual std::optional<std::uint64_t> ChangeMark(
       [[maybe_unused]] std::string_view path) {
     return std::nullopt;
+  }
+
+  /// Makes a key that is not there, with its missing parents, and keys below it, all with their
+  /// values, where the store has a quicker way to it than one operation after the other. False,
+  /// with nothing written, where it has none or the key is there.
+  virtual bool WriteNewKeys([[maybe_unused]] std::string_view path,
+                            [[maybe_unused]] std::span<const NewKey> keys) {
+    return false;
   }
 
   virtual void BeginBatch() {}

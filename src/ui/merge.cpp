@@ -72,7 +72,7 @@ bool frmMorvelle::CanJoin(const RuleBlock& other) {
     filled[Index(slot)] = tables_.WordCount[Index(slot)] > 0;
     flags[Index(slot)] = MeaningOf(SlotRecord(slot).Flags);
   }
-  for (const auto& criterion : other.rule.CriteriaParam) {
+  for (const auto& criterion : other.criteria) {
     const int slot = tables_.SlotOfType(criterion.Type);
     if (slot < 0) continue;
     const auto at = Index(slot);
@@ -101,7 +101,7 @@ bool frmMorvelle::CanJoin(const RuleBlock& other) {
 
 void frmMorvelle::JoinRule(const RuleBlock& other) {
   tables_.Touch(editing_.nCurRule);
-  for (const auto& criterion : other.rule.CriteriaParam) {
+  for (const auto& criterion : other.criteria) {
     const int slot = tables_.SlotOfType(criterion.Type);
     const auto list = WordsOf(criterion);
     if (slot < 0 || list.empty()) continue;

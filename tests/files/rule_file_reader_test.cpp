@@ -47,16 +47,23 @@ TEST(RuleFileReaderTest, EntriesAreNumberedByTheirPlace) {
   ASSERT_EQ(file.verdict, RuleFileVerdict::Good);
   EXPECT_EQ(file.version, "327680");
   ASSERT_EQ(file.rules.size(), 2U);
-  const auto& rule = file.rules[0].rule;
-  EXPECT_EQ(rule.Name, "Été");
-  EXPECT_EQ(rule.Enabled, "");
-  EXPECT_EQ(rule.ActionsOrder, "000 001");
-  EXPECT_EQ(rule.ActionsParam[0].Value, kFolder);
-  EXPECT_EQ(rule.ActionsParam[1].Id, "001");
-  EXPECT_EQ(rule.CriteriaOrder, "000");
-  EXPECT_EQ(rule.CriteriaParam[0].Value, "alpha\0\n\0\0\0"s);
-  EXPECT_EQ(rule.CriteriaParam[0].Flags, "-1");
-  EXPECT_EQ(file.rules[1].criteria, 0) << "\"000\" and no criterion";
+  const auto& block = file.rules[0];
+  EXPECT_EQ(block.Name, "Été");
+  EXPECT_EQ(block.Enabled, "");
+  ASSERT_EQ(block.actions.size(), 2U);
+  EXPECT_EQ(block.actions[0].Value, kFolder);
+  EXPECT_EQ(block.actions[1].Id, "001");
+  ASSERT_EQ(block.criteria.size(), 1U);
+  EXPECT_EQ(block.criteria[0].Value, "alpha\0\n\0\0\0"s);
+  EXPECT_EQ(block.criteria[0].Flags, "-1");
+  EXPECT_TRUE(file.rules[1].criteria.empty()) << "\"000\" and no criterion";
+
+  RuleTables tables;
+  FillRow(tables, 0, "0A0", block);
+  EXPECT_EQ(tables.RuleAt(0).ActionsOrder, "000 001");
+  EXPECT_EQ(tables.RuleAt(0).CriteriaOrder, "000");
+  FillRow(tables, 0, "0A1", file.rules[1]);
+  EXPECT_EQ(tables.RuleAt(0).CriteriaParam[0].Type, "") << "nothing is left of the row before";
 }
 
 TEST(RuleFileReaderTest, OnlyAReturnWithALineFeedEndsAValue) {
@@ -67,8 +74,8 @@ TEST(RuleFileReaderTest, OnlyAReturnWithALineFeedEndsAValue) {
   const auto good = ReadRuleFile(Rule("A\rB\nC", "000\r\n" + Action("6", value), "\r\n") + "EOM",
                                  RuleFileKind::OneRule);
   ASSERT_EQ(good.verdict, RuleFileVerdict::Good);
-  EXPECT_EQ(good.rules[0].rule.ActionsParam[0].Value, value);
-  EXPECT_EQ(good.rules[0].rule.Name, "A\rB\nC");
+  EXPECT_EQ(good.rules[0].actions[0].Value, value);
+  EXPECT_EQ(good.rules[0].Name, "A\rB\nC");
 }
 
 TEST(RuleFileReaderTest, AFileCutAnywhereIsRefused) {
@@ -117,10 +124,10 @@ TEST(RuleFileReaderTest, EntriesThatWereDamagedAreDroppedAndNumbersAreTheirDigit
                        "EOM\r\n",
                    RuleFileKind::OneRule);
   ASSERT_EQ(file.verdict, RuleFileVerdict::Good);
-  EXPECT_EQ(file.rules[0].rule.ActionsOrder, "000 001");
-  EXPECT_EQ(file.rules[0].rule.ActionsParam[0].Type, "12");
-  EXPECT_EQ(file.rules[0].rule.ActionsParam[1].Value, "7");
-  EXPECT_EQ(file.rules[0].rule.CriteriaOrder, "");
+  ASSERT_EQ(file.rules[0].actions.size(), 2U);
+  EXPECT_EQ(file.rules[0].actions[0].Type, "12");
+  EXPECT_EQ(file.rules[0].actions[1].Value, "7");
+  EXPECT_TRUE(file.rules[0].criteria.empty());
 }
 
 TEST(RuleFileReaderTest, WhateverTheLengthsTheReaderEnds) {
@@ -133,7 +140,7 @@ TEST(RuleFileReaderTest, WhateverTheLengthsTheReaderEnds) {
   const auto file =
       ReadRuleFile(Rule(megabyte, "\r\n", "000\r\n") + "EOM\r\n", RuleFileKind::OneRule);
   ASSERT_EQ(file.verdict, RuleFileVerdict::Good);
-  EXPECT_EQ(file.rules[0].rule.Name, megabyte);
+  EXPECT_EQ(file.rules[0].Name, megabyte);
 }
 
 }  // namespace

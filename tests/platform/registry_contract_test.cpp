@@ -127,6 +127,30 @@ TEST_P(RegistryContract, RenamesSubkeysAtOnce) {
   EXPECT_EQ(store_->RenameSubkeys("Criteria", {{{"00F", "000"}}}, kKnown), kStatusNotFound);
 }
 
+TEST_P(RegistryContract, MakesNewKeysAtOnceOrNotAtAll) {
+  const std::array<NewValue, 2> values = {
+      {{"Name", ValueKind::String, {"été\0", 6}}, {"Enabled", ValueKind::Dword, {"\1\0\0\0", 4}}}};
+  const std::array<NewKey, 4> keys = {
+      {{"", values}, {"Actions", {}}, {"Actions\\001", values}, {"Actions\\000", values}}};
+  Created("Mail\\000");
+  store_->BeginBatch();
+  if (!store_->WriteNewKeys("Mail\\00A", keys)) {
+    EXPECT_EQ(Opening("Mail\\00A"), kStatusNotFound);
+    return;
+  }
+  EXPECT_EQ(Names(Created("Mail")), "000 00A");
+  EXPECT_EQ(Names(Created("Mail\\00a\\Actions")), "000 001");
+  for (const auto* path : {"Mail\\00A", "Mail\\00A\\Actions\\000"}) {
+    EXPECT_EQ(Read(Created(path), "NAME"), std::string("été\0", 6)) << path;
+    EXPECT_EQ(Read(Created(path), "Enabled"), std::string("\1\0\0\0", 4)) << path;
+  }
+  EXPECT_FALSE(store_->WriteNewKeys("Mail\\00a", keys)) << "it is there";
+  EXPECT_FALSE(store_->WriteNewKeys(std::string(300, 'k'), keys)) << "no name of a key";
+  store_->AbandonBatch();
+  EXPECT_EQ(Opening("Mail\\00A"), kStatusNotFound);
+  EXPECT_EQ(Names(Created("Mail")), "000");
+}
+
 }  // namespace
 
 }  // namespace morvelle

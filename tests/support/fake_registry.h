@@ -21,7 +21,8 @@ class FakeRegistry final : public TreeStore {
   std::string lastError;
   int commits = 0;
   int writes = 0;
-  /// Whether it can tell what has changed, as a file can and the Windows registry cannot.
+  /// Whether it can tell what has changed and make keys at once, as a file can and the Windows
+  /// registry cannot.
   bool tellsChanges = true;
 
   RegistryStatus CreateKey(std::string_view path, KeyHandle& handle) override {
@@ -37,6 +38,9 @@ class FakeRegistry final : public TreeStore {
     if (writeStatus != kStatusSuccess && goodWrites-- <= 0) return writeStatus;
     ++writes;
     return TreeStore::SetValue(key, name, kind, data);
+  }
+  bool WriteNewKeys(std::string_view path, std::span<const NewKey> keys) override {
+    return tellsChanges && writeStatus == kStatusSuccess && TreeStore::WriteNewKeys(path, keys);
   }
   std::optional<std::uint64_t> ChangeMark(std::string_view path) override {
     return tellsChanges ? TreeStore::ChangeMark(path) : std::nullopt;

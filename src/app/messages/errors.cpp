@@ -1,5 +1,6 @@
 #include "app/messages/errors.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <new>
 #include <string_view>
@@ -92,6 +93,14 @@ std::int32_t ToLong(const std::string& text) {
     }
   }
   return Checked<std::int32_t>(negative ? -value : value);
+}
+
+bool IsPlainNumber(std::string_view text) {
+  constexpr std::size_t kMostDigits = 9;
+  if (text.empty() || text.size() > kMostDigits || (text.size() > 1 && text.front() == '0')) {
+    return false;
+  }
+  return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 std::int32_t ToLongOrZero(const std::string& text) {

@@ -92,5 +92,8 @@ Narrow Checked(Wide value) {
 std::int32_t ToLong(const std::string& text);
 /// As ToLong, but 0 for a text that is no number: for what is only shown.
 std::int32_t ToLongOrZero(const std::string& text);
+/// Whether a text is a number as the program writes it: nine digits at most, none of them a leading
+/// zero. A longer one may be a number too.
+bool IsPlainNumber(std::string_view text);
 
 }  // namespace morvelle
