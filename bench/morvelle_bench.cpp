@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "bench/command_bench.h"
@@ -81,13 +82,13 @@ void Load(benchmark::State& state, const std::filesystem::path& file) {
 }
 
 /// One word more in one rule: the file written and the rule set read again, as the window does.
-void SaveOneRule(benchmark::State& state, const std::filesystem::path& file) {
+void SaveOneRule(benchmark::State& state, const std::filesystem::path& file,
+                 const std::shared_ptr<int>& saved) {
   LoadedRules loaded(file);
   auto& form = loaded.Form();
-  int number = 0;
   for ([[maybe_unused]] auto step : state) {
     form.RuleMenu("mnuMod").Choose(kRules / 2);
-    const auto word = ToUtf16("mot " + std::to_string(++number));
+    const auto word = ToUtf16("mot " + std::to_string(++*saved));
     form.txtBox[0].Type(word);
     form.txtBox[0].KeyDown(kKeyReturn);
     const auto start = Clock::now();
@@ -152,34 +153,37 @@ void Window(benchmark::State& state, const std::string& program,
   }
 }
 
-/// Keeps the time of each benchmark beside printing it.
+/// Keeps the time of each benchmark beside printing it: of repetitions the one in the middle, which
+/// a disk or another program that is busy for a moment does not move.
 class Keeper final : public benchmark::ConsoleReporter {
  public:
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const auto& run : runs) {
-      if (!run.error_occurred) {
-        seconds_[run.benchmark_name().substr(0, run.benchmark_name().find('/'))] =
-            run.real_accumulated_time / static_cast<double>(run.iterations);
-      }
+      const bool counts =
+          run.run_type == Run::RT_Iteration ? run.repetitions <= 1 : run.aggregate_name == "median";
+      if (run.error_occurred || !counts) continue;
+      const auto name = run.run_name.function_name;
+      seconds_[name] = run.real_accumulated_time / static_cast<double>(run.iterations);
     }
     ConsoleReporter::ReportRuns(runs);
   }
   void PrintRatio(const char* what, const char* left, const char* right, double bound) const {
-    if (seconds_.count(left) == 0 || seconds_.count(right) == 0) return;
-    std::printf("%-58s %6.2f  (at most %.2f)\n", what, seconds_.at(left) / seconds_.at(right),
-                bound);
+    if (Known(left) && Known(right)) Print(what, Seconds(left) / Seconds(right), bound);
   }
   void PrintDifference(const char* what, const char* left, const char* right, double bound) const {
-    if (seconds_.count(left) == 0 || seconds_.count(right) == 0) return;
-    std::printf("%-58s %6.2f  (at most %.2f)\n", what, seconds_.at(left) - seconds_.at(right),
-                bound);
+    if (Known(left) && Known(right)) Print(what, Seconds(left) - Seconds(right), bound);
   }
   void PrintFigure(const char* what, const char* name, double bound) const {
-    if (seconds_.count(name) == 0) return;
-    std::printf("%-58s %6.2f  (at most %.2f)\n", what, seconds_.at(name), bound);
+    if (Known(name)) Print(what, Seconds(name), bound);
   }
 
  private:
+  [[nodiscard]] bool Known(const char* name) const { return seconds_.count(name) != 0; }
+  [[nodiscard]] double Seconds(const char* name) const { return seconds_.at(name); }
+  static void Print(const char* what, double figure, double bound) {
+    std::printf("%-66s %6.2f  (at most %.2f)\n", what, figure, bound);
+  }
+
   std::map<std::string, double> seconds_;
 };
 
@@ -187,17 +191,17 @@ void RegisterAll(const std::string& program, const std::filesystem::path& file) 
   using benchmark::kMillisecond;
   benchmark::RegisterBenchmark("Iconv", Iconv, file)->Unit(kMillisecond)->UseRealTime();
   benchmark::RegisterBenchmark("Load", Load, file)->Unit(kMillisecond)->UseManualTime();
-  benchmark::RegisterBenchmark("Memory", Memory, program, file)->Iterations(3)->UseManualTime();
+  benchmark::RegisterBenchmark("Memory", Memory, program, file)->Iterations(1)->UseManualTime();
   const auto probe = std::filesystem::path(program).parent_path() / "window_probe";
   if (std::getenv("DISPLAY") != nullptr && std::filesystem::exists(probe)) {
     const std::filesystem::path sample = MORVELLE_SAMPLE_FILE;
     benchmark::RegisterBenchmark("WindowOnSample", Window, probe.string(), sample)
         ->Unit(kMillisecond)
-        ->Iterations(5)
+        ->Iterations(1)
         ->UseManualTime();
     benchmark::RegisterBenchmark("WindowOnRuleSet", Window, probe.string(), file)
         ->Unit(kMillisecond)
-        ->Iterations(5)
+        ->Iterations(1)
         ->UseManualTime();
   }
   RegisterWhitelist(file.parent_path());
@@ -205,7 +209,7 @@ void RegisterAll(const std::string& program, const std::filesystem::path& file) 
   benchmark::RegisterBenchmark("ImportAll", ImportAll, file)->Unit(kMillisecond)->UseManualTime();
   // Last, for these change the file.
   RegisterCommands(file, kRules);
-  benchmark::RegisterBenchmark("SaveOneRule", SaveOneRule, file)
+  benchmark::RegisterBenchmark("SaveOneRule", SaveOneRule, file, std::make_shared<int>(0))
       ->Unit(kMillisecond)
       ->UseManualTime();
 }
