@@ -266,6 +266,12 @@ void RuleWriter::Settle(const PlannedRule& planned) {
   }
 }
 
+RegistryStatus RuleWriter::VersionToBdR() {
+  WritePlan plan(registry_);
+  PlanVersion(plan);
+  return plan.Apply();
+}
+
 RegistryStatus RuleWriter::MailTopToBdR() {
   return Trap(registry_.Boxes().Boxes(), "MailTopToBdR", [&] {
     WritePlan plan(registry_);

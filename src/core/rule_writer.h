@@ -66,6 +66,8 @@ class RuleWriter {
   [[nodiscard]] static RegistryStatus Apply(PlannedRule& planned);
   void Settle(const PlannedRule& planned);
 
+  /// Writes the version of a rules key that has none.
+  RegistryStatus VersionToBdR();
   /// Writes Mail.Order. The order is pending no more once the command's batch is stored: that is
   /// for the caller to note.
   RegistryStatus MailTopToBdR();

@@ -42,11 +42,15 @@ class Lines {
   }
   /// A number as the tables hold it: its digits, or nothing. Types are told apart by them alone,
   /// and no save could convert a blank or a "+" before them.
-  std::string TakeNumber() { return Numeric(TakeValue()); }
-  static std::string Numeric(std::string text) {
-    if (text.empty() || IsPlainNumber(text)) return text;
+  void TakeNumber(std::string& number) {
+    Skip();
+    number = Take();
+    ToDigits(number);
+  }
+  static void ToDigits(std::string& text) {
+    if (text.empty() || IsPlainNumber(text)) return;
     try {
-      return std::to_string(ToLong(text));
+      text = std::to_string(ToLong(text));
     } catch (const RuntimeError&) {
       throw NotImportable();
     }
@@ -68,44 +72,49 @@ std::size_t CountOf(std::string_view order) {
   return count;
 }
 
-std::string CheckedValue(Argument argument, std::string value) {
-  return argument == Argument::Number ? Lines::Numeric(std::move(value)) : value;
+void TakeArgument(Lines& lines, Argument argument, std::string& valueType, std::string& value) {
+  lines.TakeNumber(valueType);
+  value = lines.TakeValue();
+  if (argument == Argument::Number) Lines::ToDigits(value);
 }
 
-ActionRecord ActionsParamFromFile(Lines& lines) {
-  ActionRecord action;
+void ActionsParamFromFile(Lines& lines, ActionRecord& action) {
   lines.TakeValue();
-  action.Flags = lines.TakeNumber();
-  action.Type = lines.TakeNumber();
-  if (!labels::HasActionValue(action.Type)) return action;
-  action.ValueType = lines.TakeNumber();
-  action.Value = CheckedValue(ArgumentOfAction(action.Type), lines.TakeValue());
-  return action;
+  lines.TakeNumber(action.Flags);
+  lines.TakeNumber(action.Type);
+  if (!labels::HasActionValue(action.Type)) return;
+  TakeArgument(lines, ArgumentOfAction(action.Type), action.ValueType, action.Value);
 }
 
-CriterionRecord CriteriaParamFromFile(Lines& lines) {
-  CriterionRecord criterion;
+void CriteriaParamFromFile(Lines& lines, CriterionRecord& criterion) {
   lines.TakeValue();
-  criterion.Flags = lines.TakeNumber();
-  criterion.Logic = lines.TakeNumber();
-  criterion.Type = lines.TakeNumber();
-  if (!labels::HasCriterionValue(criterion.Type)) return criterion;
-  criterion.ValueType = lines.TakeNumber();
-  criterion.Value = CheckedValue(ArgumentOfCriterion(criterion.Type), lines.TakeValue());
-  return criterion;
+  lines.TakeNumber(criterion.Flags);
+  lines.TakeNumber(criterion.Logic);
+  lines.TakeNumber(criterion.Type);
+  if (!labels::HasCriterionValue(criterion.Type)) return;
+  TakeArgument(lines, ArgumentOfCriterion(criterion.Type), criterion.ValueType, criterion.Value);
+}
+
+/// Reads so many entries. What was damaged when it was exported has no type and holds nothing; the
+/// others are numbered by their place.
+template <typename Record, typename Read>
+void EntriesFromFile(Lines& lines, std::size_t count, std::vector<Record>& entries, Read&& read) {
+  entries.reserve(count);
+  for (std::size_t k = 0; k < count; ++k) {
+    auto& entry = entries.emplace_back();
+    read(lines, entry);
+    if (entry.Type.empty()) {
+      entries.pop_back();
+    } else {
+      entry.Id = ThreeDigitId(static_cast<int>(entries.size()) - 1);
+    }
+  }
 }
 
 void ActionsFromFile(Lines& lines, RuleBlock& block) {
   lines.Skip();
   const auto count = CountOf(lines.TakeValue());
-  block.actions.reserve(count);
-  for (std::size_t k = 0; k < count; ++k) {
-    auto action = ActionsParamFromFile(lines);
-    // What was damaged when it was exported holds nothing.
-    if (action.Type.empty()) continue;
-    action.Id = ThreeDigitId(static_cast<int>(block.actions.size()));
-    block.actions.push_back(std::move(action));
-  }
+  EntriesFromFile(lines, count, block.actions, ActionsParamFromFile);
 }
 
 void CriteriaFromFile(Lines& lines, RuleBlock& block) {
@@ -113,21 +122,14 @@ void CriteriaFromFile(Lines& lines, RuleBlock& block) {
   const auto order = lines.TakeValue();
   // A rule without criteria has the order "000".
   const bool none = order == "000" && lines.Peek() == labels::kEndOfRule;
-  const auto count = none ? 0 : CountOf(order);
-  block.criteria.reserve(count);
-  for (std::size_t k = 0; k < count; ++k) {
-    auto criterion = CriteriaParamFromFile(lines);
-    if (criterion.Type.empty()) continue;
-    criterion.Id = ThreeDigitId(static_cast<int>(block.criteria.size()));
-    block.criteria.push_back(std::move(criterion));
-  }
+  EntriesFromFile(lines, none ? 0 : CountOf(order), block.criteria, CriteriaParamFromFile);
 }
 
 void RuleFromFile(Lines& lines, RuleFileKind kind, RuleBlock& block) {
   if (kind == RuleFileKind::AllRules) lines.TakeValue();
   block.Name = lines.TakeValue();
-  block.Version = lines.TakeNumber();
-  block.Enabled = lines.TakeNumber();
+  lines.TakeNumber(block.Version);
+  lines.TakeNumber(block.Enabled);
   ActionsFromFile(lines, block);
   CriteriaFromFile(lines, block);
 }
@@ -137,7 +139,7 @@ std::size_t TopFromFile(Lines& lines, RuleFile& file) {
   lines.Skip();
   const auto count = (lines.TakeValue().size() + 1) / 4;
   if (count == 0) return 0;
-  file.version = lines.TakeNumber();
+  lines.TakeNumber(file.version);
   lines.CheckFile(labels::kEndOfTop);
   return count;
 }

@@ -106,31 +106,21 @@ void RuleImport::AddRows(RuleFile& file, const std::vector<std::string>& ids) {
 }
 
 void RuleImport::WriteRows(int first) {
-  // On a store where each write is final, what was written before a refusal would stay.
+  // On a store where each write is final, what was written before a refusal or an error would stay.
+  std::vector<PlannedRule> planned;
   for (int row = first; row < tables_.RuleCount; ++row) {
-    const auto refusal = writer_.RefusalOf(row);
+    auto refusal = writer_.RefusalOf(row);
+    if (refusal.empty() && !NewRuleKeys::IsAsRead(tables_, row)) {
+      planned.push_back(writer_.PlanRule(row, {}));
+      refusal = planned.back().refusal;
+    }
     if (refusal.empty()) continue;
     registry_.Boxes().Msg(refusal, kBoxStop);
     return;
   }
   CommandBatch batch(registry_.Store(), registry_.Boxes());
-  auto status = kStatusSuccess;
   std::vector<int> asRead;
-  {
-    ProgressOf work(progress_, std::string("Importation des règles ..."_cp),
-                    tables_.RuleCount - first);
-    NewRuleKeys keys(registry_, mailKey_);
-    for (int row = first; row < tables_.RuleCount && status == kStatusSuccess; ++row) {
-      if (NewRuleKeys::IsAsRead(tables_, row)) {
-        status = keys.Write(tables_, row);
-        asRead.push_back(row);
-      } else {
-        auto planned = writer_.PlanRule(row, {});
-        status = RuleWriter::Apply(planned);
-      }
-      work.Done(row - first + 1);
-    }
-  }
+  auto status = WriteKeys(first, planned, asRead);
   if (status == kStatusSuccess) status = writer_.MailTopToBdR();
   if (!batch.Commit(status)) return;
   // Spares the load that follows the reading of these rows.
@@ -138,6 +128,25 @@ void RuleImport::WriteRows(int first) {
     auto& rule = tables_.RuleAt(row);
     rule.readMark = registry_.Store().ChangeMark(mailKey_ + rule.Id).value_or(0);
   }
+}
+
+RegistryStatus RuleImport::WriteKeys(int first, std::vector<PlannedRule>& planned,
+                                     std::vector<int>& asRead) {
+  ProgressOf work(progress_, std::string("Importation des règles ..."_cp),
+                  tables_.RuleCount - first);
+  NewRuleKeys keys(registry_, mailKey_);
+  auto status = writer_.VersionToBdR();
+  auto plan = planned.begin();
+  for (int row = first; row < tables_.RuleCount && status == kStatusSuccess; ++row) {
+    if (plan != planned.end() && plan->row == row) {
+      status = RuleWriter::Apply(*plan++);
+    } else {
+      status = keys.Write(tables_, row);
+      asRead.push_back(row);
+    }
+    work.Done(row - first + 1);
+  }
+  return status;
 }
 
 }  // namespace morvelle

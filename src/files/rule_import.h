@@ -36,6 +36,10 @@ class RuleImport {
   [[nodiscard]] std::optional<std::vector<std::string>> NewIds(std::size_t count) const;
   void AddRows(RuleFile& file, const std::vector<std::string>& ids);
   void WriteRows(int first);
+  /// Writes the rules from that row on, those that were planned by their plan; the others go to
+  /// `asRead`.
+  [[nodiscard]] RegistryStatus WriteKeys(int first, std::vector<PlannedRule>& planned,
+                                         std::vector<int>& asRead);
 
   RegistryAccess& registry_;
   const std::string& mailKey_;

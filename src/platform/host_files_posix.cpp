@@ -69,7 +69,7 @@ FileStamp StampOf(const struct stat& status) {
           status.st_mtim.tv_sec * kNsPerSecond + status.st_mtim.tv_nsec, true};
 }
 
-/// 0 or the error. The disk is told to start at once; fsync then waits for all.
+/// 0 or the error.
 int WritePiece(int handle, std::string_view bytes) {
   while (!bytes.empty()) {
     const auto count = ::write(handle, bytes.data(), bytes.size());
@@ -77,17 +77,22 @@ int WritePiece(int handle, std::string_view bytes) {
     if (count < 0) return errno;
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
+  return 0;
+}
+
+/// Has the disk start on what was written so far; fsync then waits for all.
+void StartDisk([[maybe_unused]] int handle) {
 #ifdef SYNC_FILE_RANGE_WRITE
   ::sync_file_range(handle, 0, 0, SYNC_FILE_RANGE_WRITE);
 #endif
-  return 0;
 }
 
 /// 0 or the error; down to the disk.
 int WriteAll(int handle, FileContent& content) {
   for (auto piece = content.Next(); !piece.empty();) {
-    // Making a piece takes the processor about as long as writing one takes the system.
+    // To write a piece takes the system about as long as it takes to make the next one.
     auto writing = std::async([=] { return WritePiece(handle, piece); });
+    StartDisk(handle);
     const auto next = content.Next();
     if (const int error = writing.get(); error != 0) return error;
     piece = next;
@@ -185,7 +190,13 @@ class PosixFiles : public HostFiles {
     }
     aside = Beside(file, std::string(".").append(std::to_string(::getpid())).append(".tmp"));
     ::unlink(aside.c_str());
-    const int error = WriteNew(aside, content, wasThere ? &old : nullptr, stamp);
+    int error = 0;
+    try {
+      error = WriteNew(aside, content, wasThere ? &old : nullptr, stamp);
+    } catch (...) {
+      ::unlink(aside.c_str());
+      throw;
+    }
     if (error == 0) return {};
     ::unlink(aside.c_str());
     return Reason(error);

@@ -179,7 +179,13 @@ class Win32Files : public HostFiles {
     }
     aside = Beside(file, L"." + std::to_wstring(::GetCurrentProcessId()) + L".tmp");
     ::DeleteFileW(aside.c_str());
-    const DWORD error = WriteNew(aside, content);
+    DWORD error = ERROR_SUCCESS;
+    try {
+      error = WriteNew(aside, content);
+    } catch (...) {
+      Remove(aside);
+      throw;
+    }
     if (error != ERROR_SUCCESS) {
       Remove(aside);
       return Reason(error);

@@ -55,6 +55,7 @@ class RegTextWriter {
 
   /// The next lines; nothing behind the last one.
   std::u16string_view Next() {
+    // The last piece may be a short text, which a swap would move with its string.
     if (done_) return {};
     if (begun_) {
       std::swap(out_, before_);
@@ -265,23 +266,24 @@ RegFileContent::~RegFileContent() = default;
 std::string_view RegFileContent::Next() {
   using Encoding = RegFileFormat::Encoding;
   const bool first = !std::exchange(begun_, true);
-  std::swap(narrow_, before_);
-  narrow_.clear();
   if (format_.encoding == Encoding::Utf16) {
     if (first && format_.byteOrderMark) return kUtf16Mark;
     const auto text = text_->Next();
     return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)};
   }
-  if (first && format_.byteOrderMark) narrow_ = kUtf8Mark;
+  turn_ ^= 1U;
+  auto& piece = narrow_[turn_];
+  piece.clear();
+  if (first && format_.byteOrderMark) piece = kUtf8Mark;
   if (format_.encoding == Encoding::Utf8) {
-    narrow_ += Utf8FromUtf16(text_->Next());
-    return narrow_;
+    piece += Utf8FromUtf16(text_->Next());
+    return piece;
   }
   // What marks such a file as none of the others is told by its whole text.
   std::u16string whole;
   for (auto text = text_->Next(); !text.empty(); text = text_->Next()) whole += text;
-  if (!whole.empty()) narrow_ += Windows1252File(whole, format_.version);
-  return narrow_;
+  if (!whole.empty()) piece += Windows1252File(whole, format_.version);
+  return piece;
 }
 
 }  // namespace morvelle

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -24,8 +26,10 @@ class RegFileContent final : public FileContent {
  private:
   RegFileFormat format_;
   std::unique_ptr<RegTextWriter> text_;
-  std::string narrow_;  ///< The last piece, where that is not UTF-16.
-  std::string before_;  ///< The one before.
+  /// This piece and the one before, by turns, where they are not UTF-16. They are never moved: a
+  /// short text would move with its string.
+  std::array<std::string, 2> narrow_;
+  std::size_t turn_ = 0;
   bool begun_ = false;
 };
 

@@ -126,9 +126,16 @@ RegistryTree::RegistryTree() {
 
 RegistryKey* RegistryTree::Subkey(const RegistryKey& key, std::u16string_view name) {
   const ShortFold folded(name);
-  const auto at = SubkeyPlace(key, folded.Text());
-  return at != key.subkeys.end() && (*at)->name->folded->text == folded.Text() ? at->get()
-                                                                               : nullptr;
+  const auto end = key.subkeys.end();
+  const auto isIt = [&](const auto& place) {
+    return place != end && (*place)->name->folded->text == folded.Text();
+  };
+  auto at =
+      key.subkeys.begin() + static_cast<std::ptrdiff_t>(std::min(key.looked, key.subkeys.size()));
+  if (!isIt(at) && (at == end || !isIt(++at))) at = SubkeyPlace(key, folded.Text());
+  if (!isIt(at)) return nullptr;
+  key.looked = static_cast<std::size_t>(at - key.subkeys.begin());
+  return at->get();
 }
 
 RegistryKey& RegistryTree::AddSubkey(RegistryKey& parent, std::u16string_view name,

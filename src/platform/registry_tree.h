@@ -117,7 +117,9 @@ struct RegistryKey : FilePlace {
   const RegistryName* name = nullptr;
   std::vector<RegistryEntry> entries;
   std::vector<std::unique_ptr<RegistryKey>> subkeys;  ///< By folded name.
-  std::uint64_t mark = 0;                             ///< Of the last change here or below.
+  /// Where the last look among the subkeys ended: the next one mostly wants the same or the next.
+  mutable std::size_t looked = 0;
+  std::uint64_t mark = 0;    ///< Of the last change here or below.
   std::uint64_t bornIn = 0;  ///< Number of the batch that made the key; 0 when none did.
   bool replaced = false;     ///< The file deletes the key before its first line.
   bool gone = false;         ///< Deleted, and kept only until the batch ends.

@@ -41,5 +41,7 @@ morvelle_room(platform
 if(WIN32)
   target_link_libraries(morvelle_platform PRIVATE version psapi)
 else()
-  target_link_libraries(morvelle_platform PRIVATE PkgConfig::HIVEX)
+  # A file is written in a thread of its own while its text is being made.
+  find_package(Threads REQUIRED)
+  target_link_libraries(morvelle_platform PRIVATE PkgConfig::HIVEX Threads::Threads)
 endif()

@@ -170,9 +170,10 @@ RegistryStatus TreeStore::RenameSubkeys(std::string_view path, std::span<const K
 }
 
 bool TreeStore::WriteNewKeys(std::string_view path, std::span<const NewKey> keys) {
+  if (!inBatch_) return false;
   std::size_t shared = 0;
   const auto wide = WidePath(path, shared);
-  if (!inBatch_ || cursor_.Find(*root_, wide, shared) != nullptr) return false;
+  if (cursor_.Find(*root_, wide, shared) != nullptr) return false;
   RegistryKey* made = cursor_.Extend(*root_, wide, RegistryTree::Placing::InOrder);
   if (made == nullptr) return false;
   for (const auto& [below, values] : keys) {

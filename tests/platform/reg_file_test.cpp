@@ -150,6 +150,30 @@ TEST(RegFile, Version5ThatIsNoUtf8IsWindows1252) {
   EXPECT_NE(again.body.find(u"\"n\"=\"Ã©\""), std::u16string_view::npos);
 }
 
+TEST(RegFile, APieceStaysWhileTheNextOneIsMade) {
+  // A first piece as long as one gets, then a short one.
+  const std::string list = "[A]\r\n\"v\"=\"" + std::string(1U << 18U, 'x') + "\"\r\n\r\n; fin\r\n";
+  const auto bodies = {list, std::string("; a\r\n"), std::string()};
+  for (const auto& body : bodies) {
+    for (const auto& file :
+         {File(kFive, body), File(kFour, body), "\xEF\xBB\xBF" + File(kFive, body),
+          Utf16(File(kFive, body)), File(kFive, body + "; \xC3\xA9\r\n")}) {
+      RegFileText text;
+      ASSERT_TRUE(DecodeRegFile(file, text));
+      RegistryTree tree;
+      ReadRegText(text.body, text.format.version, tree);
+      RegFileContent content(tree, text.format);
+      std::string found;
+      for (auto piece = content.Next(); !piece.empty();) {
+        const auto next = content.Next();
+        found += piece;
+        piece = next;
+      }
+      EXPECT_EQ(found, WholeFile(tree, text.format));
+    }
+  }
+}
+
 TEST(RegFile, RefusesAnotherHeader) {
   for (const std::string_view bytes :
        {"", "regedit4\r\n", "REGEDIT4 \r\n", "REGEDIT44", " REGEDIT4", "REGEDIT5\r\n",

@@ -133,9 +133,12 @@ TEST_P(RegistryContract, MakesNewKeysAtOnceOrNotAtAll) {
   const std::array<NewKey, 4> keys = {
       {{"", values}, {"Actions", {}}, {"Actions\\001", values}, {"Actions\\000", values}}};
   Created("Mail\\000");
+  EXPECT_FALSE(store_->WriteNewKeys("Other\\000", keys)) << "no batch";
+  EXPECT_EQ(Opening("Other\\000"), kStatusNotFound);
   store_->BeginBatch();
   if (!store_->WriteNewKeys("Mail\\00A", keys)) {
     EXPECT_EQ(Opening("Mail\\00A"), kStatusNotFound);
+    store_->AbandonBatch();
     return;
   }
   EXPECT_EQ(Names(Created("Mail")), "000 00A");
