@@ -182,6 +182,7 @@ void RuleLoader::ActionsFromBdR(int row) {
     }
     auto& count = tables_.Actions[Index(row)];
     count = CountEntries(rule.ActionsOrder, row, "Actions");
+    rule.ActionsParam.Reserve(count);
     for (int entry = 0; entry < count; ++entry) {
       rule.ActionsParam[Index(entry)].Id = rule.ActionsOrder.substr(4 * Index(entry), 3);
       ActionsParamFromBdR(row, entry);
@@ -209,6 +210,7 @@ void RuleLoader::CiteriaFromBdR(int row) {
     if (IsWithoutCriteria(rule.CriteriaOrder, path)) return;
     auto& count = tables_.Criteria[Index(row)];
     count = CountEntries(rule.CriteriaOrder, row, "Criteria");
+    rule.CriteriaParam.Reserve(count);
     for (int entry = 0; entry < count; ++entry) {
       rule.CriteriaParam[Index(entry)].Id = rule.CriteriaOrder.substr(4 * Index(entry), 3);
       CriteriaParamFromBdR(row, entry);

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace morvelle {
@@ -41,15 +43,47 @@ struct CriterionRecord {
   std::string ValueType;
 };
 
+/// The places of a rule's actions or criteria, kMaxEntries of them. One that was never used is
+/// blank and takes no memory: most rules have few.
+template <typename Record>
+class EntryPlaces {
+ public:
+  EntryPlaces() = default;
+  EntryPlaces& operator=(std::vector<Record> records) {
+    used_ = std::move(records);
+    return *this;
+  }
+
+  [[nodiscard]] const Record& operator[](std::size_t place) const {
+    static const Record kBlank;
+    return place < used_.size() ? used_[place] : kBlank;
+  }
+  [[nodiscard]] Record& operator[](std::size_t place) {
+    if (place >= used_.size()) used_.resize(place + 1);
+    return used_[place];
+  }
+  /// Makes room for so many at once.
+  void Reserve(std::size_t count) { used_.reserve(count); }
+
+  // The used ones.
+  [[nodiscard]] auto begin() { return used_.begin(); }
+  [[nodiscard]] auto end() { return used_.end(); }
+  [[nodiscard]] auto begin() const { return used_.begin(); }
+  [[nodiscard]] auto end() const { return used_.end(); }
+
+ private:
+  std::vector<Record> used_;
+};
+
 struct RuleRecord {
   std::string Enabled;
   std::string Name;
   std::string Version;
   std::string ActionsOrder;
   std::string Id;
-  std::array<ActionRecord, kMaxEntries> ActionsParam;
+  EntryPlaces<ActionRecord> ActionsParam;
   std::string CriteriaOrder;
-  std::array<CriterionRecord, kMaxEntries> CriteriaParam;
+  EntryPlaces<CriterionRecord> CriteriaParam;
   /// The store holds more actions or criteria than the tables can: the rule is listed, renamed,
   /// ordered and deleted, but never opened or rewritten.
   bool overfull = false;

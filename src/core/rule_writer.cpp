@@ -88,7 +88,7 @@ void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
   auto& actions = planned.actions;
   planned.actionsOrder = rule.ActionsOrder;
   const auto count = tables_.Actions[Index(planned.row)];
-  actions.assign(rule.ActionsParam.begin(), rule.ActionsParam.begin() + count);
+  for (std::size_t j = 0; j < count; ++j) actions.push_back(rule.ActionsParam[j]);
   if (planned.actionsOrder.empty()) {
     planned.actionsOrder = "000";
     ActionRecord action = rule.ActionsParam[0];
@@ -132,14 +132,12 @@ std::vector<RuleWriter::NewCriterion> RuleWriter::KeptCriteria(WritePlan& plan, 
   const auto& rule = tables_.RuleAt(row);
   const auto& owners = tables_.FirstCriteria[Index(row)];
   std::vector<NewCriterion> kept;
-  const auto* first = rule.CriteriaParam.data();
   for (int j = 0; j < tables_.Criteria[Index(row)]; ++j) {
     const auto& criterion = rule.CriteriaParam[Index(j)];
     // An order that names a criterion twice has it once.
-    const auto isSame = [&](const auto& other) {
-      return EqualIgnoringCase(other.Id, criterion.Id);
-    };
-    if (std::any_of(first, first + j, isSame)) continue;
+    int same = 0;
+    while (!EqualIgnoringCase(rule.CriteriaParam[Index(same)].Id, criterion.Id)) ++same;
+    if (same < j) continue;
     const int slot = tables_.SlotOfType(criterion.Type);
     if (!slotsToo && slot >= 0 && owners[Index(slot)].Id == criterion.Id) continue;
     const bool stored = IsStoredCriterion(plan, rule, criterion.Id);
@@ -251,12 +249,11 @@ void RuleWriter::Settle(const PlannedRule& planned) {
   tables_.Touch(planned.row);
   auto& rule = tables_.RuleAt(planned.row);
   rule.ActionsOrder = planned.actionsOrder;
-  std::copy(planned.actions.begin(), planned.actions.end(), rule.ActionsParam.begin());
+  rule.ActionsParam = planned.actions;
   tables_.Actions[Index(planned.row)] = static_cast<std::uint8_t>(planned.actions.size());
   if (!planned.criteriaPlanned) return;
   rule.CriteriaOrder = planned.criteriaOrder;
-  rule.CriteriaParam = {};
-  std::copy(planned.criteria.begin(), planned.criteria.end(), rule.CriteriaParam.begin());
+  rule.CriteriaParam = planned.criteria;
   tables_.Criteria[Index(planned.row)] = static_cast<std::uint8_t>(planned.criteria.size());
   auto& slots = tables_.FirstCriteria[Index(planned.row)];
   slots = {};

@@ -144,14 +144,12 @@ std::size_t TopFromFile(Lines& lines, RuleFile& file) {
   return count;
 }
 
-/// Puts the entries in their places of the row and gives their order.
 template <typename Record>
-std::string FillEntries(std::array<Record, kMaxEntries>& places, std::vector<Record>& entries) {
+std::string OrderOf(const std::vector<Record>& entries) {
   std::string order;
-  for (std::size_t k = 0; k < entries.size(); ++k) {
-    if (k > 0) order += ' ';
-    order += entries[k].Id;
-    places[k] = std::move(entries[k]);
+  for (const auto& entry : entries) {
+    if (!order.empty()) order += ' ';
+    order += entry.Id;
   }
   return order;
 }
@@ -167,17 +165,18 @@ void FillRow(RuleTables& tables, int row, const std::string& id, RuleBlock block
   rule.Name = std::move(block.Name);
   rule.Version = std::move(block.Version);
   rule.Enabled = std::move(block.Enabled);
-  rule.ActionsOrder = FillEntries(rule.ActionsParam, block.actions);
-  rule.CriteriaOrder = FillEntries(rule.CriteriaParam, block.criteria);
+  rule.ActionsOrder = OrderOf(block.actions);
+  rule.CriteriaOrder = OrderOf(block.criteria);
   tables.Actions[at] = static_cast<std::uint8_t>(block.actions.size());
   tables.Criteria[at] = static_cast<std::uint8_t>(block.criteria.size());
   tables.FirstCriteria[at] = {};
-  for (std::size_t k = 0; k < block.criteria.size(); ++k) {
-    const auto& criterion = rule.CriteriaParam[k];
+  for (const auto& criterion : block.criteria) {
     const int slot = tables.SlotOfType(criterion.Type);
     // The first criterion of a kind owns the slot.
     if (slot >= 0 && tables.SlotOf(row, slot).Id.empty()) tables.SlotOf(row, slot) = criterion;
   }
+  rule.ActionsParam = std::move(block.actions);
+  rule.CriteriaParam = std::move(block.criteria);
 }
 
 std::string ExtensionOf(RuleFileKind kind) { return kind == RuleFileKind::OneRule ? "roe" : "moe"; }
