@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 
 #include "core/rule_tables.h"
 
@@ -13,23 +14,27 @@ namespace {
 constexpr std::size_t kTypes = 32;
 using Arguments = std::array<Argument, kTypes>;
 
+constexpr void Put(Arguments& table, Argument argument, std::initializer_list<std::size_t> types) {
+  for (const auto type : types) table[type] = argument;
+}
+
 constexpr Arguments kActions = [] {
   Arguments table{};
   table.fill(Argument::Unknown);
-  for (const std::size_t type : {1, 6}) table[type] = Argument::Bytes;
-  for (const std::size_t type : {2, 5}) table[type] = Argument::Text;
-  for (const std::size_t type : {10, 17}) table[type] = Argument::Number;
-  for (const std::size_t type : {7, 8, 9, 11, 12, 13}) table[type] = Argument::None;
+  Put(table, Argument::Bytes, {1, 6});
+  Put(table, Argument::Text, {2, 5});
+  Put(table, Argument::Number, {10, 17});
+  Put(table, Argument::None, {7, 8, 9, 11, 12, 13});
   return table;
 }();
 
 constexpr Arguments kCriteria = [] {
   Arguments table{};
   table.fill(Argument::Unknown);
-  for (const std::size_t type : {8, 9, 10, 11, 12, 22}) table[type] = Argument::Bytes;
-  for (const std::size_t type : {13, 15, 31}) table[type] = Argument::Number;
-  for (const std::size_t type : {14, 20}) table[type] = Argument::None;
-  table[19] = Argument::Text;
+  Put(table, Argument::Bytes, {8, 9, 10, 11, 12, 22});
+  Put(table, Argument::Number, {13, 15, 31});
+  Put(table, Argument::Text, {19});
+  Put(table, Argument::None, {14, 20});
   return table;
 }();
 
