@@ -172,8 +172,12 @@ class Reader {
     path = path.substr(0, close);
     const bool deletion = path.starts_with(u'-');
     if (deletion) path.remove_prefix(1);
-    if (path.empty() || IsBlank(path.front())) return false;
+    // Written without a "\\" before it, a root " A" would mean nothing and a root "-A" a deletion.
+    std::size_t at = 0;
+    const auto root = PathCursor::NextName(path, at);
+    if (root.empty() || IsBlank(root.front())) return false;
     if (deletion) return ReadDeletion(path);
+    if (root.front() == u'-') return false;
     auto* key = cursor_.Create(tree_.Top(), path, RegistryTree::Placing::Nowhere);
     if (key == nullptr || key == &tree_.Top()) return false;
     tree_.ListAtEnd(*key);

@@ -174,6 +174,15 @@ TEST(RegFile, APieceStaysWhileTheNextOneIsMade) {
   }
 }
 
+TEST(RegFile, AKeyNeverBecomesADeletion) {
+  for (const std::string_view line :
+       {"[\\-HKEY_CURRENT_USER\\Software]", "[\\ A\\B]", "[-\\ A\\B]"}) {
+    const auto once = RoundTrip(File(kFour, std::string(line) + "\r\n\"n\"=\"x\"\r\n"));
+    EXPECT_EQ(once, File(kFour, ";" + std::string(line) + "\r\n;\"n\"=\"x\"\r\n"));
+    EXPECT_EQ(RoundTrip(*once), once);
+  }
+}
+
 TEST(RegFile, RefusesAnotherHeader) {
   for (const std::string_view bytes :
        {"", "regedit4\r\n", "REGEDIT4 \r\n", "REGEDIT44", " REGEDIT4", "REGEDIT5\r\n",
