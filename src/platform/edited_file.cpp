@@ -87,6 +87,7 @@ CommitOutcome EditedFile::Replace(FileContent& content, bool overwriteChanged, s
     files_->Remove(aside);
     return CommitOutcome::Done;
   }
+  // What another program wrote is worth a copy of its own.
   return PutInPlace(aside, present.there && (!copyKept_ || changed), written, error);
 }
 
