@@ -9,7 +9,7 @@
 #include <string>
 
 #include "bench/silent_desktop.h"
-#include "platform/host_files.h"
+#include "disk/host_files.h"
 #include "platform/reg_file_reader.h"
 #include "platform/reg_file_text.h"
 #include "platform/registry_regfile.h"

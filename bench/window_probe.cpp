@@ -6,7 +6,7 @@
 #include <string>
 
 #include "bench/silent_desktop.h"
-#include "platform/host_files.h"
+#include "disk/host_files.h"
 #include "platform/registry_regfile.h"
 #include "ui/frm_morvelle.h"
 #include "view/main_window.h"

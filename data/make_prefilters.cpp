@@ -8,8 +8,9 @@
 #include <string_view>
 
 #include "app/messages/text.h"
+#include "disk/whole_file.h"
+#include "files/file_names.h"
 #include "files/prefilter_file.h"
-#include "files/text_files.h"
 
 /// make_prefilters FROM TO: makes the prefilter word file TO/NAME.oe of each word list
 /// FROM/NAME.txt.

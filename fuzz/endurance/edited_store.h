@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "disk/host_files.h"
 #include "fuzz/quiet_desktop.h"
-#include "platform/host_files.h"
 #include "platform/registry_hive.h"
 #include "platform/registry_regfile.h"
 #include "tests/platform/hive_sample.h"

@@ -4,7 +4,7 @@
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
-#include "files/text_files.h"
+#include "disk/whole_file.h"
 
 namespace morvelle {
 

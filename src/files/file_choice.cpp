@@ -3,7 +3,8 @@
 #include <system_error>
 
 #include "app/messages/text.h"
-#include "files/text_files.h"
+#include "disk/whole_file.h"
+#include "files/file_names.h"
 
 namespace morvelle {
 

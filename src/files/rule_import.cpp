@@ -11,7 +11,7 @@
 #include "core/entry_types.h"
 #include "core/new_rule.h"
 #include "core/new_rule_keys.h"
-#include "files/text_files.h"
+#include "disk/whole_file.h"
 
 namespace morvelle {
 

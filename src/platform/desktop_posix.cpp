@@ -5,10 +5,10 @@
 
 #include "app/messages/path_text.h"
 #include "app/messages/text.h"
+#include "disk/host_files.h"
 #include "platform/address_book_file.h"
 #include "platform/desktop.h"
 #include "platform/environment_posix.h"
-#include "platform/host_files.h"
 #include "platform/registry_hive.h"
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"

@@ -6,11 +6,11 @@
 #include <utility>
 
 #include "app/messages/text.h"
+#include "disk/host_files.h"
 #include "platform/address_book_file.h"
 #include "platform/address_book_win32.h"
 #include "platform/desktop.h"
 #include "platform/environment_win32.h"
-#include "platform/host_files.h"
 #include "platform/registry_regfile.h"
 #include "platform/registry_win32.h"
 #include "platform/system_processes.h"

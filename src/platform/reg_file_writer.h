@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/host_files.h"
+#include "disk/host_files.h"
 #include "platform/reg_file_text.h"
 #include "platform/registry_tree.h"
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "platform/edited_file.h"
+#include "disk/edited_file.h"
 #include "platform/registry_regfile.h"
 
 namespace morvelle {

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/edited_file.h"
+#include "disk/edited_file.h"
 #include "ports/registry_store.h"
 
 namespace morvelle {

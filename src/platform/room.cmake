@@ -2,7 +2,7 @@
 if(WIN32)
   set(platform_system_sources
     platform/address_book_win32.cpp
-    platform/desktop_win32.cpp platform/environment_win32.cpp platform/host_files_win32.cpp
+    platform/desktop_win32.cpp platform/environment_win32.cpp
     platform/processes_win32.cpp
     platform/registry_win32.cpp)
 else()
@@ -13,7 +13,6 @@ else()
     platform/hive_cells.cpp
     platform/hive_reader.cpp
     platform/hive_writer.cpp
-    platform/host_files_posix.cpp
     platform/processes_posix.cpp
     platform/registry_hive.cpp)
 endif()
@@ -24,7 +23,6 @@ morvelle_room(platform
     platform/book_csv.cpp
     platform/book_formats.cpp
     platform/command_line.cpp
-    platform/edited_file.cpp
     platform/reg_file_reader.cpp
     platform/reg_file_text.cpp
     platform/reg_file_writer.cpp
@@ -37,11 +35,9 @@ morvelle_room(platform
     platform/unicode.cpp
     platform/windows_paths.cpp
     ${platform_system_sources}
-  USES messages)
+  USES disk messages)
 if(WIN32)
   target_link_libraries(morvelle_platform PRIVATE version psapi)
 else()
-  # A file is written in a thread of its own while its text is being made.
-  find_package(Threads REQUIRED)
-  target_link_libraries(morvelle_platform PRIVATE PkgConfig::HIVEX Threads::Threads)
+  target_link_libraries(morvelle_platform PRIVATE PkgConfig::HIVEX)
 endif()

@@ -2,7 +2,8 @@
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
-#include "files/text_files.h"
+#include "disk/whole_file.h"
+#include "files/file_names.h"
 #include "ui/frm_morvelle.h"
 
 namespace morvelle {

@@ -2,9 +2,9 @@
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
+#include "disk/whole_file.h"
 #include "files/dates.h"
 #include "files/rule_import.h"
-#include "files/text_files.h"
 #include "ui/frm_morvelle.h"
 
 namespace morvelle {

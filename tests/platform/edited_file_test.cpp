@@ -1,6 +1,6 @@
 // A registry file on the disk: opening, locking, saving, and what must not be lost when that fails.
 
-#include "platform/edited_file.h"
+#include "disk/edited_file.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>

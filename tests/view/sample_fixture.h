@@ -5,11 +5,11 @@
 
 #include <cstdlib>
 
+#include "disk/host_files.h"
 #include "platform/address_book_file.h"
 #include "platform/dialogs_wx.h"
 #include "platform/environment_posix.h"
 #include "platform/file_dialogs_wx.h"
-#include "platform/host_files.h"
 #include "platform/printer_wx.h"
 #include "platform/progress_wx.h"
 #include "platform/registry_regfile.h"

@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "platform/host_files.h"
+#include "disk/host_files.h"
 #include "tests/support/temp_folder.h"
 
 namespace morvelle {

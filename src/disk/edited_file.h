@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/host_files.h"
+#include "disk/host_files.h"
 #include "ports/registry_store.h"
 
 namespace morvelle {

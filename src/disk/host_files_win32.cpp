@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "app/messages/text.h"
-#include "platform/host_files.h"
+#include "disk/host_files.h"
 
 namespace morvelle {
 

@@ -1,7 +1,6 @@
-#include "files/text_files.h"
+#include "disk/whole_file.h"
 
 #include "app/messages/errors.h"
-#include "app/messages/text.h"
 #include "tests/support/temp_folder.h"
 
 namespace morvelle {
@@ -16,7 +15,7 @@ int ErrorOf(const std::filesystem::path& file) {
   return 0;
 }
 
-TEST(TextFilesTest, AFileIsReplacedWhole) {
+TEST(WholeFileTest, AFileIsReplacedWhole) {
   const FileFolder folder;
   const auto file = folder.Write("a.roe", "ancien");
   std::filesystem::create_symlink(file, folder / "lien.roe");
@@ -25,7 +24,7 @@ TEST(TextFilesTest, AFileIsReplacedWhole) {
   EXPECT_EQ(folder.Names(), (std::set<std::string>{"a.roe", "lien.roe"}));
 }
 
-TEST(TextFilesTest, WhatCannotBeWrittenSaysWhy) {
+TEST(WholeFileTest, WhatCannotBeWrittenSaysWhy) {
   const FileFolder folder;
   std::filesystem::create_symlink("/dev/full", folder / "plein.roe");
   EXPECT_EQ(ErrorOf(folder / "plein.roe"), 61);
@@ -33,13 +32,6 @@ TEST(TextFilesTest, WhatCannotBeWrittenSaysWhy) {
   std::filesystem::create_directory(folder / "dossier.roe");
   EXPECT_EQ(ErrorOf(folder / "dossier.roe"), 70);
   EXPECT_EQ(folder.Names(), (std::set<std::string>{"dossier.roe", "plein.roe"}));
-}
-
-TEST(TextFilesTest, NamesLoseWhatWindowsRefuses) {
-  EXPECT_EQ(SafeFileName("Le \"beau\" <a/b>\t?"), "Le 'beau' -a-b---");
-  EXPECT_EQ(SafeFileName("été €"_cp), "été €"_cp);
-  EXPECT_EQ(WindowsFileName("C:\\a\\b.txt"), "b.txt");
-  EXPECT_EQ(WindowsFileName("b.txt"), "b.txt");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "platform/edited_file.h"
+#include "disk/edited_file.h"
 
 #include <algorithm>
 #include <array>

@@ -1,0 +1,32 @@
+#include "files/file_names.h"
+
+#include "app/messages/path_text.h"
+#include "app/messages/text.h"
+
+namespace morvelle {
+
+std::string FileTitle(const std::filesystem::path& path) { return PathText(path.filename()); }
+
+std::filesystem::path ToPath(std::string_view name) { return {ToUtf16(name)}; }
+
+std::string SafeFileName(std::string_view name) {
+  constexpr std::string_view kRefused = "\\/:*?<>|";
+  std::string safe(name);
+  for (auto& character : safe) {
+    const auto unit = CodeUnitOf(character);
+    if (character == '"') {
+      character = '\'';
+    } else if (unit < 0x20 || (unit >= 0x7F && unit < 0xA0) ||
+               kRefused.find(character) != std::string_view::npos) {
+      character = '-';
+    }
+  }
+  return safe;
+}
+
+std::string_view WindowsFileName(std::string_view path) {
+  const auto slash = path.rfind('\\');
+  return slash == std::string_view::npos ? path : path.substr(slash + 1);
+}
+
+}  // namespace morvelle

@@ -1,0 +1,3 @@
+morvelle_test(disk_tests
+  SOURCES disk/whole_file_test.cpp
+  USES disk)
