@@ -27,6 +27,26 @@ TEST(MessageBoxes, HaveATitleAndQuestionsAreAnsweredByYesAlone) {
   }
 }
 
+TEST(BoxSeriesTest, FiveBoxesAreShownAndTheRestIsListed) {
+  for (const int count : {5, 6, 25, 26, 27}) {
+    ScriptedDialogs dialogs;
+    const Messages messages(dialogs);
+    BoxSeries boxes(messages);
+    std::string list = "Reste :";
+    for (int k = 0; k < count; ++k) {
+      const auto name = std::to_string(k);
+      if (k < 5) dialogs.Expect("Non " + name);
+      if (k >= 5 && k < 25) list += "\r" + name;
+      boxes.Say("Non " + name, name);
+    }
+    if (count == 26) list += "\r… et 1 autre"_cp;
+    if (count == 27) list += "\r… et 2 autres"_cp;
+    if (count > 5) dialogs.Expect(list);
+    boxes.Finish("Reste :");
+    boxes.Finish("Reste :");
+  }
+}
+
 TEST(FileTests, AnEmptyFileIsThereAndReportedWhereAsked) {
   ScriptedDialogs dialogs;
   const Messages messages(dialogs);

@@ -46,4 +46,27 @@ bool Messages::FolderExists(const std::filesystem::path& path) {
   return std::filesystem::is_directory(path, error);
 }
 
+void BoxSeries::Say(std::string_view prompt, std::string_view item) {
+  constexpr int kBoxes = 5;
+  if (shown_ == kBoxes) {
+    rest_.emplace_back(item);
+    return;
+  }
+  ++shown_;
+  messages_.Msg(prompt);
+}
+
+void BoxSeries::Finish(std::string_view heading) {
+  constexpr std::size_t kListed = 20;
+  if (rest_.empty()) return;
+  std::string list(heading);
+  for (std::size_t k = 0; k < rest_.size() && k < kListed; ++k) list.append("\r").append(rest_[k]);
+  if (rest_.size() > kListed) {
+    const auto more = rest_.size() - kListed;
+    list.append("\r… et "_cp).append(std::to_string(more)).append(more == 1 ? " autre" : " autres");
+  }
+  rest_.clear();
+  messages_.Msg(list);
+}
+
 }  // namespace morvelle

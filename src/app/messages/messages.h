@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ports/dialogs.h"
 
@@ -38,6 +39,24 @@ class Messages {
 
  private:
   Dialogs& dialogs_;
+};
+
+/// Boxes of which one command may have very many to show: the first five are shown as they come,
+/// what else there is to say as one list.
+class BoxSeries {
+ public:
+  explicit BoxSeries(const Messages& messages) : messages_(messages) {}
+
+  /// A box of its own, or a line of the list: `item` is then what the line says.
+  void Say(std::string_view prompt, std::string_view item);
+  /// Shows the list where there is one, under a line of its own: the first 20 of the rest and how
+  /// many more there are.
+  void Finish(std::string_view heading);
+
+ private:
+  const Messages& messages_;
+  int shown_ = 0;
+  std::vector<std::string> rest_;
 };
 
 }  // namespace morvelle
