@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "disk/whole_file.h"
 #include "wab/whitelist_file.h"
 
 namespace morvelle::bench {
@@ -43,7 +44,7 @@ void MergeWhitelist(benchmark::State& state, const std::filesystem::path& file,
     state.PauseTiming();
     std::ofstream(file, std::ios::binary) << before;
     state.ResumeTiming();
-    ReplaceWhole(file, MergedWhitelist(ReadWhole(file), book));
+    WriteWholeFile(file, MergedWhitelist(*ReadWholeFile(file), book));
   }
 }
 

@@ -60,7 +60,7 @@ std::unique_ptr<EditedFile> EditedFile::Open(const std::filesystem::path& path,
     error = file->Failure("ne peut être ouvert"_cp, "il est déjà ouvert dans un autre éditeur"_cp);
     return nullptr;
   }
-  const std::string reason = file->files_->Read(file->path_, bytes, file->stamp_);
+  const auto reason = file->files_->Read(file->path_, bytes, file->stamp_).reason;
   if (reason.empty()) return file;
   error = file->Failure("ne peut être ouvert"_cp, reason);
   return nullptr;
@@ -71,7 +71,7 @@ CommitOutcome EditedFile::Replace(FileContent& content, bool overwriteChanged, s
   if (present != stamp_ && !overwriteChanged) return ChangedMeanwhile(error);
   std::filesystem::path aside;
   FileStamp written;
-  const std::string reason = files_->WriteAside(path_, content, aside, written);
+  const auto reason = files_->WriteAside(path_, content, aside, written).reason;
   if (!reason.empty()) {
     error = Failure("ne peut être enregistré"_cp, reason);
     return CommitOutcome::Failed;
@@ -106,7 +106,7 @@ CommitOutcome EditedFile::PutInPlace(const std::filesystem::path& aside, bool wi
     error = Failure("ne peut être enregistré"_cp, reason);
     return CommitOutcome::Failed;
   }
-  reason = files_->PutInPlace(aside, path_, written);
+  reason = files_->PutInPlace(aside, path_, written).reason;
   if (reason.empty()) {
     stamp_ = written;
     copyKept_ = true;

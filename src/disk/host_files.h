@@ -8,6 +8,8 @@
 #include <string_view>
 #include <utility>
 
+#include "app/messages/errors.h"
+
 namespace morvelle {
 
 /// What tells a file from the same file after another program wrote it.
@@ -60,10 +62,14 @@ class FileLock {
   virtual ~FileLock() = default;
 };
 
-/// What the stores that keep the registry in a file ask of the file system.
-///
-/// A `std::string` given back is the reason of a failure, French and Windows-1252, without capital
-/// or full stop; empty on success.
+/// Why the system refused something; empty when it did not.
+struct FileFault {
+  std::string reason;  ///< French and Windows-1252, without capital or full stop.
+  ErrorNumber number = ErrorNumber::DeviceError;  ///< The run-time error for it.
+  [[nodiscard]] bool empty() const { return reason.empty(); }
+};
+
+/// What the program asks of the file system where a file must not be lost.
 class HostFiles {
  public:
   HostFiles() = default;
@@ -73,8 +79,7 @@ class HostFiles {
 
   /// The file itself behind links.
   [[nodiscard]] virtual std::filesystem::path Resolve(const std::filesystem::path& path) = 0;
-  virtual std::string Read(const std::filesystem::path& path, FileBytes& bytes,
-                           FileStamp& stamp) = 0;
+  virtual FileFault Read(const std::filesystem::path& path, FileBytes& bytes, FileStamp& stamp) = 0;
   [[nodiscard]] virtual FileStamp Stamp(const std::filesystem::path& path) = 0;
 
   enum class Locking {
@@ -88,13 +93,13 @@ class HostFiles {
   /// Writes the content beside the file, down to the disk, with the file's rights and owner where
   /// that can be; `aside` is then its name. A file without right to write is refused. Nothing stays
   /// of what fails.
-  virtual std::string WriteAside(const std::filesystem::path& path, FileContent& content,
-                                 std::filesystem::path& aside, FileStamp& stamp) = 0;
+  virtual FileFault WriteAside(const std::filesystem::path& path, FileContent& content,
+                               std::filesystem::path& aside, FileStamp& stamp) = 0;
   /// Puts what was written aside in the place of the file, whole or not at all; `stamp`, which
   /// WriteAside gave, becomes the new file's. What fails takes the aside file with it, unless that
   /// is all that is left of the file.
-  virtual std::string PutInPlace(const std::filesystem::path& aside,
-                                 const std::filesystem::path& path, FileStamp& stamp) = 0;
+  virtual FileFault PutInPlace(const std::filesystem::path& aside,
+                               const std::filesystem::path& path, FileStamp& stamp) = 0;
 
   enum class Copying { Done, NameTaken, Failed };
   /// Leaves the present content of `from` under the name `to`, which must be free. To be followed

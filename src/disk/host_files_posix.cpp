@@ -19,7 +19,7 @@ namespace {
 
 using std::filesystem::path;
 
-std::string Reason(int error) {
+std::string ReasonOf(int error) {
   const auto text = [error]() -> std::string_view {
     switch (error) {
       case ENOENT:
@@ -45,6 +45,27 @@ std::string Reason(int error) {
   }();
   return text.empty() ? std::string("erreur ").append(std::to_string(error)) : std::string(text);
 }
+
+ErrorNumber NumberOf(int error) {
+  switch (error) {
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case EISDIR:
+      return ErrorNumber::PermissionDenied;
+    case ENOENT:
+    case ENOTDIR:
+      return ErrorNumber::PathNotFound;
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      return ErrorNumber::DiskFull;
+    default:
+      return ErrorNumber::DeviceError;
+  }
+}
+
+FileFault Fault(int error) { return {ReasonOf(error), NumberOf(error)}; }
 
 /// An open file, closed at the end.
 class OpenFile {
@@ -134,14 +155,14 @@ class PosixFiles : public HostFiles {
     return real.empty() ? std::filesystem::absolute(file, ignored) : real;
   }
 
-  std::string Read(const path& file, FileBytes& bytes, FileStamp& stamp) override {
+  FileFault Read(const path& file, FileBytes& bytes, FileStamp& stamp) override {
     // A pipe must not hold the program up.
     const OpenFile input(file, O_RDONLY | O_NONBLOCK);
-    if (!input) return Reason(errno);
+    if (!input) return Fault(errno);
     struct stat status {};
-    if (::fstat(input.Handle(), &status) != 0) return Reason(errno);
-    if (S_ISDIR(status.st_mode)) return Reason(EISDIR);
-    if (!S_ISREG(status.st_mode)) return "ce n'est pas un fichier ordinaire";
+    if (::fstat(input.Handle(), &status) != 0) return Fault(errno);
+    if (S_ISDIR(status.st_mode)) return Fault(EISDIR);
+    if (!S_ISREG(status.st_mode)) return {"ce n'est pas un fichier ordinaire"};
     stamp = StampOf(status);
     bytes.data = std::make_unique_for_overwrite<char[]>(stamp.size);
     bytes.size = 0;
@@ -149,7 +170,7 @@ class PosixFiles : public HostFiles {
       const auto count =
           ::read(input.Handle(), bytes.data.get() + bytes.size, stamp.size - bytes.size);
       if (count < 0 && errno == EINTR) continue;
-      if (count < 0) return Reason(errno);
+      if (count < 0) return Fault(errno);
       if (count == 0) break;
       bytes.size += static_cast<std::size_t>(count);
     }
@@ -180,13 +201,13 @@ class PosixFiles : public HostFiles {
     }
   }
 
-  std::string WriteAside(const path& file, FileContent& content, path& aside,
-                         FileStamp& stamp) override {
+  FileFault WriteAside(const path& file, FileContent& content, path& aside,
+                       FileStamp& stamp) override {
     struct stat old {};
     const bool wasThere = ::stat(file.c_str(), &old) == 0;
     // The rename that follows would pass over the rights of the file.
     if (wasThere && ::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0) {
-      return Reason(errno);
+      return Fault(errno);
     }
     aside = Beside(file, std::string(".").append(std::to_string(::getpid())).append(".tmp"));
     ::unlink(aside.c_str());
@@ -199,18 +220,18 @@ class PosixFiles : public HostFiles {
     }
     if (error == 0) return {};
     ::unlink(aside.c_str());
-    return Reason(error);
+    return Fault(error);
   }
 
-  std::string PutInPlace(const path& aside, const path& file,
-                         [[maybe_unused]] FileStamp& stamp) override {
+  FileFault PutInPlace(const path& aside, const path& file,
+                       [[maybe_unused]] FileStamp& stamp) override {
     if (::rename(aside.c_str(), file.c_str()) == 0) {
       SyncFolder(file);
       return {};
     }
-    std::string reason = Reason(errno);
+    auto fault = Fault(errno);
     ::unlink(aside.c_str());
-    return reason;
+    return fault;
   }
 
   Copying KeepCopy(const path& from, const path& to, std::string& reason) override {
@@ -219,7 +240,7 @@ class PosixFiles : public HostFiles {
     if (errno == EEXIST) return Copying::NameTaken;
     FileBytes bytes;
     FileStamp stamp;
-    reason = Read(from, bytes, stamp);
+    reason = Read(from, bytes, stamp).reason;
     if (!reason.empty()) return Copying::Failed;
     const OpenFile output(to, O_WRONLY | O_CREAT | O_EXCL, 0666);
     const int openError = errno;
@@ -227,7 +248,7 @@ class PosixFiles : public HostFiles {
     WholeContent content(bytes.View());
     const int error = output ? WriteAll(output.Handle(), content) : openError;
     if (error != 0) {
-      reason = Reason(error);
+      reason = ReasonOf(error);
       if (output) Remove(to);
       return Copying::Failed;
     }

@@ -13,7 +13,7 @@ namespace {
 
 using std::filesystem::path;
 
-std::string Reason(DWORD error) {
+std::string ReasonOf(DWORD error) {
   const auto text = [error]() -> std::string_view {
     switch (error) {
       case ERROR_FILE_NOT_FOUND:
@@ -43,6 +43,27 @@ std::string Reason(DWORD error) {
   }();
   return text.empty() ? "erreur " + std::to_string(error) : std::string(text);
 }
+
+ErrorNumber NumberOf(DWORD error) {
+  switch (error) {
+    case ERROR_ACCESS_DENIED:
+    case ERROR_SHARING_VIOLATION:
+    case ERROR_LOCK_VIOLATION:
+    case ERROR_WRITE_PROTECT:
+      return ErrorNumber::PermissionDenied;
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+      return ErrorNumber::PathNotFound;
+    case ERROR_DISK_FULL:
+    case ERROR_HANDLE_DISK_FULL:
+    case ERROR_FILE_TOO_LARGE:
+      return ErrorNumber::DiskFull;
+    default:
+      return ErrorNumber::DeviceError;
+  }
+}
+
+FileFault Fault(DWORD error) { return {ReasonOf(error), NumberOf(error)}; }
 
 /// An open file, closed at the end.
 class OpenFile {
@@ -123,15 +144,17 @@ class Win32Files : public HostFiles {
     return real.empty() ? file : real;
   }
 
-  std::string Read(const path& file, FileBytes& bytes, FileStamp& stamp) override {
+  FileFault Read(const path& file, FileBytes& bytes, FileStamp& stamp) override {
     const DWORD attributes = ::GetFileAttributesW(file.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) return Reason(::GetLastError());
-    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return "c'est un dossier";
+    if (attributes == INVALID_FILE_ATTRIBUTES) return Fault(::GetLastError());
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+      return {"c'est un dossier", ErrorNumber::PermissionDenied};
     const OpenFile input(file, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, 0);
-    if (!input) return Reason(::GetLastError());
-    if (::GetFileType(input.Handle()) != FILE_TYPE_DISK) return "ce n'est pas un fichier ordinaire";
+    if (!input) return Fault(::GetLastError());
+    if (::GetFileType(input.Handle()) != FILE_TYPE_DISK)
+      return {"ce n'est pas un fichier ordinaire"};
     stamp = StampOf(input.Handle());
-    if (!std::in_range<std::size_t>(stamp.size)) return Reason(ERROR_FILE_TOO_LARGE);
+    if (!std::in_range<std::size_t>(stamp.size)) return Fault(ERROR_FILE_TOO_LARGE);
     const auto size = static_cast<std::size_t>(stamp.size);
     bytes.data = std::make_unique_for_overwrite<char[]>(size);
     bytes.size = 0;
@@ -140,7 +163,7 @@ class Win32Files : public HostFiles {
       const auto piece = static_cast<DWORD>(std::min(size - bytes.size, kPiece));
       if (::ReadFile(input.Handle(), bytes.data.get() + bytes.size, piece, &count, nullptr) ==
           FALSE) {
-        return Reason(::GetLastError());
+        return Fault(::GetLastError());
       }
       if (count == 0) break;
       bytes.size += count;
@@ -166,16 +189,16 @@ class Win32Files : public HostFiles {
     return Locking::Taken;
   }
 
-  std::string WriteAside(const path& file, FileContent& content, path& aside,
-                         FileStamp& stamp) override {
+  FileFault WriteAside(const path& file, FileContent& content, path& aside,
+                       FileStamp& stamp) override {
     const DWORD attributes = ::GetFileAttributesW(file.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES) {
-      if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return Reason(ERROR_ACCESS_DENIED);
+      if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return Fault(ERROR_ACCESS_DENIED);
       // A new file under the old name would pass over the rights of the old one.
       const OpenFile writable(file, GENERIC_WRITE,
                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING,
                               0);
-      if (!writable) return Reason(::GetLastError());
+      if (!writable) return Fault(::GetLastError());
     }
     aside = Beside(file, L"." + std::to_wstring(::GetCurrentProcessId()) + L".tmp");
     ::DeleteFileW(aside.c_str());
@@ -188,13 +211,13 @@ class Win32Files : public HostFiles {
     }
     if (error != ERROR_SUCCESS) {
       Remove(aside);
-      return Reason(error);
+      return Fault(error);
     }
     stamp = Stamp(aside);
     return {};
   }
 
-  std::string PutInPlace(const path& aside, const path& file, FileStamp& stamp) override {
+  FileFault PutInPlace(const path& aside, const path& file, FileStamp& stamp) override {
     const bool wasThere = ::GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
     if (TakePlace(aside, file, wasThere)) {
       stamp = Stamp(file);
@@ -203,7 +226,7 @@ class Win32Files : public HostFiles {
     const DWORD error = ::GetLastError();
     // Where the old file is gone, what was written aside is the only copy.
     if (!wasThere || ::GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES) Remove(aside);
-    return Reason(error);
+    return Fault(error);
   }
 
   Copying KeepCopy(const path& from, const path& to, std::string& reason) override {
@@ -220,7 +243,7 @@ class Win32Files : public HostFiles {
     }
     const DWORD error = ::GetLastError();
     if (error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS) return Copying::NameTaken;
-    reason = Reason(error);
+    reason = ReasonOf(error);
     return Copying::Failed;
   }
 

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "app/messages/errors.h"
+#include "disk/host_files.h"
 
 namespace morvelle {
 
@@ -27,18 +28,6 @@ void WriteDirectly(const path& file, std::string_view bytes) {
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   out.close();
   if (!out) throw RuntimeError(ErrorNumber::DiskFull);
-}
-
-/// A name in the same folder that nothing has.
-path NameBeside(const path& file) {
-  for (int number = 0;; ++number) {
-    auto name = file;
-    name += ".nouveau";
-    if (number > 0) name += std::to_string(number);
-    if (std::error_code ignored; !std::filesystem::exists(symlink_status(name, ignored))) {
-      return name;
-    }
-  }
 }
 
 }  // namespace
@@ -65,17 +54,13 @@ void WriteWholeFile(const path& file, std::string_view bytes) {
     WriteDirectly(target, bytes);
     return;
   }
-  const auto beside = NameBeside(target);
-  try {
-    WriteDirectly(beside, bytes);
-    if (std::filesystem::exists(before)) {
-      std::filesystem::permissions(beside, before.permissions(), error);
-    }
-    std::filesystem::rename(beside, target);
-  } catch (...) {
-    std::filesystem::remove(beside, error);
-    throw;
-  }
+  const auto files = MakeHostFiles();
+  WholeContent content(bytes);
+  path aside;
+  FileStamp stamp;
+  auto fault = files->WriteAside(target, content, aside, stamp);
+  if (fault.empty()) fault = files->PutInPlace(aside, target, stamp);
+  if (!fault.empty()) throw RuntimeError(fault.number);
 }
 
 bool IsReadOnly(const path& file) {

@@ -2,6 +2,7 @@
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
+#include "disk/whole_file.h"
 #include "wab/processes.h"
 #include "wab/whitelist_file.h"
 
@@ -14,6 +15,15 @@ constexpr std::string_view kK9Program = "K9-F.exe";
 constexpr std::string_view kNotStopped =
     "K9 n'a pas pu être arrêté : sa 'whitelist' n'a pas été modifiée"_cp;
 constexpr std::string_view kNotStarted = "K9 n'a pas pu être redémarré"_cp;
+
+/// Error 53 when the whitelist is not there, 70 when it is marked as not to be written: a new file
+/// under its name would pass over the mark.
+void MergeInto(const std::filesystem::path& emailsFile, std::vector<std::string> addresses) {
+  const auto present = ReadWholeFile(emailsFile);
+  if (!present) throw RuntimeError(ErrorNumber::FileNotFound);
+  if (IsReadOnly(emailsFile)) throw RuntimeError(ErrorNumber::PermissionDenied);
+  WriteWholeFile(emailsFile, MergedWhitelist(*present, std::move(addresses)));
+}
 
 }  // namespace
 
@@ -45,7 +55,7 @@ void K9Whitelist::UpDateWhiteListK9(const std::filesystem::path& emailsFile) {
         return;
       }
     }
-    ReplaceWhole(emailsFile, MergedWhitelist(ReadWhole(emailsFile), std::move(addresses)));
+    MergeInto(emailsFile, std::move(addresses));
     if (!program.empty() && !processes_.StartProcess(program)) {
       messages.Msg(kNotStarted, kBoxExclamation);
     }

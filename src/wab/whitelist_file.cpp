@@ -1,12 +1,8 @@
 #include "wab/whitelist_file.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <optional>
-#include <system_error>
 
-#include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "wab/case_order.h"
 
@@ -59,16 +55,6 @@ std::string TakeHead(std::string_view& text) {
          std::string(kK9Site) + std::string(" pour plus de détails."_cp);
 }
 
-/// A name in the same folder that nothing has: what bears it afterwards is ours to replace.
-std::filesystem::path NameBeside(const std::filesystem::path& file) {
-  for (int number = 0;; ++number) {
-    auto name = file;
-    name += ".nouveau" + (number > 0 ? std::to_string(number) : std::string{});
-    std::error_code ignored;
-    if (!std::filesystem::exists(std::filesystem::symlink_status(name, ignored))) return name;
-  }
-}
-
 }  // namespace
 
 std::string MergedWhitelist(std::string_view file, std::vector<std::string> addresses) {
@@ -80,38 +66,6 @@ std::string MergedWhitelist(std::string_view file, std::vector<std::string> addr
   KeepLastOfEach(addresses);
   for (const auto& address : addresses) text.append("From :").append(address).append(kLineEnd);
   return text;
-}
-
-std::string ReadWhole(const std::filesystem::path& file) {
-  std::ifstream input(file, std::ios::binary);
-  if (!input) throw RuntimeError(ErrorNumber::FileNotFound);
-  std::string text{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
-  if (input.bad()) throw RuntimeError(ErrorNumber::DeviceError);
-  return text;
-}
-
-void ReplaceWhole(const std::filesystem::path& file, std::string_view text) {
-  std::error_code error;
-  // A link stays one.
-  auto target = std::filesystem::canonical(file, error);
-  if (error) throw RuntimeError(ErrorNumber::FileNotFound);
-  const auto rights = std::filesystem::status(target, error).permissions();
-  // A new file under that name would pass over the mark.
-  if ((rights & std::filesystem::perms::owner_write) == std::filesystem::perms::none) {
-    throw RuntimeError(ErrorNumber::PermissionDenied);
-  }
-  const auto beside = NameBeside(target);
-  std::ofstream output(beside, std::ios::binary | std::ios::trunc);
-  output.write(text.data(), static_cast<std::streamsize>(text.size()));
-  output.close();
-  const bool written = !output.fail();
-  if (written) {
-    std::filesystem::permissions(beside, rights, error);
-    std::filesystem::rename(beside, target, error);
-    if (!error) return;
-  }
-  std::filesystem::remove(beside, error);
-  throw RuntimeError(ErrorNumber::PermissionDenied);
 }
 
 }  // namespace morvelle

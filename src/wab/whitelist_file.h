@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,12 +13,5 @@ inline constexpr std::string_view kK9Site = "http://keir.net/k9.html";
 /// its first address, or a head of our own, then a line "From :" for each address. The first
 /// address line of the file does not count: its address stays only when the book has it too.
 std::string MergedWhitelist(std::string_view file, std::vector<std::string> addresses);
-
-/// The bytes of a file; error 53 when it is not there.
-std::string ReadWhole(const std::filesystem::path& file);
-
-/// Puts the text in the place of the file, whole or not at all: it is written beside it and takes
-/// its name. Error 70 when it cannot be, the file then being as it was.
-void ReplaceWhole(const std::filesystem::path& file, std::string_view text);
 
 }  // namespace morvelle

@@ -1,7 +1,25 @@
 #include "disk/whole_file.h"
 
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <functional>
+
 #include "app/messages/errors.h"
 #include "tests/support/temp_folder.h"
+
+namespace {
+/// What is looked at when something is brought down to the disk.
+std::function<void(bool isFolder)> onFlush;
+}  // namespace
+
+/// Stands in front of the system's own, which it calls.
+extern "C" int fsync(int handle) {
+  struct stat status {};
+  if (onFlush && ::fstat(handle, &status) == 0) onFlush(S_ISDIR(status.st_mode));
+  return static_cast<int>(::syscall(SYS_fsync, handle));
+}
 
 namespace morvelle {
 namespace {
@@ -22,6 +40,18 @@ TEST(WholeFileTest, AFileIsReplacedWhole) {
   EXPECT_EQ(ErrorOf(folder / "lien.roe"), 0);
   EXPECT_EQ(folder.Read("a.roe"), "neuf");
   EXPECT_EQ(folder.Names(), (std::set<std::string>{"a.roe", "lien.roe"}));
+}
+
+TEST(WholeFileTest, ReachesTheDiskBeforeItTakesTheName) {
+  const FileFolder folder;
+  const auto file = folder.Write("a.roe", "ancien");
+  std::string seen;
+  onFlush = [&](bool isFolder) {
+    seen += (isFolder ? "dossier:" : "fichier:") + folder.Read("a.roe") + " ";
+  };
+  EXPECT_EQ(ErrorOf(file), 0);
+  onFlush = nullptr;
+  EXPECT_EQ(seen, "fichier:ancien dossier:neuf ");
 }
 
 TEST(WholeFileTest, WhatCannotBeWrittenSaysWhy) {

@@ -38,24 +38,24 @@ class FailingFiles final : public HostFiles {
   std::filesystem::path Resolve(const std::filesystem::path& path) override {
     return real_->Resolve(path);
   }
-  std::string Read(const std::filesystem::path& path, FileBytes& bytes, FileStamp& stamp) override {
+  FileFault Read(const std::filesystem::path& path, FileBytes& bytes, FileStamp& stamp) override {
     return real_->Read(path, bytes, stamp);
   }
   FileStamp Stamp(const std::filesystem::path& path) override { return real_->Stamp(path); }
   Locking Lock(const std::filesystem::path& path, std::unique_ptr<FileLock>& lock) override {
     return canLock ? real_->Lock(path, lock) : Locking::Impossible;
   }
-  std::string WriteAside(const std::filesystem::path& path, FileContent& content,
-                         std::filesystem::path& aside, FileStamp& stamp) override {
+  FileFault WriteAside(const std::filesystem::path& path, FileContent& content,
+                       std::filesystem::path& aside, FileStamp& stamp) override {
     auto reason = real_->WriteAside(path, content, aside, stamp);
     if (meanwhile) meanwhile();
     return reason;
   }
-  std::string PutInPlace(const std::filesystem::path& aside, const std::filesystem::path& path,
-                         FileStamp& stamp) override {
+  FileFault PutInPlace(const std::filesystem::path& aside, const std::filesystem::path& path,
+                       FileStamp& stamp) override {
     if (!losesFile) return real_->PutInPlace(aside, path, stamp);
     real_->Remove(path);
-    return "erreur";
+    return {"erreur"};
   }
   Copying KeepCopy(const std::filesystem::path& from, const std::filesystem::path& to,
                    std::string& reason) override {

@@ -144,22 +144,18 @@ TEST_F(K9Test, AFileThatIsGoneEndsTheProgram) {
   EXPECT_FALSE(std::filesystem::exists(file));
 }
 
-TEST_F(K9Test, TheFileIsReplacedInOneStep) {
-  const auto link = folder / "lien.txt";
-  std::filesystem::create_symlink(file, link);
+TEST_F(K9Test, TheFileIsReplacedInOneStepUnlessItIsMarked) {
   const auto second = folder / "second.txt";
   std::filesystem::create_hard_link(file, second);
-  ReplaceWhole(link, "neuf");
-  EXPECT_TRUE(std::filesystem::is_symlink(link));
-  EXPECT_EQ(ReadFile(file), "neuf");
+  dialogs.Expect(kDone);
+  k9.UpDateWhiteListK9(file);
+  EXPECT_EQ(ReadFile(file), kNew);
   EXPECT_EQ(ReadFile(second), kOld) << "the old file was not written into";
-  WriteFile(file.parent_path() / "whitelist.txt.nouveau", "à quelqu'un");
-  ReplaceWhole(file, "encore");
-  EXPECT_EQ(ReadFile(file.parent_path() / "whitelist.txt.nouveau"), "à quelqu'un");
+  WriteFile(file, kOld);
   std::filesystem::permissions(file, std::filesystem::perms{0400});
   dialogs.Expect("Permission refusée"_cp, kBoxOk, "UpDateWhiteListK9");
   EXPECT_THROW(k9.UpDateWhiteListK9(file), ProgramEnd);
-  EXPECT_EQ(ReadFile(file), "encore") << "marked as not to be written";
+  EXPECT_EQ(ReadFile(file), kOld) << "marked as not to be written";
 }
 
 }  // namespace

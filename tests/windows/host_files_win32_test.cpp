@@ -15,7 +15,7 @@ class Win32FilesTest : public testing::Test {
     WholeContent content(bytes);
     std::filesystem::path aside;
     const auto reason = files_->WriteAside(file, content, aside, stamp_);
-    return reason.empty() ? files_->PutInPlace(aside, file, stamp_) : reason;
+    return (reason.empty() ? files_->PutInPlace(aside, file, stamp_) : reason).reason;
   }
 
   std::unique_ptr<HostFiles> files_ = MakeHostFiles();
@@ -47,14 +47,14 @@ TEST_F(Win32FilesTest, ReplacesAFileWholeOrNotAtAll) {
 
 TEST_F(Win32FilesTest, TellsAFileFromTheSameFileWrittenAgain) {
   const auto file = folder_.Write("a.reg", "old");
-  EXPECT_EQ(files_->Read(file, bytes_, stamp_), "");
+  EXPECT_EQ(files_->Read(file, bytes_, stamp_).reason, "");
   EXPECT_EQ(bytes_.View(), "old");
   EXPECT_EQ(files_->Stamp(file), stamp_);
   folder_.Write("a.reg", "longer");
   EXPECT_NE(files_->Stamp(file), stamp_);
   EXPECT_FALSE(files_->Stamp(folder_.Path() / "none").there);
-  EXPECT_NE(files_->Read(folder_.Path() / "none", bytes_, stamp_), "");
-  EXPECT_NE(files_->Read(folder_.Path(), bytes_, stamp_), "");
+  EXPECT_NE(files_->Read(folder_.Path() / "none", bytes_, stamp_).reason, "");
+  EXPECT_NE(files_->Read(folder_.Path(), bytes_, stamp_).reason, "");
 }
 
 TEST_F(Win32FilesTest, KeepsASecondEditorOff) {
@@ -76,7 +76,7 @@ TEST_F(Win32FilesTest, ACopyNeverTakesTheNameOfAnother) {
   EXPECT_EQ(files_->KeepCopy(file, copy, reason), HostFiles::Copying::Done);
   Replace(file, "new");
   EXPECT_EQ(files_->KeepCopy(file, copy, reason), HostFiles::Copying::NameTaken);
-  EXPECT_EQ(files_->Read(copy, bytes_, stamp_), "");
+  EXPECT_EQ(files_->Read(copy, bytes_, stamp_).reason, "");
   EXPECT_EQ(bytes_.View(), "old");
   EXPECT_EQ(files_->KeepCopy(folder_.Path() / "none", folder_.Path() / "c", reason),
             HostFiles::Copying::Failed);
