@@ -70,7 +70,7 @@ RegistryStatus RuleWriter::Apply(PlannedRule& planned) { return planned.plan.App
 void RuleWriter::RuleToBdR(PlannedRule& planned, SaveFlags flags) {
   const auto& rule = tables_.RuleAt(planned.row);
   const auto key = mailKey_ + rule.Id;
-  PlanVersion(planned.plan);
+  PlanRulesVersion(planned.plan, mailKey_);
   planned.plan.SetValue(key, "Name", ValueKind::String, rule.Name);
   planned.plan.SetNumber(key, "Enabled", rule.Enabled);
   planned.plan.SetNumber(key, "Version", rule.Version);
@@ -78,9 +78,9 @@ void RuleWriter::RuleToBdR(PlannedRule& planned, SaveFlags flags) {
   if (planned.refusal.empty() && !flags.skipCriteria) CriteriaToBdR(planned, flags.contentEdit);
 }
 
-void RuleWriter::PlanVersion(WritePlan& plan) {
-  if (plan.KeyExists(mailKey_) && !plan.LacksValue(mailKey_, "Version")) return;
-  plan.SetNumber(mailKey_, "Version", std::to_string(kRuleStoreVersion));
+void PlanRulesVersion(WritePlan& plan, const std::string& mailKey) {
+  if (plan.KeyExists(mailKey) && !plan.LacksValue(mailKey, "Version")) return;
+  plan.SetNumber(mailKey, "Version", std::to_string(kRuleStoreVersion));
 }
 
 void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
@@ -265,14 +265,14 @@ void RuleWriter::Settle(const PlannedRule& planned) {
 
 RegistryStatus RuleWriter::VersionToBdR() {
   WritePlan plan(registry_);
-  PlanVersion(plan);
+  PlanRulesVersion(plan, mailKey_);
   return plan.Apply();
 }
 
 RegistryStatus RuleWriter::MailTopToBdR() {
   return Trap(registry_.Boxes().Boxes(), "MailTopToBdR", [&] {
     WritePlan plan(registry_);
-    PlanVersion(plan);
+    PlanRulesVersion(plan, mailKey_);
     // An order that lists no rule would hide every rule of the mail client.
     if (!tables_.Mail.Order.empty() || tables_.RuleCount == 0) {
       plan.SetValue(mailKey_, "Order", ValueKind::String, tables_.Mail.Order);
@@ -287,7 +287,7 @@ RegistryStatus RuleWriter::NameToBdR(int row, const std::string& name) {
     // A name alone makes no rule: the key of one that is gone is not made again.
     WritePlan plan(registry_);
     if (!plan.KeyExists(key)) return kStatusNotFound;
-    PlanVersion(plan);
+    PlanRulesVersion(plan, mailKey_);
     plan.SetValue(key, "Name", ValueKind::String, name);
     return plan.Apply();
   });
@@ -306,7 +306,7 @@ RegistryStatus RuleWriter::DeleteRule(int row) {
 RegistryStatus RuleWriter::DeleteOrder() {
   return Trap(registry_.Boxes().Boxes(), "DeleteOrder", [&] {
     WritePlan plan(registry_);
-    PlanVersion(plan);
+    PlanRulesVersion(plan, mailKey_);
     plan.DeleteValue(mailKey_, "Order");
     return plan.Apply();
   });

@@ -6,6 +6,7 @@
 #include "core/command_batch.h"
 #include "core/entry_types.h"
 #include "core/new_rule.h"
+#include "core/rule_writer.h"
 #include "core/word_lists.h"
 
 namespace morvelle {
@@ -71,16 +72,15 @@ void WriteBookWords(RegistryAccess& registry, const std::string& mailKey, RuleTa
   if (words.empty() || rule.overfull || !IsThreeDigitId(rule.Id)) return;
   for (auto& criterion : rule.CriteriaParam) {
     if (criterion.Type != tables.SlotType[kSenderSlot] || !IsThreeDigitId(criterion.Id)) continue;
-    CommandBatch batch(registry.Store(), registry.Boxes());
-    auto status = kStatusNotFound;
-    {
-      const OpenedKey key(registry, mailKey + rule.Id + "\\Criteria\\" + criterion.Id, false);
-      if (!key.IsOpen()) return;
-      criterion.Value = EncodeWords(words);
-      status = registry.SetKeyValue(key.Handle(), "Value", ValueKind::Binary, criterion.Value);
-    }
+    const auto key = mailKey + rule.Id + "\\Criteria\\" + criterion.Id;
+    WritePlan plan(registry);
+    if (!plan.KeyExists(key)) return;
+    criterion.Value = EncodeWords(words);
+    PlanRulesVersion(plan, mailKey);
+    plan.SetValue(key, "Value", ValueKind::Binary, criterion.Value);
     tables.Touch(row);
-    batch.Commit(status);
+    CommandBatch batch(registry.Store(), registry.Boxes());
+    batch.Commit(plan.Apply());
     return;
   }
 }

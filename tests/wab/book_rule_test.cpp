@@ -57,6 +57,10 @@ TEST_F(BookRuleTest, OnlyTheValueOfTheSenderCriterionIsWritten) {
   after.replace(after.find("vieux@b.fr~"), 11, "a@b.fr~c@d.fr~");
   EXPECT_EQ(DumpOf(store), after);
   EXPECT_EQ(store.commits, 1);
+  rules.Remove(kTestMailKey, "Version").Words("001", 12, {"vieux@b.fr"}, 1, 2);
+  write();
+  after.replace(after.find("Version"), 17, "").insert(after.find("000\\"), "Version = 327680\n");
+  EXPECT_EQ(DumpOf(store), after) << "a rules key without version gets one";
 }
 
 }  // namespace
