@@ -41,6 +41,9 @@ struct CriterionRecord {
   std::string Type;
   std::string Value;
   std::string ValueType;
+  /// Of the criterion of a word-list slot: its value was not there when the list was to be shown,
+  /// or is neither text nor bytes. An empty list then does not say that the rule has none.
+  bool unreadable = false;
 };
 
 /// The places of a rule's actions or criteria, kMaxEntries of them. One that was never used is

@@ -139,7 +139,10 @@ std::vector<RuleWriter::NewCriterion> RuleWriter::KeptCriteria(WritePlan& plan, 
     while (!EqualIgnoringCase(rule.CriteriaParam[Index(same)].Id, criterion.Id)) ++same;
     if (same < j) continue;
     const int slot = tables_.SlotOfType(criterion.Type);
-    if (!slotsToo && slot >= 0 && owners[Index(slot)].Id == criterion.Id) continue;
+    // The owner of a slot is written from its words. Where they could not be read and the user gave
+    // none, it is kept as it is: a rule that lost its criterion would be about all mail.
+    const bool owner = !slotsToo && slot >= 0 && owners[Index(slot)].Id == criterion.Id;
+    if (owner && !(owners[Index(slot)].unreadable && display_.ListedWords(slot).empty())) continue;
     const bool stored = IsStoredCriterion(plan, rule, criterion.Id);
     if (!stored && criterion.Type.empty()) continue;
     kept.push_back({criterion, stored ? criterion.Id : std::string{}, false});

@@ -90,6 +90,34 @@ TEST_F(Options, FlagsOfNoKnownMeaningStayUntilBothQuestionsAreAnswered) {
   EXPECT_EQ(state.tables.FirstCriteria[0][kSender].Flags, "3");
 }
 
+TEST_F(Options, AListThatCannotBeReadIsKeptUntilItIsGivenWords) {
+  const std::pair<ValueKind, std::string> values[] = {{ValueKind::None, "no text"},
+                                                      {ValueKind::Dword, "123"},
+                                                      {ValueKind::Dword, "12345"},
+                                                      {ValueKind::MultiString, "missing"}};
+  for (const auto& [kind, data] : values) {
+    SCOPED_TRACE(data);
+    rules.Order("000").PlainRule("000", "Une", "000 001").Words("001", 8, {"beta"}, 0, 2);
+    rules.Words("000", 12, {}, 3, 2).Raw("Value", kind, data);
+    if (data == "missing") rules.Without("Value");
+    dialogs.AllowAnyBox();
+    Start();
+    const auto kept = Stored("000\\Criteria\\000");
+    Open(0);
+    EXPECT_EQ(Words(kSender).size(), 0U);
+    ClickWord(kSubject, 0);
+    Click("cmdDel(1)");
+    Save();
+    EXPECT_EQ(Stored("000\\Criteria\\000"), kept);
+    EXPECT_THAT(Stored("000\\Criteria"), testing::StartsWith("Order = \"000\"\n"))
+        << "the list that was emptied goes, and it alone";
+    Open(0);
+    Add(kSender, u"alpha");
+    Save();
+    EXPECT_THAT(Stored("000\\Criteria\\000"), testing::HasSubstr("Value = 3:\"alpha~~~\"\n"));
+  }
+}
+
 TEST_F(Options, AndOrNeedsTwoListsWithWords) {
   StartWithTwoRules();
   Open(0);
