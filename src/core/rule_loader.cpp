@@ -228,7 +228,8 @@ void RuleLoader::ActionsParamFromBdR(int row, int entry) {
       return;
     }
     registry_.QueryField(kTable, key.Handle(), "Type", action.Type);
-    registry_.QueryField(kTable, key.Handle(), "Flags", action.Flags);
+    const auto status = registry_.QueryField(kTable, key.Handle(), "Flags", action.Flags);
+    if (status == kStatusNotFound) action.Flags = "0";
     if (!CarriesValue(ArgumentOfAction(action.Type))) return;
     registry_.QueryField(kTable, key.Handle(), "Value", action.Value);
     registry_.QueryField(kTable, key.Handle(), "ValueType", action.ValueType);

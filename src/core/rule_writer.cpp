@@ -25,9 +25,9 @@ std::string KeyName(const std::string& id) { return LowerCase(id); }
 /// Three characters of a damaged order may hold a "\\"; as a key's name they would lead elsewhere.
 bool CanName(const std::string& id) { return !id.empty() && id.find('\\') == std::string::npos; }
 
-/// The id of an action to be appended: its index, or the next one that no action has.
-std::string FreeActionId(const std::vector<ActionRecord>& actions) {
-  for (auto number = static_cast<int>(actions.size());; ++number) {
+/// The first id from that number up that no action has.
+std::string FreeActionId(const std::vector<ActionRecord>& actions, std::size_t from) {
+  for (auto number = static_cast<int>(from);; ++number) {
     auto id = ThreeDigitId(number);
     if (std::none_of(actions.begin(), actions.end(),
                      [&](const auto& action) { return EqualIgnoringCase(action.Id, id); })) {
@@ -40,9 +40,10 @@ bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
 
 }  // namespace
 
-bool RuleWriter::IsStoredCriterion(WritePlan& plan, const RuleRecord& rule,
-                                   const std::string& id) const {
-  return CanName(id) && plan.KeyExists(mailKey_ + rule.Id + "\\Criteria\\" + id);
+bool RuleWriter::IsStored(WritePlan& plan, const RuleRecord& rule, std::string_view entries,
+                          const std::string& id) const {
+  return CanName(id) &&
+         plan.KeyExists(EntryKey((mailKey_ + rule.Id).append(1, '\\').append(entries), id));
 }
 
 std::string RuleWriter::RefusalOf(int row) {
@@ -83,12 +84,34 @@ void PlanRulesVersion(WritePlan& plan, const std::string& mailKey) {
   plan.SetNumber(mailKey, "Version", std::to_string(kRuleStoreVersion));
 }
 
+std::vector<ActionRecord> RuleWriter::KeptActions(WritePlan& plan, int row) const {
+  const auto& rule = tables_.RuleAt(row);
+  std::vector<ActionRecord> all;
+  std::vector<ActionRecord> kept;
+  for (std::size_t j = 0; j < tables_.Actions[Index(row)]; ++j) {
+    const auto& action = all.emplace_back(rule.ActionsParam[j]);
+    // An order that names an action twice has it once; one that is not there, and was not chosen
+    // in the window either, is none.
+    const bool repeated = std::any_of(kept.begin(), kept.end(), [&](const auto& other) {
+      return EqualIgnoringCase(other.Id, action.Id);
+    });
+    if (repeated) continue;
+    if (action.Type.empty() && !IsStored(plan, rule, "Actions", action.Id)) continue;
+    kept.push_back(action);
+  }
+  for (auto& action : kept) {
+    if (!CanName(action.Id)) action.Id = FreeActionId(kept, 0);
+  }
+  // A rule that has lost all its actions is damaged: it is not one that was given none, which
+  // would come to move its mail to the deleted items.
+  return kept.empty() ? all : kept;
+}
+
 void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
   const auto& rule = tables_.RuleAt(planned.row);
   auto& actions = planned.actions;
   planned.actionsOrder = rule.ActionsOrder;
-  const auto count = tables_.Actions[Index(planned.row)];
-  for (std::size_t j = 0; j < count; ++j) actions.push_back(rule.ActionsParam[j]);
+  actions = KeptActions(planned.plan, planned.row);
   if (planned.actionsOrder.empty()) {
     planned.actionsOrder = "000";
     ActionRecord action = rule.ActionsParam[0];
@@ -107,12 +130,15 @@ void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
       return;
     }
     ActionRecord stop;
-    stop.Id = FreeActionId(actions);
+    stop.Id = FreeActionId(actions, actions.size());
     stop.Flags = "0";
     stop.Type = kActionStop;
-    planned.actionsOrder += " " + stop.Id;
     actions.push_back(std::move(stop));
   }
+  std::vector<std::string> ids;
+  ids.reserve(actions.size());
+  for (const auto& action : actions) ids.push_back(action.Id);
+  if (ids != IdsOfOrder(planned.actionsOrder)) planned.actionsOrder = JoinIds(ids);
   const auto key = mailKey_ + rule.Id + "\\Actions";
   planned.plan.SetValue(key, "Order", ValueKind::String, planned.actionsOrder);
   for (const auto& action : actions) PutAction(planned.plan, key, action);
@@ -143,7 +169,7 @@ std::vector<RuleWriter::NewCriterion> RuleWriter::KeptCriteria(WritePlan& plan, 
     // none, it is kept as it is: a rule that lost its criterion would be about all mail.
     const bool owner = !slotsToo && slot >= 0 && owners[Index(slot)].Id == criterion.Id;
     if (owner && !(owners[Index(slot)].unreadable && display_.ListedWords(slot).empty())) continue;
-    const bool stored = IsStoredCriterion(plan, rule, criterion.Id);
+    const bool stored = IsStored(plan, rule, "Criteria", criterion.Id);
     if (!stored && criterion.Type.empty()) continue;
     kept.push_back({criterion, stored ? criterion.Id : std::string{}, false});
   }
@@ -168,8 +194,8 @@ std::vector<RuleWriter::NewCriterion> RuleWriter::DecodeCriteria(WritePlan& plan
     for (int slot = 0; slot < kSlotCount; ++slot) {
       if (display_.ListedWords(slot).empty()) continue;
       auto record = SlotCriterion(row, slot);
-      auto storedId =
-          IsStoredCriterion(plan, tables_.RuleAt(row), record.Id) ? record.Id : std::string{};
+      const bool stored = IsStored(plan, tables_.RuleAt(row), "Criteria", record.Id);
+      auto storedId = stored ? record.Id : std::string{};
       criteria.push_back({std::move(record), std::move(storedId), true});
     }
     SetLogics(criteria, row);

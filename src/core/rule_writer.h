@@ -96,8 +96,10 @@ class RuleWriter {
   void SetLogics(std::vector<NewCriterion>& criteria, int row) const;
   void PlanCriteriaKeys(WritePlan& plan, int row, const std::string& criteriaKey,
                         const std::vector<NewCriterion>& criteria);
-  [[nodiscard]] bool IsStoredCriterion(WritePlan& plan, const RuleRecord& rule,
-                                       const std::string& id) const;
+  [[nodiscard]] std::vector<ActionRecord> KeptActions(WritePlan& plan, int row) const;
+  /// Whether an entry of the rule, under "Actions" or "Criteria", has a key of its own.
+  [[nodiscard]] bool IsStored(WritePlan& plan, const RuleRecord& rule, std::string_view entries,
+                              const std::string& id) const;
   [[nodiscard]] std::vector<std::string> StoredCriteria(int row) const;
 
   RegistryAccess& registry_;
