@@ -1,9 +1,18 @@
 #include "core/damage_report.h"
 
+#include <utility>
+
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 
 namespace morvelle {
+
+namespace {
+
+constexpr std::string_view kUnreadableOrder =
+    "L'ordre des règles est illisible\u00A0: elles sont montrées dans l'ordre de leurs clefs."_cp;
+
+}  // namespace
 
 void DamageReport::BadValueReport(std::string_view table) {
   Trap(messages_.Boxes(), "BadValueReport", [&] {
@@ -22,6 +31,11 @@ void DamageReport::BadValueReport(std::string_view table) {
                     std::string("\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp));
     }
   });
+}
+
+void DamageReport::UnreadableOrder() {
+  if (std::exchange(orderTold_, true)) return;
+  messages_.Msg(kUnreadableOrder, kBoxExclamation);
 }
 
 }  // namespace morvelle

@@ -20,6 +20,9 @@ class DamageReport {
   /// A load begins: the next damaged rule is reported again.
   void Reset() { reported_ = false; }
 
+  /// The order of the rules is there and cannot be read. Said once a run.
+  void UnreadableOrder();
+
   /// Counts what was not there, reported or not.
   [[nodiscard]] int Count() const { return count_; }
 
@@ -30,6 +33,7 @@ class DamageReport {
   int count_ = 0;
   /// Until the first load has met an empty rule set.
   bool starting_ = true;
+  bool orderTold_ = false;
 };
 
 }  // namespace morvelle

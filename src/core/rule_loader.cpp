@@ -88,20 +88,43 @@ bool RuleLoader::LoadRow(std::int16_t row) {
   return editable;
 }
 
+std::vector<std::string> RuleLoader::StoredRules() {
+  std::int16_t count = 0;
+  auto ids = registry_.EnumSubKeys(mailKey_, count, {}, {}, false);
+  std::erase_if(ids, [](const auto& id) { return !IsThreeDigitId(id); });
+  return ids;
+}
+
+MailRecord RuleLoader::ReadMail() {
+  MailRecord mail;
+  const OpenedKey key(registry_, mailKey_, true);
+  ValueKind kind{};
+  std::uint32_t size = 0;
+  const auto status = registry_.Store().DescribeValue(key.Handle(), "Order", kind, size);
+  if (status == kStatusNotFound) {
+    registry_.Damage().BadValueReport("Mail");
+    return mail;
+  }
+  // A rules key without a version is mended by the first write and no concern of the user's.
+  mail.Version = TextOf(registry_.Peek(key.Handle(), "Version"));
+  const auto order = registry_.Peek(key.Handle(), "Order");
+  if (const auto* text = std::get_if<std::string>(&order)) {
+    mail.Order = *text;
+    return mail;
+  }
+  // Taken for an empty rule set, the next order that is written would hide every rule.
+  mail.Order = JoinIds(StoredRules());
+  if (!mail.Order.empty()) registry_.Damage().UnreadableOrder();
+  return mail;
+}
+
 void RuleLoader::MailFromBdR() {
   Trap(registry_.Boxes().Boxes(), "MailFromBdR", [&] {
     display_.BeginLoad();
-    MailRecord mail;
-    RegistryStatus status = kStatusSuccess;
-    {
-      const OpenedKey key(registry_, mailKey_, true);
-      status = registry_.QueryField("Mail", key.Handle(), "Order", mail.Order);
-      // A rules key without a version is mended by the first write and no concern of the user's.
-      if (status == kStatusSuccess) mail.Version = TextOf(registry_.Peek(key.Handle(), "Version"));
-    }
+    auto mail = ReadMail();
     // A rule that the order names twice is one rule: two rows of it would overwrite each other.
     const auto ids = EachIdOnce(IdsOfOrder(mail.Order));
-    if (status != kStatusSuccess || ids.empty()) {
+    if (ids.empty()) {
       tables_.Blank();
       tables_.Mail = std::move(mail);
       FinishEmpty();

@@ -1,5 +1,7 @@
 #include "core/rule_loader.h"
 
+#include <gmock/gmock.h>
+
 #include "tests/core/rule_model.h"
 
 namespace morvelle {
@@ -81,9 +83,40 @@ TEST_F(RuleLoaderTest, KeysThatAreNotThereAreDamageAndAreNotMade) {
   EXPECT_EQ(tables.RuleAt(0).ActionsParam[1].Type, "");
   EXPECT_EQ(tables.RuleAt(1).Name, "");
   set.Order("001 000");
+  const auto turned = model.Dump();
   ExpectDamaged("001");
   Load();
-  EXPECT_EQ(model.store.commits, 0);
+  EXPECT_EQ(model.Dump(), turned);
+}
+
+TEST_F(RuleLoaderTest, AnOrderThatCannotBeReadIsNoEmptyRuleSet) {
+  for (const auto* const id : {"00a", "002", "Divers"}) {
+    set.PlainRule(id, "R", "000").Words("000", 12, {"x"});
+  }
+  const auto rows = [&] { return testing::PrintToString(model.display.rules); };
+  const std::string byKey = "{ \"002 R\", \"00a R\" }";
+  for (const auto kind : {ValueKind::String, ValueKind::ExpandString, ValueKind::Binary}) {
+    set.Put(kTestMailKey, "Order", kind, "00a 002 00A");
+    Load();
+    EXPECT_EQ(rows(), "{ \"00a R\", \"002 R\" }");
+  }
+  model.dialogs.Expect(
+      "L'ordre des règles est illisible\u00A0: elles sont montrées dans l'ordre de "
+      "leurs clefs."_cp,
+      kBoxExclamation, "Morvelle");
+  for (const auto kind : {ValueKind::MultiString, ValueKind::Dword, ValueKind::None}) {
+    set.Put(kTestMailKey, "Order", kind, "0000");
+    const auto before = model.Dump();
+    Load();  // Said once per run of the program.
+    EXPECT_EQ(rows(), byKey);
+    EXPECT_EQ(model.Dump(), before);
+    EXPECT_EQ(model.writer.MailTopToBdR(), kStatusSuccess);
+    EXPECT_THAT(model.Dump(), testing::StartsWith("Order = \"002 00a\"\n"));
+  }
+  model.store.describeStatus = kStatusAccessDenied;
+  model.dialogs.AllowAnyBox();
+  Load();
+  EXPECT_EQ(tables.RuleCount, 2) << "a read that fails";
 }
 
 TEST_F(RuleLoaderTest, AReloadStartsFromBlank) {
