@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/messages/messages.h"
 
@@ -23,6 +24,9 @@ class DamageReport {
   /// The order of the rules is there and cannot be read. Said once a run.
   void UnreadableOrder();
 
+  /// These rules have a list of more words than can be counted. Said once a run.
+  void TooManyWords(const std::vector<std::string>& names);
+
   /// Counts what was not there, reported or not.
   [[nodiscard]] int Count() const { return count_; }
 
@@ -34,6 +38,7 @@ class DamageReport {
   /// Until the first load has met an empty rule set.
   bool starting_ = true;
   bool orderTold_ = false;
+  bool wordsTold_ = false;
 };
 
 }  // namespace morvelle

@@ -7,6 +7,7 @@
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "core/entry_types.h"
+#include "core/word_lists.h"
 
 namespace morvelle {
 
@@ -118,6 +119,15 @@ MailRecord RuleLoader::ReadMail() {
   return mail;
 }
 
+void RuleLoader::TellOverlong() {
+  std::vector<std::string> names;
+  for (int row = 0; row < tables_.RuleCount; ++row) {
+    const auto& rule = tables_.RuleAt(row);
+    if (rule.overlong) names.push_back(rule.Name);
+  }
+  registry_.Damage().TooManyWords(names);
+}
+
 void RuleLoader::MailFromBdR() {
   Trap(registry_.Boxes().Boxes(), "MailFromBdR", [&] {
     display_.BeginLoad();
@@ -140,6 +150,7 @@ void RuleLoader::MailFromBdR() {
       anyEditable = LoadRow(row) || anyEditable;
     }
     display_.EnableContentMenus(anyEditable);
+    TellOverlong();
   });
 }
 
@@ -175,7 +186,7 @@ bool RuleLoader::RuleFromBdR(std::int16_t row) {
 
 bool RuleLoader::IsEditable(int row) const {
   const auto& rule = tables_.RuleAt(row);
-  if (rule.overfull) return false;
+  if (rule.overfull || rule.overlong) return false;
   const auto& slots = tables_.FirstCriteria[Index(row)];
   const bool anySlot =
       std::any_of(slots.begin(), slots.end(), [](const auto& slot) { return !slot.Id.empty(); });
@@ -283,6 +294,10 @@ void RuleLoader::FillFirstCriteria(const CriterionRecord& criterion, int row) {
   Trap(registry_.Boxes().Boxes(), "FillFirstCriteria", [&] {
     const int slot = tables_.SlotOfType(criterion.Type);
     if (slot < 0) return;
+    // A word takes a byte at least.
+    if (criterion.Value.size() > kMaxWords && CountWords(criterion.Value) > kMaxWords) {
+      tables_.RuleAt(row).overlong = true;
+    }
     auto& owner = tables_.FirstCriteria[Index(row)][Index(slot)];
     // The first criterion of a kind owns the slot.
     if (owner.Id.empty()) owner = criterion;

@@ -39,6 +39,7 @@ class RuleLoader {
   [[nodiscard]] MailRecord ReadMail();
   /// The ids under which rules are stored, upwards.
   [[nodiscard]] std::vector<std::string> StoredRules();
+  void TellOverlong();
   /// Gives the tables one row for each id. What was loaded of a rule goes to its new row.
   void ArrangeRows(const std::vector<std::string>& ids);
   void BlankRow(int row);

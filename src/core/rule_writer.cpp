@@ -17,6 +17,9 @@ namespace {
 constexpr std::string_view kTooManyEntries =
     "Cette règle ne peut être enregistrée : elle compterait plus de 12 critères ou actions"_cp;
 
+constexpr std::string_view kTooManyWords =
+    "Cette règle ne peut être enregistrée\u00A0: une de ses listes compte plus de 32\u00A0767 mots"_cp;
+
 std::size_t Index(int row) { return static_cast<std::size_t>(row); }
 
 /// An id as keys are told apart: without regard to letter case.
@@ -50,6 +53,7 @@ std::string RuleWriter::RefusalOf(int row) {
   const auto& rule = tables_.RuleAt(row);
   if (!IsThreeDigitId(rule.Id)) return std::string(kBadRuleId);
   if (rule.overfull) return std::string(kTooManyEntries);
+  if (rule.overlong) return std::string(kTooManyWords);
   const bool movesToDeleted = rule.ActionsOrder.empty() && rule.ActionsParam[0].Type.empty();
   if (movesToDeleted && !IsDeletedItems(deletedItems_.DeletedItems())) {
     return std::string(kFoldersUnreadable);

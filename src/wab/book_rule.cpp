@@ -69,7 +69,7 @@ int AddBookRule(RuleTables& tables, const std::string& id, const std::string& de
 void WriteBookWords(RegistryAccess& registry, const std::string& mailKey, RuleTables& tables,
                     int row, const std::vector<std::string>& words) {
   auto& rule = tables.RuleAt(row);
-  if (words.empty() || rule.overfull || !IsThreeDigitId(rule.Id)) return;
+  if (words.empty() || rule.overfull || rule.overlong || !IsThreeDigitId(rule.Id)) return;
   for (auto& criterion : rule.CriteriaParam) {
     if (criterion.Type != tables.SlotType[kSenderSlot] || !IsThreeDigitId(criterion.Id)) continue;
     const auto key = mailKey + rule.Id + "\\Criteria\\" + criterion.Id;

@@ -119,6 +119,27 @@ TEST_F(RuleLoaderTest, AnOrderThatCannotBeReadIsNoEmptyRuleSet) {
   EXPECT_EQ(tables.RuleCount, 2) << "a read that fails";
 }
 
+TEST_F(RuleLoaderTest, AListOfMoreWordsThanCanBeCountedIsNeverOpenedOrRewritten) {
+  std::vector<std::string> words(32768, "x");
+  set.Order("000 001").PlainRule("000", "Longue", "000 001").Words("000", 8, {"y"});
+  set.Words("001", 8, words).PlainRule("001", "Juste", "000");
+  words.pop_back();
+  set.Words("000", 9, words);
+  model.dialogs.Expect(
+      "Une règle dont une liste compte plus de 32\u00A0767 mots ne peut être ni "
+      "ouverte ni modifiée\u00A0:\r\"Longue\""_cp,
+      kBoxExclamation, "Morvelle");
+  for (int times = 0; times < 2; ++times) {
+    Load();
+    EXPECT_EQ(model.display.rules.front(), "000 Longue");
+    EXPECT_EQ(model.display.editable, std::set<int>{1});
+  }
+  EXPECT_EQ(CountWords(tables.RuleAt(0).CriteriaParam[1].Value), 32768U) << "whole, for a file";
+  EXPECT_FALSE(model.Save(0, {}) || model.Save(0));
+  EXPECT_NE(model.refusal.find("767"), std::string::npos);
+  EXPECT_TRUE(model.Save(1, {}));
+}
+
 TEST_F(RuleLoaderTest, AReloadStartsFromBlank) {
   set.Order("000 001").PlainRule("000", "A", "000 001").Words("000", 12, {"x"});
   set.Words("001", 9, {"y"}).PlainRule("001", "B", "000").Words("000", 8, {"z"});

@@ -46,10 +46,12 @@ TEST_F(BookRuleTest, OnlyTheValueOfTheSenderCriterionIsWritten) {
   EXPECT_EQ(DumpOf(store), before) << "a rule without sender words";
   tables.Rule[0].CriteriaParam[1].Id = "001";
   tables.Rule[0].CriteriaParam[1].Type = "12";
-  tables.Rule[0].overfull = true;
-  write();
-  EXPECT_EQ(DumpOf(store), before) << "a rule that is never rewritten";
-  tables.Rule[0].overfull = false;
+  for (const auto mark : {&RuleRecord::overfull, &RuleRecord::overlong}) {
+    tables.Rule[0].*mark = true;
+    write();
+    EXPECT_EQ(DumpOf(store), before) << "a rule that is never rewritten";
+    tables.Rule[0].*mark = false;
+  }
   WriteBookWords(registry, kTestMailKey, tables, 0, {});
   EXPECT_EQ(DumpOf(store), before) << "an empty list would send all mail to the bin";
   write();
