@@ -21,6 +21,9 @@ class DamageReport {
   /// A load begins: the next damaged rule is reported again.
   void Reset() { reported_ = false; }
 
+  /// The program has started: that there is no rule yet is said no more.
+  void EndStart() { starting_ = false; }
+
   /// The order of the rules is there and cannot be read. Said once a run.
   void UnreadableOrder();
 
@@ -35,7 +38,7 @@ class DamageReport {
   const std::string& ruleLabel_;
   bool reported_ = false;
   int count_ = 0;
-  /// Until the first load has met an empty rule set.
+  /// Until the program has started, or the first load has met no order.
   bool starting_ = true;
   bool orderTold_ = false;
   bool wordsTold_ = false;

@@ -144,6 +144,17 @@ TEST_F(RuleCommands, TheFirstRuleOfAll) {
             "mnuDelete mnuChangeContent");
 }
 
+TEST_F(RuleCommands, ThatThereIsNoRuleYetIsSaidAtTheStartAlone) {
+  dialogs.Expect("La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp);
+  Start();
+  form->LoadRules();  // As a command does; the key was made by this start.
+  dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp, kBoxOk, kAppTitle);
+  Start();
+  form->LoadRules();
+  rules.Order("");
+  Start();
+}
+
 TEST_F(RuleCommands, WithoutTheFolderListANewRuleStopsProcessing) {
   std::filesystem::remove(FoldersFile());
   dialogs.Expect(kUnreadableFolders, kBoxStop, "Folders");
@@ -249,7 +260,6 @@ TEST_F(RuleCommands, TheLastRuleTakesTheOrderWithIt) {
   rules.Order("000").PlainRule("000", "Famille", "000").Words("000", 12, {"alpha"});
   Start();
   dialogs.Expect(kDelete, Button::Yes);
-  dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp);
   Delete(0);
   EXPECT_EQ(Stored(), "Version = 327680\n");
   ExpectIdle();
