@@ -296,15 +296,22 @@ TEST_F(RuleCommands, DamagedOrdersDeleteNothingElse) {
   EXPECT_THAT(Stored(), Not(HasSubstr("\n001\\")));
 }
 
-TEST_F(RuleCommands, AStoreWithoutBatchesLosesOnlyTheRule) {
+TEST_F(RuleCommands, WhereEveryWriteIsFinalADeletionHalfDoneIsReadAgain) {
   StartWithTwoRules();
   store.tellsChanges = false;
+  store.hasBatches = false;
   store.writeStatus = kStatusAccessDenied;
   dialogs.Expect(kDelete, Button::Yes);
   dialogs.Expect(std::string(kNotStored) + std::string("\rPermission refusée"_cp));
+  dialogs.Expect(DamagedRule("001"));
   Delete(1);
-  EXPECT_EQ(form->lstRules.Count(), 2);
-  EXPECT_EQ(state.tables.Mail.Order, "000 001");
+  EXPECT_THAT(form->lstRules.Items(), ElementsAre("* 000 Publicités"_cp, "  001 "));
+  EXPECT_EQ(Stored("001"), "(no such key)");
+  store.writeStatus = kStatusSuccess;
+  dialogs.Expect(DamagedRule("001"));
+  dialogs.Expect("Êtes-vous sûr de vouloir détruire la règle  ?"_cp, Button::Yes);
+  Delete(1);
+  EXPECT_THAT(Stored(), StartsWith("Order = \"000\"\n"));
 }
 
 // --- Renaming ------------------------------------------------------------------------------------
