@@ -1,4 +1,6 @@
 
+#include <span>
+
 #include "core/new_rule.h"
 #include "tests/ui/window.h"
 
@@ -175,9 +177,11 @@ TEST_F(RuleCommands, NoRuleIsAddedBeyondTheLimit) {
     rules.Order(order);
     Start();
     const int commits = store.commits;
-    dialogs.Expect(kTooManyRules, kBoxOk, kAppTitle);
-    Choose("mnuAdd");
-    ExpectIdle();
+    for (const auto* command : {"mnuAdd", "mnuAddBook"}) {
+      dialogs.Expect(kTooManyRules, kBoxOk, kAppTitle);
+      Choose(command);
+      ExpectIdle();
+    }
     EXPECT_EQ(state.tables.Mail.Order, order) << "every id is taken, if only by a key";
     EXPECT_EQ(store.commits, commits);
   }
@@ -415,10 +419,13 @@ TEST_F(RuleCommands, BookMenusFollowDeletionAndRenaming) {
 
 TEST_F(RuleCommands, EveryCommandAsksBeforeAnythingIsCleared) {
   StartWithTwoRules();
+  addressBook.addresses = {std::nullopt};
   const std::pair<const char*, std::function<void()>> commands[] = {
       {"mnuAdd", [this] { form->Menu("mnuAdd").onClick(); }},
       {"mnuDel", [this] { form->RuleMenu("mnuDel").onClick(1); }},
       {"mnuRen", [this] { form->RuleMenu("mnuRen").onClick(1); }},
+      {"mnuAddBook", [this] { form->Menu("mnuAddBook").onClick(); }},
+      {"mnuChangeBook", [this] { form->Menu("mnuChangeBook").onClick(); }},
       {"mnuChangeOrder", [this] { form->Menu("mnuChangeOrder").onClick(); }},
       {"mnuArrange", [this] { form->Menu("mnuArrange").onClick(); }}};
   for (const auto& [name, command] : commands) {
@@ -452,6 +459,19 @@ TEST_F(RuleCommands, EveryCommandAsksBeforeAnythingIsCleared) {
           << "the rule is closed";
       if (Can("cmdCancelOrder")) form->cmdCancelOrder.Click();
     }
+  }
+  Open(0);
+  Add(kSender, u"gamma");
+  for (const auto& [name, command] : std::span(commands).first(5)) {
+    // What happens while the list is filled, under the eye of the view, is no gesture.
+    struct Eye : ControlObserver {
+      void ControlChanged(Control& /*control*/, Aspect /*aspect*/) override { click(); }
+      std::function<void()> click;
+    } eye;
+    eye.click = command;
+    form->lstRules.Observe(&eye);
+    form->LoadRules();
+    form->lstRules.Observe(nullptr);
   }
 }
 
