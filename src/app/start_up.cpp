@@ -64,9 +64,13 @@ void StartUp::InitVLX(StartUpWindow& window) {
     FindOwnPlaces();
     state_.tables.SlotType = {"12", "8", "9", "22"};
     IdentityFinder finder(program_.registry, ports_.environment, window.Panels(), state_.identity);
-    if (!finder.FindID()) return;
+    if (!finder.FindID()) {
+      program_.damage.EndStart();
+      return;
+    }
     window.EnableWab(program_.addressReader.FindWab());
     window.LoadRules();
+    program_.damage.EndStart();
     window.TickAutoUpdateBook(state_.settings.BookIsAutomatic());
     OpenBook(window);
     program_.deletedItems.Read();

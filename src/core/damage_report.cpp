@@ -1,9 +1,21 @@
 #include "core/damage_report.h"
 
+#include <utility>
+
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 
 namespace morvelle {
+
+namespace {
+
+constexpr std::string_view kUnreadableOrder =
+    "L'ordre des règles est illisible\u00A0: elles sont montrées dans l'ordre de leurs clefs."_cp;
+constexpr std::string_view kTooManyWords =
+    "Une règle dont une liste compte plus de 32\u00A0767 mots ne peut être ni ouverte ni "
+    "modifiée\u00A0:"_cp;
+
+}  // namespace
 
 void DamageReport::BadValueReport(std::string_view table) {
   Trap(messages_.Boxes(), "BadValueReport", [&] {
@@ -22,6 +34,20 @@ void DamageReport::BadValueReport(std::string_view table) {
                     std::string("\" a mal été enregistrée.\rIl est conseillé de la supprimer."_cp));
     }
   });
+}
+
+void DamageReport::UnreadableOrder() {
+  if (std::exchange(orderTold_, true)) return;
+  messages_.Msg(kUnreadableOrder, kBoxExclamation);
+}
+
+void DamageReport::TooManyWords(const std::vector<std::string>& names) {
+  if (names.empty() || std::exchange(wordsTold_, true)) return;
+  constexpr std::size_t kMost = 10;
+  std::string text(kTooManyWords);
+  for (std::size_t i = 0; i < names.size() && i < kMost; ++i) text += "\r\"" + names[i] + "\"";
+  if (names.size() > kMost) text += "\r... (" + std::to_string(names.size()) + ")";
+  messages_.Msg(text, kBoxExclamation);
 }
 
 }  // namespace morvelle

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/messages/messages.h"
 
@@ -20,6 +21,15 @@ class DamageReport {
   /// A load begins: the next damaged rule is reported again.
   void Reset() { reported_ = false; }
 
+  /// The program has started: that there is no rule yet is said no more.
+  void EndStart() { starting_ = false; }
+
+  /// The order of the rules is there and cannot be read. Said once a run.
+  void UnreadableOrder();
+
+  /// These rules have a list of more words than can be counted. Said once a run.
+  void TooManyWords(const std::vector<std::string>& names);
+
   /// Counts what was not there, reported or not.
   [[nodiscard]] int Count() const { return count_; }
 
@@ -28,8 +38,10 @@ class DamageReport {
   const std::string& ruleLabel_;
   bool reported_ = false;
   int count_ = 0;
-  /// Until the first load has met an empty rule set.
+  /// Until the program has started, or the first load has met no order.
   bool starting_ = true;
+  bool orderTold_ = false;
+  bool wordsTold_ = false;
 };
 
 }  // namespace morvelle

@@ -121,8 +121,9 @@ RegistryValue RegistryAccess::Peek(KeyHandle key, std::string_view name) const {
   ValueKind kind{};
   std::uint32_t size = 0;
   RegistryValue value;
-  if (store_.DescribeValue(key, name, kind, size) == kStatusSuccess) {
-    ReadTyped(key, name, kind, value);
+  if (store_.DescribeValue(key, name, kind, size) != kStatusSuccess ||
+      ReadTyped(key, name, kind, value) != kStatusSuccess) {
+    return {};
   }
   return value;
 }

@@ -55,7 +55,7 @@ class RegistryAccess {
                                        std::string_view message, const std::string& title,
                                        bool showMessage);
 
-  /// A value's text, silently: nothing where it is missing or of a type that has no text.
+  /// A value, silently: nothing where it is missing, cannot be read or is of another type.
   [[nodiscard]] RegistryValue Peek(KeyHandle key, std::string_view name) const;
 
   [[nodiscard]] RegistryStore& Store() { return store_; }

@@ -7,6 +7,7 @@
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "core/entry_types.h"
+#include "core/word_lists.h"
 
 namespace morvelle {
 
@@ -88,20 +89,52 @@ bool RuleLoader::LoadRow(std::int16_t row) {
   return editable;
 }
 
+std::vector<std::string> RuleLoader::StoredRules() {
+  std::int16_t count = 0;
+  auto ids = registry_.EnumSubKeys(mailKey_, count, {}, {}, false);
+  std::erase_if(ids, [](const auto& id) { return !IsThreeDigitId(id); });
+  return ids;
+}
+
+MailRecord RuleLoader::ReadMail() {
+  MailRecord mail;
+  const OpenedKey key(registry_, mailKey_, true);
+  ValueKind kind{};
+  std::uint32_t size = 0;
+  const auto status = registry_.Store().DescribeValue(key.Handle(), "Order", kind, size);
+  if (status == kStatusNotFound) {
+    registry_.Damage().BadValueReport("Mail");
+    return mail;
+  }
+  // A rules key without a version is mended by the first write and no concern of the user's.
+  mail.Version = TextOf(registry_.Peek(key.Handle(), "Version"));
+  const auto order = registry_.Peek(key.Handle(), "Order");
+  if (const auto* text = std::get_if<std::string>(&order)) {
+    mail.Order = *text;
+    return mail;
+  }
+  // Taken for an empty rule set, the next order that is written would hide every rule.
+  mail.Order = JoinIds(StoredRules());
+  if (!mail.Order.empty()) registry_.Damage().UnreadableOrder();
+  return mail;
+}
+
+void RuleLoader::TellOverlong() {
+  std::vector<std::string> names;
+  for (int row = 0; row < tables_.RuleCount; ++row) {
+    const auto& rule = tables_.RuleAt(row);
+    if (rule.overlong) names.push_back(rule.Name);
+  }
+  registry_.Damage().TooManyWords(names);
+}
+
 void RuleLoader::MailFromBdR() {
   Trap(registry_.Boxes().Boxes(), "MailFromBdR", [&] {
     display_.BeginLoad();
-    MailRecord mail;
-    RegistryStatus status = kStatusSuccess;
-    {
-      const OpenedKey key(registry_, mailKey_, true);
-      status = registry_.QueryField("Mail", key.Handle(), "Order", mail.Order);
-      // A rules key without a version is mended by the first write and no concern of the user's.
-      if (status == kStatusSuccess) mail.Version = TextOf(registry_.Peek(key.Handle(), "Version"));
-    }
+    auto mail = ReadMail();
     // A rule that the order names twice is one rule: two rows of it would overwrite each other.
     const auto ids = EachIdOnce(IdsOfOrder(mail.Order));
-    if (status != kStatusSuccess || ids.empty()) {
+    if (ids.empty()) {
       tables_.Blank();
       tables_.Mail = std::move(mail);
       FinishEmpty();
@@ -117,6 +150,7 @@ void RuleLoader::MailFromBdR() {
       anyEditable = LoadRow(row) || anyEditable;
     }
     display_.EnableContentMenus(anyEditable);
+    TellOverlong();
   });
 }
 
@@ -152,7 +186,7 @@ bool RuleLoader::RuleFromBdR(std::int16_t row) {
 
 bool RuleLoader::IsEditable(int row) const {
   const auto& rule = tables_.RuleAt(row);
-  if (rule.overfull) return false;
+  if (rule.overfull || rule.overlong) return false;
   const auto& slots = tables_.FirstCriteria[Index(row)];
   const bool anySlot =
       std::any_of(slots.begin(), slots.end(), [](const auto& slot) { return !slot.Id.empty(); });
@@ -228,7 +262,8 @@ void RuleLoader::ActionsParamFromBdR(int row, int entry) {
       return;
     }
     registry_.QueryField(kTable, key.Handle(), "Type", action.Type);
-    registry_.QueryField(kTable, key.Handle(), "Flags", action.Flags);
+    const auto status = registry_.QueryField(kTable, key.Handle(), "Flags", action.Flags);
+    if (status == kStatusNotFound) action.Flags = "0";
     if (!CarriesValue(ArgumentOfAction(action.Type))) return;
     registry_.QueryField(kTable, key.Handle(), "Value", action.Value);
     registry_.QueryField(kTable, key.Handle(), "ValueType", action.ValueType);
@@ -259,6 +294,10 @@ void RuleLoader::FillFirstCriteria(const CriterionRecord& criterion, int row) {
   Trap(registry_.Boxes().Boxes(), "FillFirstCriteria", [&] {
     const int slot = tables_.SlotOfType(criterion.Type);
     if (slot < 0) return;
+    // A word takes a byte at least.
+    if (criterion.Value.size() > kMaxWords && CountWords(criterion.Value) > kMaxWords) {
+      tables_.RuleAt(row).overlong = true;
+    }
     auto& owner = tables_.FirstCriteria[Index(row)][Index(slot)];
     // The first criterion of a kind owns the slot.
     if (owner.Id.empty()) owner = criterion;

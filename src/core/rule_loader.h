@@ -35,6 +35,11 @@ class RuleLoader {
     std::array<CriterionRecord, kSlotCount> slots;
   };
 
+  /// Order and version; where the order is there and cannot be read, that of the rules' keys.
+  [[nodiscard]] MailRecord ReadMail();
+  /// The ids under which rules are stored, upwards.
+  [[nodiscard]] std::vector<std::string> StoredRules();
+  void TellOverlong();
   /// Gives the tables one row for each id. What was loaded of a rule goes to its new row.
   void ArrangeRows(const std::vector<std::string>& ids);
   void BlankRow(int row);

@@ -14,6 +14,8 @@ namespace morvelle {
 inline constexpr int kMaxEntries = 12;
 /// Rules that one identity can hold: their ids are three hexadecimal digits.
 inline constexpr int kMaxRules = 4096;
+/// Words that one list can hold: they are counted in 16 bits.
+inline constexpr std::size_t kMaxWords = 32767;
 /// Word lists of a rule: sender, subject, body, recipients.
 inline constexpr int kSlotCount = 4;
 /// "Version" of a rules key as the mail client writes it (0x50000).
@@ -41,6 +43,9 @@ struct CriterionRecord {
   std::string Type;
   std::string Value;
   std::string ValueType;
+  /// Of the criterion of a word-list slot: its value was not there when the list was to be shown,
+  /// or is neither text nor bytes. An empty list then does not say that the rule has none.
+  bool unreadable = false;
 };
 
 /// The places of a rule's actions or criteria, kMaxEntries of them. One that was never used is
@@ -87,6 +92,9 @@ struct RuleRecord {
   /// The store holds more actions or criteria than the tables can: the rule is listed, renamed,
   /// ordered and deleted, but never opened or rewritten.
   bool overfull = false;
+  /// A list of the rule holds more words than kMaxWords: as with overfull, but the tables hold it
+  /// whole, for a file or for paper.
+  bool overlong = false;
   /// Change mark of the rule's key when the row was read; 0 when the row may say something else
   /// than the store, or was damaged.
   std::uint64_t readMark = 0;

@@ -17,6 +17,9 @@ namespace {
 constexpr std::string_view kTooManyEntries =
     "Cette règle ne peut être enregistrée : elle compterait plus de 12 critères ou actions"_cp;
 
+constexpr std::string_view kTooManyWords =
+    "Cette règle ne peut être enregistrée\u00A0: une de ses listes compte plus de 32\u00A0767 mots"_cp;
+
 std::size_t Index(int row) { return static_cast<std::size_t>(row); }
 
 /// An id as keys are told apart: without regard to letter case.
@@ -25,9 +28,9 @@ std::string KeyName(const std::string& id) { return LowerCase(id); }
 /// Three characters of a damaged order may hold a "\\"; as a key's name they would lead elsewhere.
 bool CanName(const std::string& id) { return !id.empty() && id.find('\\') == std::string::npos; }
 
-/// The id of an action to be appended: its index, or the next one that no action has.
-std::string FreeActionId(const std::vector<ActionRecord>& actions) {
-  for (auto number = static_cast<int>(actions.size());; ++number) {
+/// The first id from that number up that no action has.
+std::string FreeActionId(const std::vector<ActionRecord>& actions, std::size_t from) {
+  for (auto number = static_cast<int>(from);; ++number) {
     auto id = ThreeDigitId(number);
     if (std::none_of(actions.begin(), actions.end(),
                      [&](const auto& action) { return EqualIgnoringCase(action.Id, id); })) {
@@ -40,15 +43,17 @@ bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
 
 }  // namespace
 
-bool RuleWriter::IsStoredCriterion(WritePlan& plan, const RuleRecord& rule,
-                                   const std::string& id) const {
-  return CanName(id) && plan.KeyExists(mailKey_ + rule.Id + "\\Criteria\\" + id);
+bool RuleWriter::IsStored(WritePlan& plan, const RuleRecord& rule, std::string_view entries,
+                          const std::string& id) const {
+  return CanName(id) &&
+         plan.KeyExists(EntryKey((mailKey_ + rule.Id).append(1, '\\').append(entries), id));
 }
 
 std::string RuleWriter::RefusalOf(int row) {
   const auto& rule = tables_.RuleAt(row);
   if (!IsThreeDigitId(rule.Id)) return std::string(kBadRuleId);
   if (rule.overfull) return std::string(kTooManyEntries);
+  if (rule.overlong) return std::string(kTooManyWords);
   const bool movesToDeleted = rule.ActionsOrder.empty() && rule.ActionsParam[0].Type.empty();
   if (movesToDeleted && !IsDeletedItems(deletedItems_.DeletedItems())) {
     return std::string(kFoldersUnreadable);
@@ -70,7 +75,7 @@ RegistryStatus RuleWriter::Apply(PlannedRule& planned) { return planned.plan.App
 void RuleWriter::RuleToBdR(PlannedRule& planned, SaveFlags flags) {
   const auto& rule = tables_.RuleAt(planned.row);
   const auto key = mailKey_ + rule.Id;
-  PlanVersion(planned.plan);
+  PlanRulesVersion(planned.plan, mailKey_);
   planned.plan.SetValue(key, "Name", ValueKind::String, rule.Name);
   planned.plan.SetNumber(key, "Enabled", rule.Enabled);
   planned.plan.SetNumber(key, "Version", rule.Version);
@@ -78,17 +83,39 @@ void RuleWriter::RuleToBdR(PlannedRule& planned, SaveFlags flags) {
   if (planned.refusal.empty() && !flags.skipCriteria) CriteriaToBdR(planned, flags.contentEdit);
 }
 
-void RuleWriter::PlanVersion(WritePlan& plan) {
-  if (plan.KeyExists(mailKey_) && !plan.LacksValue(mailKey_, "Version")) return;
-  plan.SetNumber(mailKey_, "Version", std::to_string(kRuleStoreVersion));
+void PlanRulesVersion(WritePlan& plan, const std::string& mailKey) {
+  if (plan.KeyExists(mailKey) && !plan.LacksValue(mailKey, "Version")) return;
+  plan.SetNumber(mailKey, "Version", std::to_string(kRuleStoreVersion));
+}
+
+std::vector<ActionRecord> RuleWriter::KeptActions(WritePlan& plan, int row) const {
+  const auto& rule = tables_.RuleAt(row);
+  std::vector<ActionRecord> all;
+  std::vector<ActionRecord> kept;
+  for (std::size_t j = 0; j < tables_.Actions[Index(row)]; ++j) {
+    const auto& action = all.emplace_back(rule.ActionsParam[j]);
+    // An order that names an action twice has it once; one that is not there, and was not chosen
+    // in the window either, is none.
+    const bool repeated = std::any_of(kept.begin(), kept.end(), [&](const auto& other) {
+      return EqualIgnoringCase(other.Id, action.Id);
+    });
+    if (repeated) continue;
+    if (action.Type.empty() && !IsStored(plan, rule, "Actions", action.Id)) continue;
+    kept.push_back(action);
+  }
+  for (auto& action : kept) {
+    if (!CanName(action.Id)) action.Id = FreeActionId(kept, 0);
+  }
+  // A rule that has lost all its actions is damaged: it is not one that was given none, which
+  // would come to move its mail to the deleted items.
+  return kept.empty() ? all : kept;
 }
 
 void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
   const auto& rule = tables_.RuleAt(planned.row);
   auto& actions = planned.actions;
   planned.actionsOrder = rule.ActionsOrder;
-  const auto count = tables_.Actions[Index(planned.row)];
-  for (std::size_t j = 0; j < count; ++j) actions.push_back(rule.ActionsParam[j]);
+  actions = KeptActions(planned.plan, planned.row);
   if (planned.actionsOrder.empty()) {
     planned.actionsOrder = "000";
     ActionRecord action = rule.ActionsParam[0];
@@ -107,12 +134,15 @@ void RuleWriter::ActionsToBdR(PlannedRule& planned, bool closingAction) {
       return;
     }
     ActionRecord stop;
-    stop.Id = FreeActionId(actions);
+    stop.Id = FreeActionId(actions, actions.size());
     stop.Flags = "0";
     stop.Type = kActionStop;
-    planned.actionsOrder += " " + stop.Id;
     actions.push_back(std::move(stop));
   }
+  std::vector<std::string> ids;
+  ids.reserve(actions.size());
+  for (const auto& action : actions) ids.push_back(action.Id);
+  if (ids != IdsOfOrder(planned.actionsOrder)) planned.actionsOrder = JoinIds(ids);
   const auto key = mailKey_ + rule.Id + "\\Actions";
   planned.plan.SetValue(key, "Order", ValueKind::String, planned.actionsOrder);
   for (const auto& action : actions) PutAction(planned.plan, key, action);
@@ -139,8 +169,11 @@ std::vector<RuleWriter::NewCriterion> RuleWriter::KeptCriteria(WritePlan& plan, 
     while (!EqualIgnoringCase(rule.CriteriaParam[Index(same)].Id, criterion.Id)) ++same;
     if (same < j) continue;
     const int slot = tables_.SlotOfType(criterion.Type);
-    if (!slotsToo && slot >= 0 && owners[Index(slot)].Id == criterion.Id) continue;
-    const bool stored = IsStoredCriterion(plan, rule, criterion.Id);
+    // The owner of a slot is written from its words. Where they could not be read and the user gave
+    // none, it is kept as it is: a rule that lost its criterion would be about all mail.
+    const bool owner = !slotsToo && slot >= 0 && owners[Index(slot)].Id == criterion.Id;
+    if (owner && !(owners[Index(slot)].unreadable && display_.ListedWords(slot).empty())) continue;
+    const bool stored = IsStored(plan, rule, "Criteria", criterion.Id);
     if (!stored && criterion.Type.empty()) continue;
     kept.push_back({criterion, stored ? criterion.Id : std::string{}, false});
   }
@@ -165,8 +198,8 @@ std::vector<RuleWriter::NewCriterion> RuleWriter::DecodeCriteria(WritePlan& plan
     for (int slot = 0; slot < kSlotCount; ++slot) {
       if (display_.ListedWords(slot).empty()) continue;
       auto record = SlotCriterion(row, slot);
-      auto storedId =
-          IsStoredCriterion(plan, tables_.RuleAt(row), record.Id) ? record.Id : std::string{};
+      const bool stored = IsStored(plan, tables_.RuleAt(row), "Criteria", record.Id);
+      auto storedId = stored ? record.Id : std::string{};
       criteria.push_back({std::move(record), std::move(storedId), true});
     }
     SetLogics(criteria, row);
@@ -265,14 +298,14 @@ void RuleWriter::Settle(const PlannedRule& planned) {
 
 RegistryStatus RuleWriter::VersionToBdR() {
   WritePlan plan(registry_);
-  PlanVersion(plan);
+  PlanRulesVersion(plan, mailKey_);
   return plan.Apply();
 }
 
 RegistryStatus RuleWriter::MailTopToBdR() {
   return Trap(registry_.Boxes().Boxes(), "MailTopToBdR", [&] {
     WritePlan plan(registry_);
-    PlanVersion(plan);
+    PlanRulesVersion(plan, mailKey_);
     // An order that lists no rule would hide every rule of the mail client.
     if (!tables_.Mail.Order.empty() || tables_.RuleCount == 0) {
       plan.SetValue(mailKey_, "Order", ValueKind::String, tables_.Mail.Order);
@@ -287,7 +320,7 @@ RegistryStatus RuleWriter::NameToBdR(int row, const std::string& name) {
     // A name alone makes no rule: the key of one that is gone is not made again.
     WritePlan plan(registry_);
     if (!plan.KeyExists(key)) return kStatusNotFound;
-    PlanVersion(plan);
+    PlanRulesVersion(plan, mailKey_);
     plan.SetValue(key, "Name", ValueKind::String, name);
     return plan.Apply();
   });
@@ -306,7 +339,7 @@ RegistryStatus RuleWriter::DeleteRule(int row) {
 RegistryStatus RuleWriter::DeleteOrder() {
   return Trap(registry_.Boxes().Boxes(), "DeleteOrder", [&] {
     WritePlan plan(registry_);
-    PlanVersion(plan);
+    PlanRulesVersion(plan, mailKey_);
     plan.DeleteValue(mailKey_, "Order");
     return plan.Apply();
   });

@@ -96,9 +96,10 @@ class RuleWriter {
   void SetLogics(std::vector<NewCriterion>& criteria, int row) const;
   void PlanCriteriaKeys(WritePlan& plan, int row, const std::string& criteriaKey,
                         const std::vector<NewCriterion>& criteria);
-  void PlanVersion(WritePlan& plan);
-  [[nodiscard]] bool IsStoredCriterion(WritePlan& plan, const RuleRecord& rule,
-                                       const std::string& id) const;
+  [[nodiscard]] std::vector<ActionRecord> KeptActions(WritePlan& plan, int row) const;
+  /// Whether an entry of the rule, under "Actions" or "Criteria", has a key of its own.
+  [[nodiscard]] bool IsStored(WritePlan& plan, const RuleRecord& rule, std::string_view entries,
+                              const std::string& id) const;
   [[nodiscard]] std::vector<std::string> StoredCriteria(int row) const;
 
   RegistryAccess& registry_;
@@ -109,6 +110,9 @@ class RuleWriter {
   const WordListDisplay& display_;
   DeletedItemsSource& deletedItems_;
 };
+
+/// What the first write of a run gives to a rules key that lacks it: its version.
+void PlanRulesVersion(WritePlan& plan, const std::string& mailKey);
 
 /// The id that a line of the rule list names: it stands after the two-character marker, or at the
 /// start of a line that has none.

@@ -16,6 +16,13 @@ bool BinaryLess(const std::string& left, const std::string& right) {
 
 std::size_t SlotIndex(int slot) { return static_cast<std::size_t>(slot); }
 
+/// A value without its two closing zeros; one that lacks them ends with a word.
+std::string_view WithoutEnd(std::string_view value) {
+  if (value.size() < 2) return {};
+  for (int i = 0; i < 2 && !value.empty() && value.back() == '\0'; ++i) value.remove_suffix(1);
+  return value;
+}
+
 }  // namespace
 
 std::string WordCountText(int count) {
@@ -24,15 +31,19 @@ std::string WordCountText(int count) {
 
 std::vector<std::string> DecodeWords(std::string_view value) {
   std::vector<std::string> words;
-  if (value.size() < 2) return words;
-  // The two closing zeros; a value that lacks them ends with a word.
-  for (int i = 0; i < 2 && !value.empty() && value.back() == '\0'; ++i) value.remove_suffix(1);
+  value = WithoutEnd(value);
   while (!value.empty()) {
     const auto end = std::min(value.find('\0'), value.size());
     words.emplace_back(value.substr(0, end));
     value.remove_prefix(std::min(end + 1, value.size()));
   }
   return words;
+}
+
+std::size_t CountWords(std::string_view value) {
+  value = WithoutEnd(value);
+  const auto ended = static_cast<std::size_t>(std::count(value.begin(), value.end(), '\0'));
+  return ended + (value.empty() || value.back() == '\0' ? 0 : 1);
 }
 
 std::string EncodeWords(const std::vector<std::string>& words) {

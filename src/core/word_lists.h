@@ -16,6 +16,8 @@ std::string WordCountText(int count);
 /// The words of a criterion's value: each followed by one zero byte, then two more. A last word
 /// that lacks its zero counts all the same.
 std::vector<std::string> DecodeWords(std::string_view value);
+/// How many DecodeWords gives.
+std::size_t CountWords(std::string_view value);
 std::string EncodeWords(const std::vector<std::string>& words);
 
 /// In ascending binary order, each word once.

@@ -236,12 +236,14 @@ void frmMorvelle::CloseRule() {
 
 void frmMorvelle::FillListBox(int slot, const std::string& criteriaKey) {
   Ending("FillListBox", [&] {
-    std::string value;
+    RegistryValue value;
     {
       const OpenedKey key(program_.registry, criteriaKey, false);
-      if (key.IsOpen()) value = TextOf(program_.registry.Peek(key.Handle(), "Value"));
+      if (key.IsOpen()) value = program_.registry.Peek(key.Handle(), "Value");
     }
-    wordLists_.DecodeValue(value, slot);
+    const auto* words = std::get_if<std::string>(&value);
+    SlotRecord(slot).unreadable = words == nullptr;
+    wordLists_.DecodeValue(words != nullptr ? std::string_view(*words) : std::string_view{}, slot);
     FillWordsList(slot);
     EnableCmdADCR(false, false, false, false, slot);
     ShowCopy(slot);

@@ -165,7 +165,12 @@ void frmMorvelle::mnuDel_Click(int index) {
     const auto name = tables_.RuleAt(row).Name;
     if (!messages_.TestOui(std::string(kDeleteQuestion) + name + " ?")) return;
     Menu("mnuOptions").SetEnabled(false);
-    if (!DeleteRule(row)) return;
+    if (!DeleteRule(row)) {
+      // Where every write is final the rule can be gone although the order still names it.
+      const OpenedKey key(program_.registry, state_.identity.MailKey + id, false);
+      if (!key.IsOpen()) Reload();
+      return;
+    }
     editing_.modes.reloading = true;
     loader_.MailFromBdR();
     ShowBookMenus();

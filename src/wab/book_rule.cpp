@@ -6,6 +6,7 @@
 #include "core/command_batch.h"
 #include "core/entry_types.h"
 #include "core/new_rule.h"
+#include "core/rule_writer.h"
 #include "core/word_lists.h"
 
 namespace morvelle {
@@ -68,19 +69,18 @@ int AddBookRule(RuleTables& tables, const std::string& id, const std::string& de
 void WriteBookWords(RegistryAccess& registry, const std::string& mailKey, RuleTables& tables,
                     int row, const std::vector<std::string>& words) {
   auto& rule = tables.RuleAt(row);
-  if (words.empty() || rule.overfull || !IsThreeDigitId(rule.Id)) return;
+  if (words.empty() || rule.overfull || rule.overlong || !IsThreeDigitId(rule.Id)) return;
   for (auto& criterion : rule.CriteriaParam) {
     if (criterion.Type != tables.SlotType[kSenderSlot] || !IsThreeDigitId(criterion.Id)) continue;
-    CommandBatch batch(registry.Store(), registry.Boxes());
-    auto status = kStatusNotFound;
-    {
-      const OpenedKey key(registry, mailKey + rule.Id + "\\Criteria\\" + criterion.Id, false);
-      if (!key.IsOpen()) return;
-      criterion.Value = EncodeWords(words);
-      status = registry.SetKeyValue(key.Handle(), "Value", ValueKind::Binary, criterion.Value);
-    }
+    const auto key = mailKey + rule.Id + "\\Criteria\\" + criterion.Id;
+    WritePlan plan(registry);
+    if (!plan.KeyExists(key)) return;
+    criterion.Value = EncodeWords(words);
+    PlanRulesVersion(plan, mailKey);
+    plan.SetValue(key, "Value", ValueKind::Binary, criterion.Value);
     tables.Touch(row);
-    batch.Commit(status);
+    CommandBatch batch(registry.Store(), registry.Boxes());
+    batch.Commit(plan.Apply());
     return;
   }
 }

@@ -29,7 +29,8 @@ std::optional<std::string> BookRuleId(const RuleTables& tables, RegistryAccess& 
 int AddBookRule(RuleTables& tables, const std::string& id, const std::string& deletedItems);
 
 /// Writes the words into the rule's sender criterion, whatever the criterion's id, and nothing else
-/// of the rule. Without such a criterion, or without words, nothing is written.
+/// of the rule; like every first write, it gives a rules key without version its version. Without
+/// such a criterion, or without words, nothing is written.
 void WriteBookWords(RegistryAccess& registry, const std::string& mailKey, RuleTables& tables,
                     int row, const std::vector<std::string>& words);
 

@@ -1,5 +1,7 @@
 #include "core/rule_loader.h"
 
+#include <gmock/gmock.h>
+
 #include "tests/core/rule_model.h"
 
 namespace morvelle {
@@ -81,9 +83,61 @@ TEST_F(RuleLoaderTest, KeysThatAreNotThereAreDamageAndAreNotMade) {
   EXPECT_EQ(tables.RuleAt(0).ActionsParam[1].Type, "");
   EXPECT_EQ(tables.RuleAt(1).Name, "");
   set.Order("001 000");
+  const auto turned = model.Dump();
   ExpectDamaged("001");
   Load();
-  EXPECT_EQ(model.store.commits, 0);
+  EXPECT_EQ(model.Dump(), turned);
+}
+
+TEST_F(RuleLoaderTest, AnOrderThatCannotBeReadIsNoEmptyRuleSet) {
+  for (const auto* const id : {"00a", "002", "Divers"}) {
+    set.PlainRule(id, "R", "000").Words("000", 12, {"x"});
+  }
+  const auto rows = [&] { return testing::PrintToString(model.display.rules); };
+  const std::string byKey = "{ \"002 R\", \"00a R\" }";
+  for (const auto kind : {ValueKind::String, ValueKind::ExpandString, ValueKind::Binary}) {
+    set.Put(kTestMailKey, "Order", kind, "00a 002 00A");
+    Load();
+    EXPECT_EQ(rows(), "{ \"00a R\", \"002 R\" }");
+  }
+  model.dialogs.Expect(
+      "L'ordre des règles est illisible\u00A0: elles sont montrées dans l'ordre de "
+      "leurs clefs."_cp,
+      kBoxExclamation, "Morvelle");
+  for (const auto kind : {ValueKind::MultiString, ValueKind::Dword, ValueKind::None}) {
+    set.Put(kTestMailKey, "Order", kind, "0000");
+    const auto before = model.Dump();
+    Load();  // Said once per run of the program.
+    EXPECT_EQ(rows(), byKey);
+    EXPECT_EQ(model.Dump(), before);
+    EXPECT_EQ(model.writer.MailTopToBdR(), kStatusSuccess);
+    EXPECT_THAT(model.Dump(), testing::StartsWith("Order = \"002 00a\"\n"));
+  }
+  model.store.describeStatus = kStatusAccessDenied;
+  model.dialogs.AllowAnyBox();
+  Load();
+  EXPECT_EQ(tables.RuleCount, 2) << "a read that fails";
+}
+
+TEST_F(RuleLoaderTest, AListOfMoreWordsThanCanBeCountedIsNeverOpenedOrRewritten) {
+  std::vector<std::string> words(32768, "x");
+  set.Order("000 001").PlainRule("000", "Longue", "000 001").Words("000", 8, {"y"});
+  set.Words("001", 8, words).PlainRule("001", "Juste", "000");
+  words.pop_back();
+  set.Words("000", 9, words);
+  model.dialogs.Expect(
+      "Une règle dont une liste compte plus de 32\u00A0767 mots ne peut être ni "
+      "ouverte ni modifiée\u00A0:\r\"Longue\""_cp,
+      kBoxExclamation, "Morvelle");
+  for (int times = 0; times < 2; ++times) {
+    Load();
+    EXPECT_EQ(model.display.rules.front(), "000 Longue");
+    EXPECT_EQ(model.display.editable, std::set<int>{1});
+  }
+  EXPECT_EQ(CountWords(tables.RuleAt(0).CriteriaParam[1].Value), 32768U) << "whole, for a file";
+  EXPECT_FALSE(model.Save(0, {}) || model.Save(0));
+  EXPECT_NE(model.refusal.find("767"), std::string::npos);
+  EXPECT_TRUE(model.Save(1, {}));
 }
 
 TEST_F(RuleLoaderTest, AReloadStartsFromBlank) {

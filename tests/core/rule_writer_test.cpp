@@ -1,5 +1,7 @@
 #include "core/rule_writer.h"
 
+#include <gmock/gmock.h>
+
 #include "app/messages/errors.h"
 #include "tests/core/rule_model.h"
 
@@ -149,15 +151,35 @@ TEST_F(RuleWriterTest, ARuleWithoutActionsGetsAMoveToTheDeletedItems) {
             "000\\Value = 3:\"stored01\x04++~\"\n000\\ValueType = 65\n");
 }
 
-TEST_F(RuleWriterTest, TypesWithoutArgumentLoseTheirs) {
-  set.Order("000").PlainRule("000", "A", "000").Action("000", 6).Bytes("dossier");
-  set.Criterion("000", 14).Number(7);
-  model.Open();
-  model.tables.RuleAt(0).ActionsParam[0].Type = "8";
-  model.deletedItems.clear();  // Not asked for: this is no move.
-  ASSERT_TRUE(model.Save());
-  EXPECT_EQ(Below("Actions\\000"), "Type = 8\nFlags = 0\n");
-  EXPECT_EQ(Below("Criteria\\000"), "Type = 14\nFlags = 0\nLogic = 0\n");
+TEST_F(RuleWriterTest, AnOrderOfActionsNamesThoseThatAreThereOnce) {
+  struct Case {
+    const char* order;
+    const char* typeOfFirst;  ///< As the window leaves it.
+    bool closing;
+    const char* saved;
+  };
+  const Case cases[] = {{"009 000 \\\\\\ 002 000", "", false, "000 002"},
+                        {"000-002 0", "9", false, "000-002 0"},
+                        {"009 \\\\\\", "", false, "009 \\\\\\"},
+                        {"009", "8", false, "009"},
+                        {"000 002", "9", true, "000 002 003"},
+                        {"002 000", "9", true, "002 000 003"},
+                        {"000", "12", true, "000"},
+                        {"\\\\\\ 000", "8", false, "001 000"}};
+  model.deletedItems.clear();  // None of these moves there.
+  model.dialogs.AllowAnyBox();
+  for (const auto& [order, typeOfFirst, closing, saved] : cases) {
+    set.Order("000").PlainRule("000", "A", "000").Words("000", 8, {"x"}).Actions(order);
+    set.Action("000", 9).Without("Flags").Action("002", 10).Number(3);
+    model.Open();
+    if (*typeOfFirst != '\0') model.tables.RuleAt(0).ActionsParam[0].Type = typeOfFirst;
+    ASSERT_TRUE(model.Save(0, {.contentEdit = true, .closingAction = closing}));
+    EXPECT_EQ(model.tables.RuleAt(0).ActionsOrder, saved);
+    if (saved == "000 002 003"s) {
+      EXPECT_THAT(Below("Actions"), testing::HasSubstr("\n003\\Flags = 0\n003\\Type = 12\n"));
+    }
+  }
+  EXPECT_EQ(model.tables.RuleAt(0).ActionsParam[1].Flags, "0") << "missing ones are";
 }
 
 TEST_F(RuleWriterTest, ANewRuleIsWrittenWholeItsNumbersConverted) {

@@ -24,6 +24,8 @@ class FakeRegistry final : public TreeStore {
   /// Whether it can tell what has changed and make keys at once, as a file can and the Windows
   /// registry cannot.
   bool tellsChanges = true;
+  /// Without them every write is final, as it is on the Windows registry.
+  bool hasBatches = true;
 
   RegistryStatus CreateKey(std::string_view path, KeyHandle& handle) override {
     return createStatus != kStatusSuccess ? createStatus : TreeStore::CreateKey(path, handle);
@@ -44,6 +46,12 @@ class FakeRegistry final : public TreeStore {
   }
   std::optional<std::uint64_t> ChangeMark(std::string_view path) override {
     return tellsChanges ? TreeStore::ChangeMark(path) : std::nullopt;
+  }
+  void BeginBatch() override {
+    if (hasBatches) TreeStore::BeginBatch();
+  }
+  void AbandonBatch() override {
+    if (hasBatches) TreeStore::AbandonBatch();
   }
   CommitOutcome CommitBatch(bool overwriteChanged) override {
     if (commitOutcome == CommitOutcome::ChangedMeanwhile && overwriteChanged) {

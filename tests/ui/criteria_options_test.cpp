@@ -90,6 +90,34 @@ TEST_F(Options, FlagsOfNoKnownMeaningStayUntilBothQuestionsAreAnswered) {
   EXPECT_EQ(state.tables.FirstCriteria[0][kSender].Flags, "3");
 }
 
+TEST_F(Options, AListThatCannotBeReadIsKeptUntilItIsGivenWords) {
+  const std::pair<ValueKind, std::string> values[] = {{ValueKind::None, "no text"},
+                                                      {ValueKind::Dword, "123"},
+                                                      {ValueKind::Dword, "12345"},
+                                                      {ValueKind::MultiString, "missing"}};
+  for (const auto& [kind, data] : values) {
+    SCOPED_TRACE(data);
+    rules.Order("000").PlainRule("000", "Une", "000 001").Words("001", 8, {"beta"}, 0, 2);
+    rules.Words("000", 12, {}, 3, 2).Raw("Value", kind, data);
+    if (data == "missing") rules.Without("Value");
+    dialogs.AllowAnyBox();
+    Start();
+    const auto kept = Stored("000\\Criteria\\000");
+    Open(0);
+    EXPECT_EQ(Words(kSender).size(), 0U);
+    ClickWord(kSubject, 0);
+    Click("cmdDel(1)");
+    Save();
+    EXPECT_EQ(Stored("000\\Criteria\\000"), kept);
+    EXPECT_THAT(Stored("000\\Criteria"), testing::StartsWith("Order = \"000\"\n"))
+        << "the list that was emptied goes, and it alone";
+    Open(0);
+    Add(kSender, u"alpha");
+    Save();
+    EXPECT_THAT(Stored("000\\Criteria\\000"), testing::HasSubstr("Value = 3:\"alpha~~~\"\n"));
+  }
+}
+
 TEST_F(Options, AndOrNeedsTwoListsWithWords) {
   StartWithTwoRules();
   Open(0);
@@ -105,19 +133,21 @@ TEST_F(Options, AndOrNeedsTwoListsWithWords) {
 TEST_F(Options, AndOrIsTheRulesOwnUntilItIsChosen) {
   struct Case {
     std::uint32_t sizeLogic;
-    std::uint32_t wordsLogic;
+    std::uint32_t senderLogic;
+    std::uint32_t bodyLogic;
     const char* shown;
     bool choose;
-    std::vector<const char*> stored;  ///< Of the size, of the words, of the new list.
+    const char* stored;  ///< Of the size, of the sender, of the new list, of the body.
   };
-  const Case cases[] = {{7, 2, "mnuCriteriaYes", false, {"7", "2", "2"}},
-                        {7, 0, "mnuCriteriaNo", false, {"7", "1", "1"}},
-                        {2, 0, "mnuCriteriaYes", false, {"2", "2", "2"}},
-                        {1, 1, "mnuCriteriaNo", true, {"2", "2", "2"}}};
-  for (const auto& [sizeLogic, wordsLogic, shown, choose, stored] : cases) {
-    SCOPED_TRACE(10 * sizeLogic + wordsLogic);
-    rules.Order("000").PlainRule("000", "Mixte", "000 001");
-    rules.Criterion("000", 15, 0, sizeLogic).Number(9).Words("001", 12, {"alpha"}, 0, wordsLogic);
+  const Case cases[] = {
+      {7, 2, 2, "mnuCriteriaYes", false, "7222"}, {7, 0, 0, "mnuCriteriaNo", false, "7111"},
+      {2, 0, 0, "mnuCriteriaYes", false, "2222"}, {1, 1, 1, "mnuCriteriaNo", true, "2222"},
+      {7, 2, 1, "mnuCriteriaYes", false, "7221"}, {7, 2, 1, "mnuCriteriaYes", true, "2222"}};
+  for (const auto& [sizeLogic, senderLogic, bodyLogic, shown, choose, stored] : cases) {
+    SCOPED_TRACE(stored);
+    rules.Order("000").PlainRule("000", "Mixte", "000 001 002");
+    rules.Criterion("000", 15, 0, sizeLogic).Number(9).Words("001", 12, {"alpha"}, 0, senderLogic);
+    rules.Words("002", 9, {"papa"}, 0, bodyLogic);
     Start();
     Open(0);
     Add(kSubject, u"beta");
@@ -125,10 +155,9 @@ TEST_F(Options, AndOrIsTheRulesOwnUntilItIsChosen) {
     if (choose) Choose("mnuCriteriaYes");
     EXPECT_EQ(Checked("mnuCriteriaYes"), !Checked("mnuCriteriaNo"));
     Save();
-    for (std::size_t i = 0; i < stored.size(); ++i) {
-      EXPECT_THAT(Stored("000\\Criteria\\" + ThreeDigitId(static_cast<int>(i))),
-                  testing::HasSubstr("Logic = "s + stored[i] + "\n"));
-    }
+    std::string logics;
+    for (const auto& criterion : state.tables.RuleAt(0).CriteriaParam) logics += criterion.Logic;
+    EXPECT_EQ(logics, stored);
   }
 }
 

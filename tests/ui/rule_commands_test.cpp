@@ -1,4 +1,6 @@
 
+#include <span>
+
 #include "core/new_rule.h"
 #include "tests/ui/window.h"
 
@@ -144,6 +146,17 @@ TEST_F(RuleCommands, TheFirstRuleOfAll) {
             "mnuDelete mnuChangeContent");
 }
 
+TEST_F(RuleCommands, ThatThereIsNoRuleYetIsSaidAtTheStartAlone) {
+  dialogs.Expect("La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp);
+  Start();
+  form->LoadRules();  // As a command does; the key was made by this start.
+  dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp, kBoxOk, kAppTitle);
+  Start();
+  form->LoadRules();
+  rules.Order("");
+  Start();
+}
+
 TEST_F(RuleCommands, WithoutTheFolderListANewRuleStopsProcessing) {
   std::filesystem::remove(FoldersFile());
   dialogs.Expect(kUnreadableFolders, kBoxStop, "Folders");
@@ -164,9 +177,11 @@ TEST_F(RuleCommands, NoRuleIsAddedBeyondTheLimit) {
     rules.Order(order);
     Start();
     const int commits = store.commits;
-    dialogs.Expect(kTooManyRules, kBoxOk, kAppTitle);
-    Choose("mnuAdd");
-    ExpectIdle();
+    for (const auto* command : {"mnuAdd", "mnuAddBook"}) {
+      dialogs.Expect(kTooManyRules, kBoxOk, kAppTitle);
+      Choose(command);
+      ExpectIdle();
+    }
     EXPECT_EQ(state.tables.Mail.Order, order) << "every id is taken, if only by a key";
     EXPECT_EQ(store.commits, commits);
   }
@@ -249,7 +264,6 @@ TEST_F(RuleCommands, TheLastRuleTakesTheOrderWithIt) {
   rules.Order("000").PlainRule("000", "Famille", "000").Words("000", 12, {"alpha"});
   Start();
   dialogs.Expect(kDelete, Button::Yes);
-  dialogs.Expect("Il n'existe pas encore de règle de courrier"_cp);
   Delete(0);
   EXPECT_EQ(Stored(), "Version = 327680\n");
   ExpectIdle();
@@ -286,15 +300,22 @@ TEST_F(RuleCommands, DamagedOrdersDeleteNothingElse) {
   EXPECT_THAT(Stored(), Not(HasSubstr("\n001\\")));
 }
 
-TEST_F(RuleCommands, AStoreWithoutBatchesLosesOnlyTheRule) {
+TEST_F(RuleCommands, WhereEveryWriteIsFinalADeletionHalfDoneIsReadAgain) {
   StartWithTwoRules();
   store.tellsChanges = false;
+  store.hasBatches = false;
   store.writeStatus = kStatusAccessDenied;
   dialogs.Expect(kDelete, Button::Yes);
   dialogs.Expect(std::string(kNotStored) + std::string("\rPermission refusée"_cp));
+  dialogs.Expect(DamagedRule("001"));
   Delete(1);
-  EXPECT_EQ(form->lstRules.Count(), 2);
-  EXPECT_EQ(state.tables.Mail.Order, "000 001");
+  EXPECT_THAT(form->lstRules.Items(), ElementsAre("* 000 Publicités"_cp, "  001 "));
+  EXPECT_EQ(Stored("001"), "(no such key)");
+  store.writeStatus = kStatusSuccess;
+  dialogs.Expect(DamagedRule("001"));
+  dialogs.Expect("Êtes-vous sûr de vouloir détruire la règle  ?"_cp, Button::Yes);
+  Delete(1);
+  EXPECT_THAT(Stored(), StartsWith("Order = \"000\"\n"));
 }
 
 // --- Renaming ------------------------------------------------------------------------------------
@@ -398,10 +419,13 @@ TEST_F(RuleCommands, BookMenusFollowDeletionAndRenaming) {
 
 TEST_F(RuleCommands, EveryCommandAsksBeforeAnythingIsCleared) {
   StartWithTwoRules();
+  addressBook.addresses = {std::nullopt};
   const std::pair<const char*, std::function<void()>> commands[] = {
       {"mnuAdd", [this] { form->Menu("mnuAdd").onClick(); }},
       {"mnuDel", [this] { form->RuleMenu("mnuDel").onClick(1); }},
       {"mnuRen", [this] { form->RuleMenu("mnuRen").onClick(1); }},
+      {"mnuAddBook", [this] { form->Menu("mnuAddBook").onClick(); }},
+      {"mnuChangeBook", [this] { form->Menu("mnuChangeBook").onClick(); }},
       {"mnuChangeOrder", [this] { form->Menu("mnuChangeOrder").onClick(); }},
       {"mnuArrange", [this] { form->Menu("mnuArrange").onClick(); }}};
   for (const auto& [name, command] : commands) {
@@ -435,6 +459,19 @@ TEST_F(RuleCommands, EveryCommandAsksBeforeAnythingIsCleared) {
           << "the rule is closed";
       if (Can("cmdCancelOrder")) form->cmdCancelOrder.Click();
     }
+  }
+  Open(0);
+  Add(kSender, u"gamma");
+  for (const auto& [name, command] : std::span(commands).first(5)) {
+    // What happens while the list is filled, under the eye of the view, is no gesture.
+    struct Eye : ControlObserver {
+      void ControlChanged(Control& /*control*/, Aspect /*aspect*/) override { click(); }
+      std::function<void()> click;
+    } eye;
+    eye.click = command;
+    form->lstRules.Observe(&eye);
+    form->LoadRules();
+    form->lstRules.Observe(nullptr);
   }
 }
 

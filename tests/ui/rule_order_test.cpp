@@ -66,6 +66,8 @@ TEST_F(RuleOrder, RulesAreMovedByHandAndSaved) {
   EXPECT_FALSE(Can("mnuRegOrder"));
   EXPECT_EQ(form->lstRules.ListIndex(), 1) << "the moved rule stays selected";
   EXPECT_EQ(Which(panel), "lstRules picUp picDown cmdCancelOrder") << "and can be moved on";
+  Open(0);
+  EXPECT_EQ(Which(panel), "") << "an open rule ends it";
 }
 
 TEST_F(RuleOrder, CancellingBringsTheFormerOrderBack) {

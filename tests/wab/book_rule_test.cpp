@@ -46,10 +46,12 @@ TEST_F(BookRuleTest, OnlyTheValueOfTheSenderCriterionIsWritten) {
   EXPECT_EQ(DumpOf(store), before) << "a rule without sender words";
   tables.Rule[0].CriteriaParam[1].Id = "001";
   tables.Rule[0].CriteriaParam[1].Type = "12";
-  tables.Rule[0].overfull = true;
-  write();
-  EXPECT_EQ(DumpOf(store), before) << "a rule that is never rewritten";
-  tables.Rule[0].overfull = false;
+  for (const auto mark : {&RuleRecord::overfull, &RuleRecord::overlong}) {
+    tables.Rule[0].*mark = true;
+    write();
+    EXPECT_EQ(DumpOf(store), before) << "a rule that is never rewritten";
+    tables.Rule[0].*mark = false;
+  }
   WriteBookWords(registry, kTestMailKey, tables, 0, {});
   EXPECT_EQ(DumpOf(store), before) << "an empty list would send all mail to the bin";
   write();
@@ -57,6 +59,10 @@ TEST_F(BookRuleTest, OnlyTheValueOfTheSenderCriterionIsWritten) {
   after.replace(after.find("vieux@b.fr~"), 11, "a@b.fr~c@d.fr~");
   EXPECT_EQ(DumpOf(store), after);
   EXPECT_EQ(store.commits, 1);
+  rules.Remove(kTestMailKey, "Version").Words("001", 12, {"vieux@b.fr"}, 1, 2);
+  write();
+  after.replace(after.find("Version"), 17, "").insert(after.find("000\\"), "Version = 327680\n");
+  EXPECT_EQ(DumpOf(store), after) << "a rules key without version gets one";
 }
 
 }  // namespace

@@ -37,6 +37,8 @@ TEST(MergedWhitelist, IsTheHeadAndEachAddressOnce) {
        "a@b.fr", WithDefaultHead("From :a@b.fr\r\nFrom :y@b.fr\r\n")},
       {"of equal addresses the last in sorted order stays", "From :x\r\nFrom :paul@b.fr\r\n",
        "Paul@b.fr", WithDefaultHead("From :paul@b.fr\r\n")},
+      {"and that order is no stable one", "From :x\r\nFrom :b@b.fr\r\nFrom :a@b.fr", "B@b.fr",
+       WithDefaultHead("From :a@b.fr\r\nFrom :B@b.fr\r\n")},
       {"blanks and letter case of From do not count", "#\nFrom:x\nFrom:a@b.fr\nFROM : b@b.fr \n",
        "c@b.fr", "#\r\nFrom :a@b.fr\r\nFrom :b@b.fr\r\nFrom :c@b.fr\r\n"},
       {"other lines are not kept behind the head", "#\rFrom :x\r# rien\rFrom nul\r: From\rz@b.fr",
@@ -138,10 +140,13 @@ TEST_F(K9Test, ABookWithoutAddressLeavesAllAsItIs) {
 }
 
 TEST_F(K9Test, AFileThatIsGoneEndsTheProgram) {
+  Running();
   std::filesystem::remove(file);
   dialogs.Expect("Fichier introuvable", kBoxOk, "UpDateWhiteListK9");
   EXPECT_THROW(k9.UpDateWhiteListK9(file), ProgramEnd);
   EXPECT_FALSE(std::filesystem::exists(file));
+  EXPECT_THAT(processes.killed, ElementsAre(12U));
+  EXPECT_THAT(processes.started, IsEmpty()) << "it stays stopped";
 }
 
 TEST_F(K9Test, TheFileIsReplacedInOneStepUnlessItIsMarked) {
