@@ -35,7 +35,9 @@ class RuleImport {
   /// there are not enough.
   [[nodiscard]] std::optional<std::vector<std::string>> NewIds(std::size_t count) const;
   void AddRows(RuleFile& file, const std::vector<std::string>& ids);
-  void WriteRows(int first);
+  /// False, after saying why, when nothing was stored.
+  [[nodiscard]] bool WriteRows(int first);
+  void TellDamaged(const std::vector<std::string>& names) const;
   /// Writes the rules from that row on, those that were planned by their plan; the others go to
   /// `asRead`.
   [[nodiscard]] RegistryStatus WriteKeys(int first, std::vector<PlannedRule>& planned,

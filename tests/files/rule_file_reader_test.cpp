@@ -117,17 +117,32 @@ TEST(RuleFileReaderTest, WhatIsWrongInARuleRefusesTheFile) {
       << "no rule";
 }
 
-TEST(RuleFileReaderTest, EntriesThatWereDamagedAreDroppedAndNumbersAreTheirDigits) {
-  const auto file =
-      ReadRuleFile(Rule("A", "000 001 002\r\n" + Action("") + Action("012") + Action("10", " +7"),
-                        "000\r\n" + Criterion("")) +
-                       "EOM\r\n",
-                   RuleFileKind::OneRule);
-  ASSERT_EQ(file.verdict, RuleFileVerdict::Good);
-  ASSERT_EQ(file.rules[0].actions.size(), 2U);
-  EXPECT_EQ(file.rules[0].actions[0].Type, "12");
-  EXPECT_EQ(file.rules[0].actions[1].Value, "7");
-  EXPECT_TRUE(file.rules[0].criteria.empty());
+TEST(RuleFileReaderTest, ARuleWithAnEntryThatWasDamagedIsInactiveAndNumbersAreTheirDigits) {
+  const auto lost = "000\r\n" + Action("");
+  const auto good = "000 001\r\n" + Action("012") + Action("10", " +7");
+  const auto list = Criterion("8", "a\0\0\0"s);
+  const std::tuple<std::string, std::string, std::string> rules[] = {
+      {good, "000\r\n" + list, "1: 12 10=7 / 8"},
+      {good, "000 001\r\n" + Criterion("") + list, "0: 12 10=7 / 8"},
+      {"000 001\r\n" + Action("") + Action("9"), "000\r\n" + list, "0: 9 / 8"},
+      // Nothing that it never did: neither by its own actions nor by the default one.
+      {lost, "000\r\n" + list, "0: 12 / 8"},
+      {lost, "000\r\n" + Criterion(""), "0: 12 /"},
+      {"\r\n", "000\r\n" + list, "1: / 8"}};
+  for (const auto& [actions, criteria, read] : rules) {
+    const auto text = Replaced(Rule("A", actions, criteria), "Enabled\r\n", "Enabled\r\n1");
+    const auto file = ReadRuleFile(text + "EOM\r\n", RuleFileKind::OneRule);
+    ASSERT_EQ(file.verdict, RuleFileVerdict::Good);
+    const auto& block = file.rules[0];
+    auto shown = block.Enabled + ":";
+    for (const auto& action : block.actions) {
+      shown += " " + action.Type + (action.Value.empty() ? "" : "=" + action.Value);
+    }
+    shown += " /";
+    for (const auto& criterion : block.criteria) shown += " " + criterion.Type;
+    EXPECT_EQ(shown, read);
+    EXPECT_EQ(block.damaged, block.Enabled == "0");
+  }
 }
 
 TEST(RuleFileReaderTest, WhateverTheLengthsTheReaderEnds) {

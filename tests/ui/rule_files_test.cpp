@@ -227,6 +227,41 @@ TEST_F(RuleFilesTest, ARuleWhoseNameIsThereIsRefused) {
   Import("mnuImpOneRule", ReadFile(File("une.roe")));
 }
 
+TEST_F(RuleFilesTest, ARuleThatWasDamagedComesBackInactiveAndIsNamed) {
+  rules.Order("000 001 002");
+  rules.PlainRule("000", "Sans action", "000").Words("000", 12, {"alpha"});
+  rules.Remove(kTestMailKey + "000\\Actions\\000", "Type");
+  rules.PlainRule("001", "Bonne", "000").Words("000", 12, {"beta"});
+  rules.PlainRule("002", "Sans critère"_cp, "000 001").Words("000", 12, {"gamma"}, 0, 2);
+  dialogs.AllowAnyBox();
+  Start();
+  dialogs.Expect(
+      "Le fichier est enregistré mais la règle sera inactive une fois importée\u00A0:\r"
+      "une action ou un critère ne peut être lu dans la règle\r"
+      "\"Sans action\"\r\"Sans critère\""_cp,
+      kBoxExclamation, kAppTitle);
+  const auto text = Exported();
+  dialogs.ExpectAllShown();
+  StartEmpty();
+  const auto imported = [&](std::string_view name) {
+    dialogs.Expect(std::string("La règle \""_cp).append(name) +
+                   std::string("\" de ce fichier est endommagée\u00A0: "
+                               "elle a été importée inactive."_cp));
+  };
+  imported("Sans action");
+  imported("Sans critère"_cp);
+  Import("mnuImpAllRules", text);
+  dialogs.ExpectAllShown();
+  EXPECT_THAT(form->lstRules.Items(),
+              ElementsAre("  000 Sans action", "* 001 Bonne", "  002 Sans critère"_cp));
+  EXPECT_THAT(Stored("000"), testing::HasSubstr("Actions\\000\\Type = 12\n"));
+  EXPECT_THAT(Stored("002"), testing::HasSubstr("Criteria\\Order = \"000\"\n"));
+  // What is refused for its name is not said to have come.
+  dialogs.shown.clear();
+  Import("mnuImpAllRules", text);
+  EXPECT_EQ(dialogs.shown.size(), 4U);
+}
+
 TEST_F(RuleFilesTest, WhatIsNoGoodFileChangesNothing) {
   StartWithTwoRules();
   const auto before = Stored();
