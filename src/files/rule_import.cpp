@@ -62,21 +62,25 @@ bool RuleImport::MailFromFile(const std::filesystem::path& path, RuleFileKind ki
   });
 }
 
-bool RuleImport::ExistName(const std::string& name) const {
-  return Trap(registry_.Boxes().Boxes(), "ExistName", [&] {
-    registry_.Boxes().Msg(std::string("La règle "_cp) + name +
-                          std::string(" existe déjà.\r\nElle ne sera pas importée."_cp));
-    return true;
+void RuleImport::ExistName(BoxSeries& boxes, const std::string& name) const {
+  Trap(registry_.Boxes().Boxes(), "ExistName", [&] {
+    boxes.Say(std::string("La règle "_cp) + name +
+                  std::string(" existe déjà.\r\nElle ne sera pas importée."_cp),
+              "\"" + name + "\"");
   });
 }
 
 void RuleImport::DropKnownRules(RuleFile& file) const {
   std::unordered_set<std::string> known;
   for (int row = 0; row < tables_.RuleCount; ++row) known.insert(tables_.RuleAt(row).Name);
+  BoxSeries boxes(registry_.Boxes());
   const auto kept = std::remove_if(file.rules.begin(), file.rules.end(), [&](const auto& block) {
-    return known.count(block.Name) != 0 && ExistName(block.Name);
+    const bool exists = known.count(block.Name) != 0;
+    if (exists) ExistName(boxes, block.Name);
+    return exists;
   });
   file.rules.erase(kept, file.rules.end());
+  boxes.Finish("Autres règles qui existent déjà et ne seront pas importées\u00A0:"_cp);
 }
 
 void RuleImport::TellDamaged(const std::vector<std::string>& names) const {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/messages/messages.h"
 #include "core/registry_access.h"
 #include "core/rule_writer.h"
 #include "files/rule_file_reader.h"
@@ -29,7 +30,7 @@ class RuleImport {
   bool MailFromFile(const std::filesystem::path& path, RuleFileKind kind);
 
  private:
-  [[nodiscard]] bool ExistName(const std::string& name) const;
+  void ExistName(BoxSeries& boxes, const std::string& name) const;
   void DropKnownRules(RuleFile& file) const;
   /// Ids for so many new rules, after the greatest one there is; nothing, after saying so, when
   /// there are not enough.
