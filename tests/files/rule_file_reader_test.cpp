@@ -26,8 +26,9 @@ std::string Rule(const std::string& name, const std::string& actions, const std:
          "CRITERIA\r\nOrdre\r\n" + criteria + "EOR\r\n";
 }
 
-const std::string kRule = Rule("Été", "005 009\r\n" + Action("6", kFolder) + Action("12"),
-                               "007\r\n" + Criterion("8", "alpha\0\n\0\0\0"s));
+const std::string kRule =
+    Rule("Été", "005 009\r\n" + Action("6", kFolder) + Action("12"),
+         "007 008\r\n" + Criterion("8", "alpha\0\n\0\0\0"s) + Criterion("8", "autre\0\0\0"s));
 const std::string kMail = "MAIL\r\nOrder\r\n000 001\r\nVersion\r\n327680\r\nEOT\r\nID\r\n000\r\n" +
                           kRule + "ID\r\n001\r\n" + Rule("B", "\r\n", "000\r\n") + "EOM\r\n";
 
@@ -53,15 +54,17 @@ TEST(RuleFileReaderTest, EntriesAreNumberedByTheirPlace) {
   ASSERT_EQ(block.actions.size(), 2U);
   EXPECT_EQ(block.actions[0].Value, kFolder);
   EXPECT_EQ(block.actions[1].Id, "001");
-  ASSERT_EQ(block.criteria.size(), 1U);
+  ASSERT_EQ(block.criteria.size(), 2U);
   EXPECT_EQ(block.criteria[0].Value, "alpha\0\n\0\0\0"s);
   EXPECT_EQ(block.criteria[0].Flags, "-1");
   EXPECT_TRUE(file.rules[1].criteria.empty()) << "\"000\" and no criterion";
 
   RuleTables tables;
+  tables.SlotType = {"12", "8", "9", "22"};
   FillRow(tables, 0, "0A0", block);
+  EXPECT_EQ(tables.SlotOf(0, 1).Id, "000") << "the first of its kind";
   EXPECT_EQ(tables.RuleAt(0).ActionsOrder, "000 001");
-  EXPECT_EQ(tables.RuleAt(0).CriteriaOrder, "000");
+  EXPECT_EQ(tables.RuleAt(0).CriteriaOrder, "000 001");
   FillRow(tables, 0, "0A1", file.rules[1]);
   EXPECT_EQ(tables.RuleAt(0).CriteriaParam[0].Type, "") << "nothing is left of the row before";
 }
