@@ -62,17 +62,19 @@ TEST_F(AddedWordsTest, AFilterThatCannotBeReadIsNamedAndAddsNothing) {
   WriteFile(Own(kEnglish), std::string(kType) + "12\nmot\nEOR\n");
   Filter(Own("Brisquet_sexe.oe"), "8", "mot\n");
   Open(0);
-  for (const int i : {0, 1, 3}) Check(i);
+  Check(1);
+  ClickWord(kSender, 1);
+  dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
+  Click("cmdFiltres");
+  EXPECT_EQ(Which({"mnuRegContent", "cmdDel(0)", "cmdRestore(0)", "cmdFiltres"}),
+            "cmdDel(0) cmdFiltres")
+      << "nothing read, nothing changed";
+  for (const int i : {0, 3}) Check(i);
   dialogs.Expect("Fichier Brisquet_asiatique.oe" + std::string(kUnreadable));
   dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
   Click("cmdFiltres");
   EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta"));
   EXPECT_THAT(Words(kSubject), ElementsAre("mot"));
-  // Nothing read, nothing modified.
-  Open(1);
-  Check(1);
-  dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
-  Click("cmdFiltres");
 }
 
 TEST_F(AddedWordsTest, TheUsersOwnFilterIsChosenWhenItsBoxIsChecked) {
@@ -128,11 +130,6 @@ TEST_F(AddedWordsTest, AListThatCouldNotBeCountedIsLeftAlone) {
   Add(kSender, u"plus");
   EXPECT_EQ(Words(kSender).size(), 32767U);
   EXPECT_EQ(Count(kSender), "32767 mots");
-  ClickWord(kSender, 0);
-  form->cmdDel[0].Click();
-  Click("cmdFiltres");
-  EXPECT_EQ(Words(kSender).back(), "plus");
-  EXPECT_EQ(Words(kSender).size(), 32767U);
 }
 
 TEST_F(AddedWordsTest, WordsFromOutsideLeaveNothingSelectedAndCanBeSaved) {
