@@ -11,16 +11,29 @@ namespace morvelle {
 
 namespace {
 
+bool IsBlank(std::string_view line) { return line.find_first_not_of(" \t") == line.npos; }
+
+/// Whether the window would refuse the line where a word is typed. The bytes above 0x80 without a
+/// character are halves of characters in the mail of other countries.
+bool HasControl(std::string_view line) {
+  return std::any_of(line.begin(), line.end(), [](char character) {
+    return static_cast<unsigned char>(character) < 0x20 || character == '\x7F';
+  });
+}
+
 class Lines {
  public:
   explicit Lines(std::string_view text) : rest_(text) {}
+  /// The next line that is not blank.
   bool Next() {
-    if (rest_.empty()) return false;
-    const auto end = std::min(rest_.find_first_of("\r\n"), rest_.size());
-    line_ = rest_.substr(0, end);
-    rest_.remove_prefix(rest_.substr(end).starts_with("\r\n") ? end + 2
-                                                              : std::min(end + 1, rest_.size()));
-    return true;
+    while (!rest_.empty()) {
+      const auto end = std::min(rest_.find_first_of("\r\n"), rest_.size());
+      line_ = rest_.substr(0, end);
+      rest_.remove_prefix(rest_.substr(end).starts_with("\r\n") ? end + 2
+                                                                : std::min(end + 1, rest_.size()));
+      if (!IsBlank(line_)) return true;
+    }
+    return false;
   }
   [[nodiscard]] std::string_view Line() const { return line_; }
 
@@ -28,8 +41,6 @@ class Lines {
   std::string_view rest_;
   std::string_view line_;
 };
-
-bool IsBlank(std::string_view line) { return line.find_first_not_of(" \t") == line.npos; }
 
 /// The words up to "EOF"; false when it is missing.
 bool TakeWords(Lines& lines, std::vector<std::string>& words) {
@@ -45,7 +56,7 @@ bool TakeWords(Lines& lines, std::vector<std::string>& words) {
     if (isLabel && line == labels::kCriterionValueType) {
       if (!lines.Next()) return false;
       afterType = true;
-    } else if (!isLabel && !IsBlank(line)) {
+    } else if (!isLabel && !HasControl(line)) {
       words.emplace_back(line);
     }
     first = false;

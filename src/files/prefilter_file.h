@@ -14,8 +14,9 @@ namespace morvelle {
 using SlotWords = std::array<std::vector<std::string>, kSlotCount>;
 
 /// A prefilter word file (`.oe`): the head of a rule file, for each list its criterion's lines with
-/// one word a line up to "EOF", and "EOR" at the end. Lines end in CR LF, LF or CR, for people
-/// write such files by hand. Nothing when a marker is missing, no list is there (the labels are
+/// one word a line up to "EOF", and "EOR" at the end. Lines end in CR LF, LF or CR and blank ones
+/// count nowhere, for people write such files by hand; a word with a tab or another control
+/// character is left out. Nothing when a marker is missing, no list is there (the labels are
 /// Windows-1252) or a zero byte is.
 std::optional<SlotWords> ReadPrefilter(std::string_view text,
                                        const std::array<std::string, kSlotCount>& slotTypes);

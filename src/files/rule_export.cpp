@@ -104,9 +104,12 @@ void RuleExport::RuleToFile(int i, bool oneRule) {
     CriteriaToFile(i);
     sink_.Marker(labels::kEndOfRule);
     if (sink_.OnPaper()) return;
-    const auto block = std::string_view(sink_.FileText()).substr(begin);
-    if (!ReadsBack(block, oneRule ? RuleFileKind::OneRule : RuleFileKind::AllRules)) {
+    const auto read = ReadBlock(std::string_view(sink_.FileText()).substr(begin),
+                                oneRule ? RuleFileKind::OneRule : RuleFileKind::AllRules);
+    if (!read) {
       notReadable_.push_back(rule.Name);
+    } else if (read->damaged) {
+      damaged_.push_back(rule.Name);
     }
   });
 }

@@ -29,6 +29,9 @@ class RuleExport {
   /// Names of the rules in which a value breaks the lines of the file, so that it cannot be read
   /// back; "MAIL" for what stands before the rules.
   [[nodiscard]] const std::vector<std::string>& NotReadable() const { return notReadable_; }
+  /// Names of the rules of which an action or a criterion has no type: what reads the file takes
+  /// them for damaged.
+  [[nodiscard]] const std::vector<std::string>& Damaged() const { return damaged_; }
 
  private:
   void AllRules(Progress& progress);
@@ -49,6 +52,7 @@ class RuleExport {
   LineSink& sink_;
   std::vector<std::string> leftOut_;
   std::vector<std::string> notReadable_;
+  std::vector<std::string> damaged_;
 };
 
 }  // namespace morvelle

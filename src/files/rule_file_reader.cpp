@@ -95,10 +95,10 @@ void CriteriaParamFromFile(Lines& lines, CriterionRecord& criterion) {
   TakeArgument(lines, ArgumentOfCriterion(criterion.Type), criterion.ValueType, criterion.Value);
 }
 
-/// Reads so many entries. What was damaged when it was exported has no type and holds nothing; the
-/// others are numbered by their place.
+/// Reads so many entries and numbers them by their place; false when some had no type and were left
+/// out.
 template <typename Record, typename Read>
-void EntriesFromFile(Lines& lines, std::size_t count, std::vector<Record>& entries, Read&& read) {
+bool EntriesFromFile(Lines& lines, std::size_t count, std::vector<Record>& entries, Read&& read) {
   entries.reserve(count);
   for (std::size_t k = 0; k < count; ++k) {
     auto& entry = entries.emplace_back();
@@ -109,12 +109,17 @@ void EntriesFromFile(Lines& lines, std::size_t count, std::vector<Record>& entri
       entry.Id = ThreeDigitId(static_cast<int>(entries.size()) - 1);
     }
   }
+  return entries.size() == count;
 }
 
 void ActionsFromFile(Lines& lines, RuleBlock& block) {
   lines.Skip();
   const auto count = CountOf(lines.TakeValue());
-  EntriesFromFile(lines, count, block.actions, ActionsParamFromFile);
+  block.damaged = !EntriesFromFile(lines, count, block.actions, ActionsParamFromFile);
+  if (!block.damaged || !block.actions.empty()) return;
+  // A rule without actions would be given the default one, and the user who activates it would find
+  // mail in the bin that it never sent there.
+  block.actions.push_back({ThreeDigitId(0), "0", std::string(kActionStop), {}, {}});
 }
 
 void CriteriaFromFile(Lines& lines, RuleBlock& block) {
@@ -122,7 +127,9 @@ void CriteriaFromFile(Lines& lines, RuleBlock& block) {
   const auto order = lines.TakeValue();
   // A rule without criteria has the order "000".
   const bool none = order == "000" && lines.Peek() == labels::kEndOfRule;
-  EntriesFromFile(lines, none ? 0 : CountOf(order), block.criteria, CriteriaParamFromFile);
+  const bool whole =
+      EntriesFromFile(lines, none ? 0 : CountOf(order), block.criteria, CriteriaParamFromFile);
+  block.damaged = block.damaged || !whole;
 }
 
 void RuleFromFile(Lines& lines, RuleFileKind kind, RuleBlock& block) {
@@ -132,6 +139,7 @@ void RuleFromFile(Lines& lines, RuleFileKind kind, RuleBlock& block) {
   lines.TakeNumber(block.Enabled);
   ActionsFromFile(lines, block);
   CriteriaFromFile(lines, block);
+  if (block.damaged) block.Enabled = "0";
 }
 
 /// How many rules follow; with none the rest is left unread.
@@ -217,16 +225,16 @@ bool ReadsBackTop(std::string_view top) {
   return lines.AtEnd();
 }
 
-bool ReadsBack(std::string_view block, RuleFileKind kind) {
-  Lines lines(block);
+std::optional<RuleBlock> ReadBlock(std::string_view text, RuleFileKind kind) {
+  Lines lines(text);
+  RuleBlock block;
   try {
-    RuleBlock read;
-    RuleFromFile(lines, kind, read);
+    RuleFromFile(lines, kind, block);
     lines.CheckFile(labels::kEndOfRule);
   } catch (const std::exception&) {
-    return false;
+    return std::nullopt;
   }
-  return lines.AtEnd();
+  return lines.AtEnd() ? std::optional(std::move(block)) : std::nullopt;
 }
 
 }  // namespace morvelle

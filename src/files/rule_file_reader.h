@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,12 +17,17 @@ std::string ExtensionOf(RuleFileKind kind);
 
 /// A rule as a file gives it: its actions and criteria numbered by their place, without an id of
 /// its own.
+///
+/// A block with an action or criterion that could not be read when it was exported, and so has no
+/// type, is damaged: without that entry the rule would act on other mail, or otherwise. It comes
+/// without the entry and inactive; where no action is left it does nothing but stop.
 struct RuleBlock {
   std::string Name;
   std::string Version;
   std::string Enabled;
   std::vector<ActionRecord> actions;      ///< kMaxEntries at most.
   std::vector<CriterionRecord> criteria;  ///< The same.
+  bool damaged = false;
 };
 
 /// Puts a rule of a file in a row of the tables, under that id.
@@ -46,7 +52,8 @@ RuleFile ReadRuleFile(std::string_view text, RuleFileKind kind);
 /// Whether that text is the lines before the first rule of a file of all rules.
 bool ReadsBackTop(std::string_view top);
 
-/// Whether that text is one rule block as a file of this kind has it, up to its marker.
-bool ReadsBack(std::string_view block, RuleFileKind kind);
+/// What an import would make of that text, one rule block as a file of this kind has it, up to its
+/// marker; nothing when it is none.
+std::optional<RuleBlock> ReadBlock(std::string_view text, RuleFileKind kind);
 
 }  // namespace morvelle

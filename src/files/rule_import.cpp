@@ -22,6 +22,14 @@ std::size_t Index(int row) { return static_cast<std::size_t>(row); }
 /// The id after this one; 000 after the last.
 std::string IdAfter(const std::string& id) { return ThreeDigitId(std::stoi(id, nullptr, 16) + 1); }
 
+std::vector<std::string> DamagedRules(const RuleFile& file) {
+  std::vector<std::string> names;
+  for (const auto& block : file.rules) {
+    if (block.damaged) names.push_back(block.Name);
+  }
+  return names;
+}
+
 }  // namespace
 
 bool RuleImport::MailFromFile(const std::filesystem::path& path, RuleFileKind kind) {
@@ -47,27 +55,44 @@ bool RuleImport::MailFromFile(const std::filesystem::path& path, RuleFileKind ki
     const auto ids = NewIds(file.rules.size());
     if (!ids) return true;
     const int first = tables_.RuleCount;
+    const auto damaged = DamagedRules(file);
     AddRows(file, *ids);
-    WriteRows(first);
+    if (WriteRows(first)) TellDamaged(damaged);
     return true;
   });
 }
 
-bool RuleImport::ExistName(const std::string& name) const {
-  return Trap(registry_.Boxes().Boxes(), "ExistName", [&] {
-    registry_.Boxes().Msg(std::string("La règle "_cp) + name +
-                          std::string(" existe déjà.\r\nElle ne sera pas importée."_cp));
-    return true;
+void RuleImport::ExistName(BoxSeries& boxes, const std::string& name) const {
+  Trap(registry_.Boxes().Boxes(), "ExistName", [&] {
+    boxes.Say(std::string("La règle "_cp) + name +
+                  std::string(" existe déjà.\r\nElle ne sera pas importée."_cp),
+              "\"" + name + "\"");
   });
 }
 
 void RuleImport::DropKnownRules(RuleFile& file) const {
   std::unordered_set<std::string> known;
   for (int row = 0; row < tables_.RuleCount; ++row) known.insert(tables_.RuleAt(row).Name);
+  BoxSeries boxes(registry_.Boxes());
   const auto kept = std::remove_if(file.rules.begin(), file.rules.end(), [&](const auto& block) {
-    return known.count(block.Name) != 0 && ExistName(block.Name);
+    const bool exists = known.count(block.Name) != 0;
+    if (exists) ExistName(boxes, block.Name);
+    return exists;
   });
   file.rules.erase(kept, file.rules.end());
+  boxes.Finish("Autres règles qui existent déjà et ne seront pas importées\u00A0:"_cp);
+}
+
+void RuleImport::TellDamaged(const std::vector<std::string>& names) const {
+  BoxSeries boxes(registry_.Boxes());
+  for (const auto& name : names) {
+    const auto quoted = "\"" + name + "\"";
+    boxes.Say(std::string("La règle "_cp) + quoted +
+                  std::string(" de ce fichier est endommagée\u00A0: "
+                              "elle a été importée inactive."_cp),
+              quoted);
+  }
+  boxes.Finish("Autres règles endommagées de ce fichier, importées inactives\u00A0:"_cp);
 }
 
 std::optional<std::vector<std::string>> RuleImport::NewIds(std::size_t count) const {
@@ -105,7 +130,7 @@ void RuleImport::AddRows(RuleFile& file, const std::vector<std::string>& ids) {
   tables_.Mail.Order = JoinIds(order);
 }
 
-void RuleImport::WriteRows(int first) {
+bool RuleImport::WriteRows(int first) {
   // On a store where each write is final, what was written before a refusal or an error would stay.
   std::vector<PlannedRule> planned;
   for (int row = first; row < tables_.RuleCount; ++row) {
@@ -116,18 +141,19 @@ void RuleImport::WriteRows(int first) {
     }
     if (refusal.empty()) continue;
     registry_.Boxes().Msg(refusal, kBoxStop);
-    return;
+    return false;
   }
   CommandBatch batch(registry_.Store(), registry_.Boxes());
   std::vector<int> asRead;
   auto status = WriteKeys(first, planned, asRead);
   if (status == kStatusSuccess) status = writer_.MailTopToBdR();
-  if (!batch.Commit(status)) return;
+  if (!batch.Commit(status)) return false;
   // Spares the load that follows the reading of these rows.
   for (const int row : asRead) {
     auto& rule = tables_.RuleAt(row);
     rule.readMark = registry_.Store().ChangeMark(mailKey_ + rule.Id).value_or(0);
   }
+  return true;
 }
 
 RegistryStatus RuleImport::WriteKeys(int first, std::vector<PlannedRule>& planned,

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/messages/messages.h"
 #include "core/registry_access.h"
 #include "core/rule_writer.h"
 #include "files/rule_file_reader.h"
@@ -29,13 +30,15 @@ class RuleImport {
   bool MailFromFile(const std::filesystem::path& path, RuleFileKind kind);
 
  private:
-  [[nodiscard]] bool ExistName(const std::string& name) const;
+  void ExistName(BoxSeries& boxes, const std::string& name) const;
   void DropKnownRules(RuleFile& file) const;
   /// Ids for so many new rules, after the greatest one there is; nothing, after saying so, when
   /// there are not enough.
   [[nodiscard]] std::optional<std::vector<std::string>> NewIds(std::size_t count) const;
   void AddRows(RuleFile& file, const std::vector<std::string>& ids);
-  void WriteRows(int first);
+  /// False, after saying why, when nothing was stored.
+  [[nodiscard]] bool WriteRows(int first);
+  void TellDamaged(const std::vector<std::string>& names) const;
   /// Writes the rules from that row on, those that were planned by their plan; the others go to
   /// `asRead`.
   [[nodiscard]] RegistryStatus WriteKeys(int first, std::vector<PlannedRule>& planned,

@@ -1,7 +1,6 @@
 #include "files/signature_file.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "app/messages/errors.h"
 
@@ -19,14 +18,13 @@ std::string FieldOf(std::string_view line) {
   return std::string(line.substr(0, line.find(quoted ? '"' : ',')));
 }
 
-std::vector<std::string_view> LinesOf(std::string_view content) {
-  std::vector<std::string_view> lines;
-  while (!content.empty()) {
-    const auto end = std::min(content.find(kLineEnd), content.size());
-    lines.push_back(content.substr(0, end));
-    content.remove_prefix(std::min(end + kLineEnd.size(), content.size()));
-  }
-  return lines;
+/// What stands before the next line end, which goes too; nothing where there is none.
+std::optional<std::string_view> TakeLine(std::string_view& content) {
+  const auto end = content.find(kLineEnd);
+  if (end == content.npos) return std::nullopt;
+  const auto line = content.substr(0, end);
+  content.remove_prefix(end + kLineEnd.size());
+  return line;
 }
 
 }  // namespace
@@ -42,20 +40,18 @@ std::string SignatureText(const Signature& signature) {
 }
 
 std::optional<Signature> ReadSignature(std::string_view content) {
-  constexpr std::size_t kFields = 4;
-  const auto lines = LinesOf(content);
-  if (lines.size() < kFields) return std::nullopt;
-  Signature signature{FieldOf(lines[0]), FieldOf(lines[1]), {}, 0};
-  if (lines.size() == kFields) {
-    signature.text = FieldOf(lines[2]);
-  } else {
-    for (std::size_t i = 2; i + 1 < lines.size(); ++i) {
-      if (i > 2) signature.text += kLineEnd;
-      signature.text += lines[i];
-    }
-  }
+  const auto file = TakeLine(content);
+  const auto name = file ? TakeLine(content) : std::nullopt;
+  if (!name) return std::nullopt;
+  if (content.ends_with(kLineEnd)) content.remove_suffix(kLineEnd.size());
+  const auto end = content.rfind(kLineEnd);
+  if (end == content.npos) return std::nullopt;
+  const auto text = content.substr(0, end);
+  const bool oneLine = text.find_first_of(kLineEnd) == text.npos;
+  Signature signature{FieldOf(*file), FieldOf(*name), oneLine ? FieldOf(text) : std::string(text),
+                      0};
   try {
-    signature.type = ToLong(FieldOf(lines.back()));
+    signature.type = ToLong(FieldOf(content.substr(end + kLineEnd.size())));
   } catch (const RuntimeError&) {
     return std::nullopt;
   }

@@ -22,8 +22,8 @@ std::string SignatureText(const Signature& signature);
 
 /// A `.sgn` file taken apart: the first line is the file, the second the name, the last the type,
 /// what stands between is the text. A field on one line ends at a comma, or at the closing quote
-/// when it begins with one; a text of several lines is kept whole. Nothing when there are fewer
-/// than four lines, or the type is no number.
+/// when it begins with one; a text of several lines is kept whole, whatever ends them. Nothing when
+/// there are fewer than four lines, or the type is no number.
 std::optional<Signature> ReadSignature(std::string_view content);
 
 }  // namespace morvelle

@@ -39,26 +39,32 @@ bool HasExtension(const path& file, std::string_view extension) {
 /// "00000000" with the number's hexadecimal digits at its end.
 std::string SubkeyName(int number) { return "00000" + ThreeDigitId(number); }
 
-/// The copies of text files of one name: "s.txt", "s (2).txt", "s (3).txt" ...
-std::string Numbered(const std::string& name, int number) {
-  if (number == 1) return name;
-  const path parts = ToPath(name);
-  return PathText(parts.stem()) + " (" + std::to_string(number) + ")" + PathText(parts.extension());
+/// The name of the text file that a signature names, without its folder.
+std::string TextName(const Signature& signature) {
+  return SafeFileName(WindowsFileName(signature.file));
 }
 
-bool SameContent(const path& left, const path& right) {
-  const auto content = ReadWholeFile(left);
-  return content && content == ReadWholeFile(right);
-}
-
-/// Whether the file is there and was changed after the other.
-bool IsNewer(const path& file, const path& other) {
-  std::error_code error;
-  return std::filesystem::exists(file, error) &&
-         std::filesystem::last_write_time(file) > std::filesystem::last_write_time(other);
+/// What a text is called beside its .sgn where its own name is another's: "s (Perso 151126).txt".
+path OwnName(const Signature& signature, const path& sgn) {
+  const auto plain = ToPath(TextName(signature));
+  auto name = plain.stem();
+  name += " (";
+  name += sgn.stem();
+  name += ")";
+  name += plain.extension();
+  return name;
 }
 
 }  // namespace
+
+/// A signature on its way out: the name of its .sgn, and its text file where it has one that is
+/// there.
+struct Signatures::Outgoing {
+  Signature signature;
+  std::string sgn;
+  path source;
+  std::optional<std::string> text;
+};
 
 std::string Signatures::KeyPath() const {
   return "Identities\\" + identity_.IdentityId +
@@ -82,43 +88,83 @@ Signature Signatures::Read(const std::string& subkey) {
   return signature;
 }
 
+std::vector<Signatures::Outgoing> Signatures::ToWrite(const std::vector<std::string>& subkeys) {
+  std::vector<Outgoing> all;
+  for (const auto& subkey : subkeys) {
+    Outgoing one{Read(subkey), {}, {}, {}};
+    const auto stem = SafeFileName(one.signature.name + " " + ShortDate(environment_.Now()));
+    // Of signatures of one name the last is written, as asked for. Two names that only the file
+    // system takes for one are two files; what tells them apart is their place among the
+    // signatures, so that the next export writes the same ones.
+    const auto isTaken = [&](const Outgoing& other) {
+      return other.signature.name != one.signature.name && EqualIgnoringCase(other.sgn, one.sgn);
+    };
+    one.sgn = stem + ".sgn";
+    for (int number = 2; std::any_of(all.begin(), all.end(), isTaken); ++number) {
+      one.sgn = stem + " (" + std::to_string(number) + ").sgn";
+    }
+    std::error_code error;
+    if (!IsBlank(one.signature.file)) one.source = environment_.HostPath(one.signature.file);
+    if (std::filesystem::is_regular_file(one.source, error)) {
+      one.text = ReadWholeFile(one.source);
+      if (!one.text) throw RuntimeError(ErrorNumber::PermissionDenied);
+    }
+    all.push_back(std::move(one));
+  }
+  return all;
+}
+
+std::vector<std::string> Signatures::TextsOfOthers(const std::vector<Outgoing>& written) const {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(folder_, error)) {
+    const auto& file = entry.path();
+    const auto isIt = [&](const Outgoing& one) {
+      return EqualIgnoringCase(one.sgn, PathText(file.filename()));
+    };
+    if (!HasExtension(file, ".sgn") || std::any_of(written.begin(), written.end(), isIt)) continue;
+    const auto content = ReadWholeFile(file);
+    const auto signature = content ? ReadSignature(*content) : std::nullopt;
+    if (signature) names.push_back(TextName(*signature));
+  }
+  return names;
+}
+
+path Signatures::TextTarget(const Outgoing& one, const std::vector<Outgoing>& all,
+                            const std::vector<std::string>& others) const {
+  const auto name = TextName(one.signature);
+  const auto plain = folder_ / ToPath(name);
+  auto own = folder_ / OwnName(one.signature, ToPath(one.sgn));
+  const bool namedHere = std::any_of(all.begin(), all.end(), [&](const Outgoing& other) {
+    return other.text != one.text && EqualIgnoringCase(TextName(other.signature), name);
+  });
+  const auto isIt = [&](const auto& other) { return EqualIgnoringCase(other, name); };
+  const auto present = ReadWholeFile(plain);
+  const bool namedThere =
+      present && present != one.text && std::any_of(others.begin(), others.end(), isIt);
+  // An import looks for the own name first: one that is there must not stay behind.
+  std::error_code error;
+  return namedHere || namedThere || std::filesystem::exists(own, error) ? own : plain;
+}
+
 bool Signatures::ExpSign() {
   const auto subkeys = Subkeys(true);
   if (subkeys.empty()) return false;
+  const auto all = ToWrite(subkeys);
+  const auto others = TextsOfOthers(all);
   bool textCopied = false;
-  std::vector<std::string> taken;
-  for (const auto& subkey : subkeys) {
-    const auto signature = Read(subkey);
-    const auto name = signature.name + " " + ShortDate(environment_.Now()) + ".sgn";
-    WriteWholeFile(folder_ / ToPath(SafeFileName(name)), SignatureText(signature));
-    textCopied = CopyTextOut(signature, taken) || textCopied;
+  for (const auto& one : all) {
+    WriteWholeFile(folder_ / ToPath(one.sgn), SignatureText(one.signature));
+    if (!one.text) continue;
+    textCopied = true;
+    const auto target = TextTarget(one, all, others);
+    std::error_code error;
+    if (!std::filesystem::equivalent(one.source, target, error)) WriteWholeFile(target, *one.text);
   }
   const auto what = subkeys.size() == 1 && !textCopied
                         ? "Le fichier de signature a été enregistré"_cp
                         : "Les fichiers de signatures ont été enregistrés"_cp;
   registry_.Boxes().Msg(std::string(what) + " dans le dossier :\r" + PathText(folder_));
-  return true;
-}
-
-bool Signatures::CopyTextOut(const Signature& signature, std::vector<std::string>& taken) const {
-  if (IsBlank(signature.file)) return false;
-  const auto source = environment_.HostPath(signature.file);
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(source, error)) return false;
-  const auto plain = SafeFileName(WindowsFileName(signature.file));
-  auto name = plain;
-  // Two signatures may name files of the same name in different folders.
-  const auto isTaken = [&] {
-    return std::any_of(taken.begin(), taken.end(),
-                       [&](const auto& other) { return EqualIgnoringCase(other, name); });
-  };
-  for (int number = 2; isTaken(); ++number) name = Numbered(plain, number);
-  taken.push_back(name);
-  const auto target = folder_ / ToPath(name);
-  if (std::filesystem::equivalent(source, target, error)) return true;
-  const auto content = ReadWholeFile(source);
-  if (!content) throw RuntimeError(ErrorNumber::PermissionDenied);
-  WriteWholeFile(target, *content);
   return true;
 }
 
@@ -136,7 +182,7 @@ bool Signatures::ImpSign() {
   const auto content = ReadWholeFile(*file);
   const auto signature = content ? ReadSignature(*content) : std::nullopt;
   if (signature) {
-    Write(*signature);
+    Write(*signature, *file);
   } else {
     registry_.Boxes().FileDoesNotExist(*file);
   }
@@ -161,10 +207,10 @@ std::optional<std::string> Signatures::SubkeyFor(const Signature& signature,
   return std::nullopt;
 }
 
-void Signatures::Write(const Signature& signature) {
+void Signatures::Write(const Signature& signature, const path& sgn) {
   const auto subkeys = Subkeys(false);
   const auto subkey = SubkeyFor(signature, subkeys);
-  if (!subkey || !CopyTextBack(signature)) return;
+  if (!subkey || !CopyTextBack(signature, sgn)) return;
   CommandBatch batch(registry_.Store(), registry_.Boxes());
   auto status = Store(KeyPath() + "\\" + *subkey, signature);
   if (status == kStatusSuccess && subkeys.empty()) {
@@ -190,26 +236,19 @@ RegistryStatus Signatures::Store(const std::string& path, const Signature& signa
   return registry_.SetKeyValue(key.Handle(), "type", ValueKind::Dword, signature.type);
 }
 
-bool Signatures::CopyTextBack(const Signature& signature) const {
+bool Signatures::CopyTextBack(const Signature& signature, const path& sgn) const {
   if (IsBlank(signature.file)) return true;
-  const auto name = SafeFileName(WindowsFileName(signature.file));
-  const auto kept = folder_ / ToPath(name);
-  const auto place = environment_.HostPath(signature.file);
+  auto kept = folder_ / OwnName(signature, sgn);
   std::error_code error;
+  if (!std::filesystem::exists(kept, error)) kept = folder_ / ToPath(TextName(signature));
+  const auto place = environment_.HostPath(signature.file);
   const auto content = ReadWholeFile(kept);
   if (!content || !std::filesystem::is_directory(place.parent_path(), error)) {
     registry_.Boxes().Msg(kTextMissing);
     return false;
   }
-  if (std::filesystem::equivalent(kept, place, error)) return true;
-  // Of several copies only the content tells which is this signature's.
-  int copies = 0;
-  for (auto copy = kept; std::filesystem::exists(copy, error);
-       copy = folder_ / ToPath(Numbered(name, copies + 1))) {
-    if (SameContent(copy, place)) return true;
-    ++copies;
-  }
-  if (copies > 1 || IsNewer(place, kept)) KeepCopy(place);
+  if (ReadWholeFile(place) == content) return true;
+  KeepCopy(place);
   WriteWholeFile(place, *content);
   return true;
 }

@@ -34,17 +34,27 @@ class Signatures {
   bool ImpSign();
 
  private:
+  struct Outgoing;
+
   [[nodiscard]] std::string KeyPath() const;
   [[nodiscard]] std::vector<std::string> Subkeys(bool report);
   [[nodiscard]] Signature Read(const std::string& subkey);
-  void Write(const Signature& signature);
+  void Write(const Signature& signature, const std::filesystem::path& sgn);
   /// Where the signature goes: a subkey, or nothing when the user declines or none is left.
   [[nodiscard]] std::optional<std::string> SubkeyFor(const Signature& signature,
                                                      const std::vector<std::string>& subkeys);
   [[nodiscard]] bool HasFiles() const;
-  [[nodiscard]] bool CopyTextOut(const Signature& signature, std::vector<std::string>& taken) const;
+  [[nodiscard]] std::vector<Outgoing> ToWrite(const std::vector<std::string>& subkeys);
+  /// Names of the text files that the folder's other signatures name.
+  [[nodiscard]] std::vector<std::string> TextsOfOthers(const std::vector<Outgoing>& written) const;
+  /// Where the copy of a signature's text goes: its own name, or that beside its .sgn where another
+  /// signature names a text of that name and of other bytes.
+  [[nodiscard]] std::filesystem::path TextTarget(const Outgoing& one,
+                                                 const std::vector<Outgoing>& all,
+                                                 const std::vector<std::string>& others) const;
   /// False, after saying so, when the signature's text file cannot be put back in its place.
-  [[nodiscard]] bool CopyTextBack(const Signature& signature) const;
+  [[nodiscard]] bool CopyTextBack(const Signature& signature,
+                                  const std::filesystem::path& sgn) const;
   /// A dated copy beside a file that is to be replaced.
   void KeepCopy(const std::filesystem::path& present) const;
   [[nodiscard]] RegistryStatus Store(const std::string& path, const Signature& signature);

@@ -7,27 +7,25 @@
 #include <system_error>
 
 #include "app/messages/errors.h"
-#include "platform/book_formats.h"
 
 namespace morvelle {
 
 bool FileAddressBook::Open(const std::filesystem::path& file, BookHandle& book) {
-  addresses_.clear();
-  book = 0;
+  Close(book);
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return false;
   std::ifstream input(file, std::ios::binary);
   const std::string bytes{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
   if (!input) return false;
-  auto entries = ReadBook(bytes);
-  if (!entries) return false;
-  addresses_ = std::move(*entries);
+  auto read = ReadBook(bytes);
+  if (!read) return false;
+  book_ = std::move(*read);
   book = 1;
   return true;
 }
 
 std::int32_t FileAddressBook::NumEntries(BookHandle& /*book*/) {
-  return Checked<std::int32_t>(addresses_.size());
+  return Checked<std::int32_t>(book_.entries.size());
 }
 
 void FileAddressBook::GetEntries(BookHandle& /*book*/, std::span<EntryId> ids) {
@@ -37,8 +35,8 @@ void FileAddressBook::GetEntries(BookHandle& /*book*/, std::span<EntryId> ids) {
 bool FileAddressBook::GetString(BookHandle& /*book*/, EntryId entry, std::uint32_t property,
                                 std::span<char> buffer) {
   const auto index = static_cast<std::size_t>(entry);
-  if (property != kPropertyEmailAddress || index >= addresses_.size()) return false;
-  const auto& address = addresses_[index];
+  if (property != kPropertyEmailAddress || index >= book_.entries.size()) return false;
+  const auto& address = book_.entries[index];
   if (address.empty() || address.size() >= buffer.size()) return false;
   *std::copy(address.begin(), address.end(), buffer.begin()) = '\0';
   return true;
@@ -46,8 +44,10 @@ bool FileAddressBook::GetString(BookHandle& /*book*/, EntryId entry, std::uint32
 
 void FileAddressBook::FreeEntries(BookHandle& /*book*/, std::span<EntryId> /*ids*/) {}
 
+std::int32_t FileAddressBook::LeftOut(BookHandle& /*book*/) { return book_.leftOut; }
+
 void FileAddressBook::Close(BookHandle& book) {
-  addresses_.clear();
+  book_ = {};
   book = 0;
 }
 

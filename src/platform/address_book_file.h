@@ -1,8 +1,6 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
+#include "platform/book_formats.h"
 #include "ports/address_book.h"
 
 namespace morvelle {
@@ -16,10 +14,11 @@ class FileAddressBook final : public AddressBook {
   bool GetString(BookHandle& book, EntryId entry, std::uint32_t property,
                  std::span<char> buffer) override;
   void FreeEntries(BookHandle& book, std::span<EntryId> ids) override;
+  std::int32_t LeftOut(BookHandle& book) override;
   void Close(BookHandle& book) override;
 
  private:
-  std::vector<std::string> addresses_;
+  Book book_;
 };
 
 }  // namespace morvelle

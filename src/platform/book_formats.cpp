@@ -10,6 +10,9 @@ namespace morvelle {
 
 namespace {
 
+/// Stands for a character that Windows-1252 lacks: the one that no text holds.
+constexpr char kLacking = '\0';
+
 std::string_view Trimmed(std::string_view text) {
   const auto first = text.find_first_not_of(" \t");
   if (first == std::string_view::npos) return {};
@@ -146,19 +149,30 @@ bool IsLdif(std::string_view text) {
 
 std::string AsWindows1252(std::string_view bytes) {
   const auto wide = Utf16FromUtf8(bytes);
-  return wide ? FromUtf16Lossy(*wide) : std::string(bytes);
+  if (!wide) return std::string(bytes);
+  std::string text(wide->size(), '\0');
+  std::transform(wide->begin(), wide->end(), text.begin(),
+                 [](char16_t unit) { return ByteOf(unit).value_or(kLacking); });
+  return text;
 }
 
-std::optional<std::vector<std::string>> ReadBook(std::string_view bytes) {
+std::optional<Book> ReadBook(std::string_view bytes) {
   constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
   if (bytes.starts_with(kUtf8Mark)) bytes.remove_prefix(kUtf8Mark.size());
   if (bytes.find('\0') != std::string_view::npos) return std::nullopt;
   const auto converted = AsWindows1252(bytes);
   std::string_view text = converted;
   text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
-  if (StartsWith(text, "BEGIN:VCARD")) return ReadVCards(text);
-  if (IsLdif(text)) return ReadLdif(text);
-  return ReadCsv(text);
+  Book book;
+  book.entries = StartsWith(text, "BEGIN:VCARD") ? ReadVCards(text)
+                 : IsLdif(text)                  ? ReadLdif(text)
+                                                 : ReadCsv(text);
+  for (auto& entry : book.entries) {
+    if (entry.find(kLacking) == std::string::npos) continue;
+    entry.clear();
+    ++book.leftOut;
+  }
+  return book;
 }
 
 }  // namespace morvelle

@@ -35,6 +35,9 @@ class AddressBook {
   virtual bool GetString(BookHandle& book, EntryId entry, std::uint32_t property,
                          std::span<char> buffer) = 0;
   virtual void FreeEntries(BookHandle& book, std::span<EntryId> ids) = 0;
+  /// How many addresses of an open book no entry has, because the code page lacks characters of
+  /// theirs; 0 where the reader of the book cannot tell.
+  virtual std::int32_t LeftOut(BookHandle& /*book*/) { return 0; }
   /// Harmless for a book that did not open.
   virtual void Close(BookHandle& book) = 0;
 };

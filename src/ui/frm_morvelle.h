@@ -328,6 +328,8 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void MailToFile(bool oneRule, int row);
   void ImportRules(const char* procedure, RuleFileKind kind);
   void TellLeftOut(const RuleExport& writers);
+  /// Names the rules of which something is to be said, where there are any.
+  void TellNamed(std::string_view what, const std::vector<std::string>& names);
   // printing.cpp
   void mnuWhatRuleToPrint_Click(int index);
   void mnuPrintAllRules_Click();
@@ -340,19 +342,23 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void cmdFilters_Click();
   [[nodiscard]] std::filesystem::path PrefilterFile(std::size_t i) const;
   [[nodiscard]] SlotWords CheckedPrefilters();
-  /// What stands in the list boxes becomes the content of the word tables.
-  void TakeOverLists();
-  /// Whether the lists of the word tables would stay countable; says so when they would not.
-  [[nodiscard]] bool HasRoomFor(const SlotWords& words);
-  void AddWords(const SlotWords& words);
+  /// Whether no list has more words than can be counted; says so when one has.
+  [[nodiscard]] bool CanBeCounted(const SlotWords& words);
   /// The word tables were added to: the rule is shown with them, as modified.
   void ShowAddedWords();
   // merge.cpp
   void mnuMerge_Click(int index);
   void ShowMerge();
   void cmdFileToMerge_Click();
-  [[nodiscard]] bool CanJoin(const RuleBlock& other);
-  void JoinRule(const RuleBlock& other);
+  /// The lists of the open rule and those of another, as one rule has them.
+  struct JoinedLists {
+    SlotWords words;
+    std::array<std::string, kSlotCount> flags;
+  };
+  /// Joins the other's lists to what the list boxes show; false, after saying why, when they cannot
+  /// be joined.
+  [[nodiscard]] bool Join(const RuleBlock& other, JoinedLists& joined);
+  void TakeJoined(const RuleBlock& other, JoinedLists joined);
 
   // rule_order.cpp
   void ConnectOrder();

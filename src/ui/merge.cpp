@@ -22,6 +22,19 @@ std::vector<std::string> WordsOf(const CriterionRecord& criterion) {
   return words;
 }
 
+/// The and/or of a rule, as it is told on opening one; nothing where it has none.
+std::string LogicOf(const RuleBlock& rule, const RuleTables& tables) {
+  for (const bool wordLists : {true, false}) {
+    for (const auto& criterion : rule.criteria) {
+      const bool isList = tables.SlotOfType(criterion.Type) >= 0;
+      if (isList == wordLists && (criterion.Logic == "1" || criterion.Logic == "2")) {
+        return criterion.Logic;
+      }
+    }
+  }
+  return {};
+}
+
 }  // namespace
 
 void frmMorvelle::mnuMerge_Click(int index) {
@@ -57,60 +70,61 @@ void frmMorvelle::cmdFileToMerge_Click() {
       messages_.FileDoesNotExist(*file);
       return;
     }
-    TakeOverLists();
-    if (!CanJoin(read.rules[0])) return;
-    JoinRule(read.rules[0]);
+    JoinedLists joined;
+    if (!Join(read.rules[0], joined)) return;
+    TakeJoined(read.rules[0], std::move(joined));
     txtMerge.SetText(FileTitle(*file));
     editing_.modes.bMergeFile = true;
   });
 }
 
-bool frmMorvelle::CanJoin(const RuleBlock& other) {
-  SlotWords words;
-  std::array<std::string, kSlotCount> flags;
-  std::array<bool, kSlotCount> filled{};
+bool frmMorvelle::Join(const RuleBlock& other, JoinedLists& joined) {
   for (int slot = 0; slot < kSlotCount; ++slot) {
-    filled[Index(slot)] = tables_.WordCount[Index(slot)] > 0;
-    flags[Index(slot)] = MeaningOf(SlotRecord(slot).Flags);
+    joined.words[Index(slot)] = lstBox[Index(slot)].Items();
+    joined.flags[Index(slot)] = SlotRecord(slot).Flags;
   }
+  bool any = false;
   for (const auto& criterion : other.criteria) {
     const int slot = tables_.SlotOfType(criterion.Type);
     if (slot < 0) continue;
-    const auto at = Index(slot);
+    auto& words = joined.words[Index(slot)];
+    auto& flags = joined.flags[Index(slot)];
     const auto list = WordsOf(criterion);
     if (list.empty()) continue;
-    if (filled[at] && flags[at] != MeaningOf(criterion.Flags)) {
+    if (!words.empty() && MeaningOf(flags) != MeaningOf(criterion.Flags)) {
       messages_.Msg(
           std::string("Les mots de cette règle n'ont pas le même sens dans la liste "_cp) +
-              optCriteria[at].Caption() +
+              optCriteria[Index(slot)].Caption() +
               std::string(" (contient, ne contient pas, tous les mots) :\r"
                           "rien n'a été fusionné"_cp),
           kBoxExclamation);
       return false;
     }
-    filled[at] = true;
-    flags[at] = MeaningOf(criterion.Flags);
-    words[at].insert(words[at].end(), list.begin(), list.end());
-  }
-  if (std::all_of(words.begin(), words.end(), [](const auto& list) { return list.empty(); })) {
-    messages_.Msg("La règle de ce fichier n'a pas de liste de mots : rien n'a été fusionné"_cp,
-                  kBoxExclamation);
-    return false;
-  }
-  return HasRoomFor(words);
-}
-
-void frmMorvelle::JoinRule(const RuleBlock& other) {
-  tables_.Touch(editing_.nCurRule);
-  for (const auto& criterion : other.criteria) {
-    const int slot = tables_.SlotOfType(criterion.Type);
-    const auto list = WordsOf(criterion);
-    if (slot < 0 || list.empty()) continue;
-    auto& words = tables_.Words(slot);
-    if (words.empty()) SlotRecord(slot).Flags = MeaningOf(criterion.Flags);
+    if (words.empty()) flags = MeaningOf(criterion.Flags);
     words.insert(words.end(), list.begin(), list.end());
     words = SortedOnce(std::move(words));
+    any = true;
+  }
+  if (any) return CanBeCounted(joined.words);
+  messages_.Msg("La règle de ce fichier n'a pas de liste de mots : rien n'a été fusionné"_cp,
+                kBoxExclamation);
+  return false;
+}
+
+void frmMorvelle::TakeJoined(const RuleBlock& other, JoinedLists joined) {
+  tables_.Touch(editing_.nCurRule);
+  const bool hasWords =
+      std::any_of(lstBox.begin(), lstBox.end(), [](const auto& list) { return list.Count() > 0; });
+  // A rule that asks for nothing yet has no and/or of its own, unless the user chose one.
+  const bool takesLogic =
+      !hasWords && tables_.Criteria[Index(editing_.nCurRule)] == 0 && !editing_.logicChosen;
+  const auto logic = takesLogic ? LogicOf(other, tables_) : std::string{};
+  for (int slot = 0; slot < kSlotCount; ++slot) {
+    auto& words = joined.words[Index(slot)];
+    SlotRecord(slot).Flags = joined.flags[Index(slot)];
+    if (!logic.empty()) SlotRecord(slot).Logic = logic;
     tables_.WordCount[Index(slot)] = Checked<std::int16_t>(words.size());
+    tables_.Words(slot) = std::move(words);
   }
   ShowAddedWords();
 }

@@ -75,31 +75,14 @@ SlotWords frmMorvelle::CheckedPrefilters() {
   return all;
 }
 
-void frmMorvelle::TakeOverLists() {
-  for (int slot = 0; slot < kSlotCount; ++slot) {
-    const auto& listed = lstBox[Index(slot)].Items();
-    tables_.WordCount[Index(slot)] = Checked<std::int16_t>(listed.size());
-    tables_.Words(slot) = listed;
-  }
-}
-
-bool frmMorvelle::HasRoomFor(const SlotWords& words) {
-  for (int slot = 0; slot < kSlotCount; ++slot) {
-    if (tables_.Words(slot).size() + words[Index(slot)].size() <= kMostWords) continue;
+bool frmMorvelle::CanBeCounted(const SlotWords& words) {
+  const bool can = std::all_of(words.begin(), words.end(),
+                               [](const auto& list) { return list.size() <= kMostWords; });
+  if (!can) {
     messages_.Msg("Une liste de mots dépasserait 32 767 mots : rien n'a été ajouté"_cp,
                   kBoxExclamation);
-    return false;
   }
-  return true;
-}
-
-void frmMorvelle::AddWords(const SlotWords& words) {
-  for (int slot = 0; slot < kSlotCount; ++slot) {
-    auto& list = tables_.Words(slot);
-    list.insert(list.end(), words[Index(slot)].begin(), words[Index(slot)].end());
-    tables_.WordCount[Index(slot)] = Checked<std::int16_t>(list.size());
-    if (!list.empty()) wordLists_.SortTable(list, slot);
-  }
+  return can;
 }
 
 void frmMorvelle::ShowAddedWords() {
@@ -109,6 +92,14 @@ void frmMorvelle::ShowAddedWords() {
     if (const auto count = tables_.WordCount[Index(slot)]; count > 0) {
       ShowWordCount(slot, WordCountText(count));
     }
+    // The list is filled anew, with nothing selected. Only a word that was typed still waits.
+    const bool typed = cmdAdd[Index(slot)].Enabled();
+    if (!typed) {
+      const Filling filling(*this);
+      txtBox[Index(slot)].SetText("");
+      ShowCopy(slot);
+    }
+    EnableCmdADCR(typed, false, false, true, slot);
   }
   InitMod(true);
   InitOptions();
@@ -121,18 +112,27 @@ void frmMorvelle::cmdFilters_Click() {
     SlotWords words;
     {
       const Filling filling(*this);
-      TakeOverLists();
       words = CheckedPrefilters();
     }
     const bool any =
         std::any_of(words.begin(), words.end(), [](const auto& list) { return !list.empty(); });
+    // What the user typed is part of the rule.
+    for (std::size_t slot = 0; slot < kSlotCount; ++slot) {
+      const auto& listed = lstBox[slot].Items();
+      words[slot].insert(words[slot].begin(), listed.begin(), listed.end());
+    }
     // Without a word the rule is what it was.
-    if (!any || !HasRoomFor(words)) {
+    if (!any || !CanBeCounted(words)) {
       FiltersEnable(true);
       cmdFiltres.SetEnabled(true);
       return;
     }
-    AddWords(words);
+    for (int slot = 0; slot < kSlotCount; ++slot) {
+      auto& list = tables_.Words(slot);
+      list = std::move(words[Index(slot)]);
+      tables_.WordCount[Index(slot)] = Checked<std::int16_t>(list.size());
+      if (!list.empty()) wordLists_.SortTable(list, slot);
+    }
     ShowAddedWords();
   });
 }

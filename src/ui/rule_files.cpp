@@ -85,20 +85,24 @@ void frmMorvelle::MailToFile(bool oneRule, int row) {
     writers.MailToFile(oneRule, row, ports_.progress);
     WriteWholeFile(*file, sink.FileText());
     TellLeftOut(writers);
-    if (writers.NotReadable().empty()) return;
-    messages_.Msg(
-        std::string("Le fichier est enregistré mais ne pourra pas être importé :\r"
-                    "un saut de ligne ou une valeur illisible se trouve dans la règle"_cp) +
-            Listed(writers.NotReadable()),
-        kBoxExclamation);
+    TellNamed(
+        "Le fichier est enregistré mais ne pourra pas être importé :\r"
+        "un saut de ligne ou une valeur illisible se trouve dans la règle"_cp,
+        writers.NotReadable());
+    TellNamed(
+        "Le fichier est enregistré mais la règle sera inactive une fois importée\u00A0:\r"
+        "une action ou un critère ne peut être lu dans la règle"_cp,
+        writers.Damaged());
   });
 }
 
 void frmMorvelle::TellLeftOut(const RuleExport& writers) {
-  if (writers.LeftOut().empty()) return;
-  messages_.Msg(std::string("Cette règle est endommagée : elle n'est ni exportée ni imprimée"_cp) +
-                    Listed(writers.LeftOut()),
-                kBoxExclamation);
+  TellNamed("Cette règle est endommagée : elle n'est ni exportée ni imprimée"_cp,
+            writers.LeftOut());
+}
+
+void frmMorvelle::TellNamed(std::string_view what, const std::vector<std::string>& names) {
+  if (!names.empty()) messages_.Msg(std::string(what) + Listed(names), kBoxExclamation);
 }
 
 void frmMorvelle::ImportRules(const char* procedure, RuleFileKind kind) {

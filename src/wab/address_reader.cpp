@@ -18,6 +18,15 @@ constexpr std::size_t kBufferSize = 256;
 constexpr std::string_view kTooManyAddresses =
     "Le carnet d'adresses compte plus de 32 767 adresses : une règle ne peut les contenir"_cp;
 
+std::string LeftOutText(std::int32_t count) {
+  const bool one = count == 1;
+  std::string text = std::to_string(count);
+  text += one ? " adresse contient" : " adresses contiennent";
+  text += " des caractères que la messagerie ne connaît pas\u00A0: "_cp;
+  text += one ? "elle est laissée de côté."_cp : "elles sont laissées de côté."_cp;
+  return text;
+}
+
 }  // namespace
 
 std::string CleanAddress(std::string_view text) {
@@ -86,9 +95,11 @@ std::vector<std::string> AddressReader::ReadWab() {
       auto address = CleanAddress({buffer.data(), buffer.size()});
       if (!address.empty()) addresses.push_back(std::move(address));
     }
+    const auto leftOut = book_.LeftOut(hWab_);
     book_.FreeEntries(hWab_, ids);
     wabEntryCount_ = 0;
     CloseWab();
+    if (leftOut > 0) registry_.Boxes().Msg(LeftOutText(leftOut), kBoxExclamation);
     return addresses;
   });
 }

@@ -37,8 +37,9 @@ class AddressReader {
   bool OpenWab();
   void CloseWab();
 
-  /// The address of every entry that has one, in the library's order, repeats included. Empty when
-  /// the book did not open; the message has been shown then.
+  /// The address of every entry that has one, in the library's order, repeats included; says how
+  /// many the code page cannot hold. Empty when the book did not open; the message has been shown
+  /// then.
   std::vector<std::string> ReadWab();
 
   /// The addresses as a rule takes them: sorted, each once. Empty when there is none or when they

@@ -29,15 +29,20 @@ std::string Replaced(std::string text, char from, char to) {
 
 TEST(PrefilterFileTest, WordsComeUnderTheirTypeCode) {
   const auto typed = std::string(kValueTypeLabel) + "65\n" + std::string(kValueLabel);
-  const auto words =
-      ReadPrefilter("MAIL\ntête\nCRITERIA\n" + Block("8", typed + "promo\n\n  \ngratuit\nEOF\n") +
-                        "Flags\n0\n" + Block("12", "spam@x\nEOF\n") + Block("99", "rien\nEOF\n") +
-                        Block("8", std::string(kValueLabel) + "encore\nEOF\n") + "EOR\nreste",
-                    kTypes);
-  ASSERT_TRUE(words);
-  EXPECT_THAT((*words)[0], ElementsAre("spam@x"));
-  EXPECT_THAT((*words)[1], ElementsAre("promo", "gratuit", "encore"));
-  EXPECT_THAT((*words)[2], IsEmpty());
+  const auto text = "MAIL\ntête\nCRITERIA\n" +
+                    Block("8", typed + "promo\na\tb\nc\x01\n\x7F\nd\x81\ngratuit\nEOF\n") +
+                    "Flags\n0\n" + Block("12", "spam@x\nEOF\n") + Block("99", "rien\nEOF\n") +
+                    Block("8", std::string(kValueLabel) + "encore\nEOF\n") + "EOR\nreste";
+  std::string spaced;
+  for (const char character : text)
+    spaced += character == '\n' ? "\n\n \t\n" : std::string(1, character);
+  for (const auto& content : {text, spaced}) {
+    const auto words = ReadPrefilter(content, kTypes);
+    ASSERT_TRUE(words);
+    EXPECT_THAT((*words)[0], ElementsAre("spam@x"));
+    EXPECT_THAT((*words)[1], ElementsAre("promo", "d\x81", "gratuit", "encore"));
+    EXPECT_THAT((*words)[2], IsEmpty());
+  }
 }
 
 TEST(PrefilterFileTest, AFileWithoutItsEndIsDamaged) {

@@ -26,8 +26,9 @@ std::string Rule(const std::string& name, const std::string& actions, const std:
          "CRITERIA\r\nOrdre\r\n" + criteria + "EOR\r\n";
 }
 
-const std::string kRule = Rule("Été", "005 009\r\n" + Action("6", kFolder) + Action("12"),
-                               "007\r\n" + Criterion("8", "alpha\0\n\0\0\0"s));
+const std::string kRule =
+    Rule("Été", "005 009\r\n" + Action("6", kFolder) + Action("12"),
+         "007 008\r\n" + Criterion("8", "alpha\0\n\0\0\0"s) + Criterion("8", "autre\0\0\0"s));
 const std::string kMail = "MAIL\r\nOrder\r\n000 001\r\nVersion\r\n327680\r\nEOT\r\nID\r\n000\r\n" +
                           kRule + "ID\r\n001\r\n" + Rule("B", "\r\n", "000\r\n") + "EOM\r\n";
 
@@ -53,15 +54,17 @@ TEST(RuleFileReaderTest, EntriesAreNumberedByTheirPlace) {
   ASSERT_EQ(block.actions.size(), 2U);
   EXPECT_EQ(block.actions[0].Value, kFolder);
   EXPECT_EQ(block.actions[1].Id, "001");
-  ASSERT_EQ(block.criteria.size(), 1U);
+  ASSERT_EQ(block.criteria.size(), 2U);
   EXPECT_EQ(block.criteria[0].Value, "alpha\0\n\0\0\0"s);
   EXPECT_EQ(block.criteria[0].Flags, "-1");
   EXPECT_TRUE(file.rules[1].criteria.empty()) << "\"000\" and no criterion";
 
   RuleTables tables;
+  tables.SlotType = {"12", "8", "9", "22"};
   FillRow(tables, 0, "0A0", block);
+  EXPECT_EQ(tables.SlotOf(0, 1).Id, "000") << "the first of its kind";
   EXPECT_EQ(tables.RuleAt(0).ActionsOrder, "000 001");
-  EXPECT_EQ(tables.RuleAt(0).CriteriaOrder, "000");
+  EXPECT_EQ(tables.RuleAt(0).CriteriaOrder, "000 001");
   FillRow(tables, 0, "0A1", file.rules[1]);
   EXPECT_EQ(tables.RuleAt(0).CriteriaParam[0].Type, "") << "nothing is left of the row before";
 }
@@ -117,17 +120,32 @@ TEST(RuleFileReaderTest, WhatIsWrongInARuleRefusesTheFile) {
       << "no rule";
 }
 
-TEST(RuleFileReaderTest, EntriesThatWereDamagedAreDroppedAndNumbersAreTheirDigits) {
-  const auto file =
-      ReadRuleFile(Rule("A", "000 001 002\r\n" + Action("") + Action("012") + Action("10", " +7"),
-                        "000\r\n" + Criterion("")) +
-                       "EOM\r\n",
-                   RuleFileKind::OneRule);
-  ASSERT_EQ(file.verdict, RuleFileVerdict::Good);
-  ASSERT_EQ(file.rules[0].actions.size(), 2U);
-  EXPECT_EQ(file.rules[0].actions[0].Type, "12");
-  EXPECT_EQ(file.rules[0].actions[1].Value, "7");
-  EXPECT_TRUE(file.rules[0].criteria.empty());
+TEST(RuleFileReaderTest, ARuleWithAnEntryThatWasDamagedIsInactiveAndNumbersAreTheirDigits) {
+  const auto lost = "000\r\n" + Action("");
+  const auto good = "000 001\r\n" + Action("012") + Action("10", " +7");
+  const auto list = Criterion("8", "a\0\0\0"s);
+  const std::tuple<std::string, std::string, std::string> rules[] = {
+      {good, "000\r\n" + list, "1: 12 10=7 / 8"},
+      {good, "000 001\r\n" + Criterion("") + list, "0: 12 10=7 / 8"},
+      {"000 001\r\n" + Action("") + Action("9"), "000\r\n" + list, "0: 9 / 8"},
+      // Nothing that it never did: neither by its own actions nor by the default one.
+      {lost, "000\r\n" + list, "0: 12 / 8"},
+      {lost, "000\r\n" + Criterion(""), "0: 12 /"},
+      {"\r\n", "000\r\n" + list, "1: / 8"}};
+  for (const auto& [actions, criteria, read] : rules) {
+    const auto text = Replaced(Rule("A", actions, criteria), "Enabled\r\n", "Enabled\r\n1");
+    const auto file = ReadRuleFile(text + "EOM\r\n", RuleFileKind::OneRule);
+    ASSERT_EQ(file.verdict, RuleFileVerdict::Good);
+    const auto& block = file.rules[0];
+    auto shown = block.Enabled + ":";
+    for (const auto& action : block.actions) {
+      shown += " " + action.Type + (action.Value.empty() ? "" : "=" + action.Value);
+    }
+    shown += " /";
+    for (const auto& criterion : block.criteria) shown += " " + criterion.Type;
+    EXPECT_EQ(shown, read);
+    EXPECT_EQ(block.damaged, block.Enabled == "0");
+  }
 }
 
 TEST(RuleFileReaderTest, WhateverTheLengthsTheReaderEnds) {

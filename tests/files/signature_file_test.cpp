@@ -25,8 +25,13 @@ TEST(SignatureFileTest, FieldsEndAtCommasAndQuotes) {
 }
 
 TEST(SignatureFileTest, ATextOfSeveralLinesIsKeptWhole) {
-  EXPECT_EQ(Shown(ReadSignature("\r\nPerso\r\nBien, à toi\r\n\r\n\"Zoé\"\r\n 1 \r\n")),
-            "|Perso|Bien, à toi\r\n\r\n\"Zoé\"|1");
+  for (const std::string text : {"Bien, à toi\r\n\r\n\"Zoé\"", "Bien, à toi\nZoé", "\"Zoé\"\r, fin",
+                                 "\nZoé, fin", "Bises, Zoé\r\n", "Bises, Zoé\r", "a, b\r\n\r"}) {
+    const auto signature = ReadSignature(SignatureText({"", "Perso", text, 1}));
+    ASSERT_TRUE(signature);
+    EXPECT_EQ(signature->text, text);
+    EXPECT_EQ(signature->type, 1);
+  }
 }
 
 TEST(SignatureFileTest, WithoutFourLinesOrANumberItIsDamaged) {

@@ -18,13 +18,15 @@ struct Case {
   const char* why;
   std::string text;
   Entries entries;
+  int leftOut = 0;
 };
 
 void ExpectAll(std::initializer_list<Case> cases) {
-  for (const auto& [why, text, entries] : cases) {
+  for (const auto& [why, text, entries, leftOut] : cases) {
     const auto read = ReadBook(text);
     ASSERT_TRUE(read) << why;
-    EXPECT_THAT(*read, ElementsAreArray(entries)) << why;
+    EXPECT_THAT(read->entries, ElementsAreArray(entries)) << why;
+    EXPECT_EQ(read->leftOut, leftOut) << why;
   }
 }
 
@@ -92,6 +94,21 @@ TEST(BookFormats, Ldif) {
   });
 }
 
+TEST(BookFormats, AnAddressThatWindows1252LacksIsLeftOut) {
+  ExpectAll({
+      {"CSV",
+       "Nom;E-mail\n\u0141;\u0142@b.fr\nA;a@b.fr\nB;\u65E5\U0001F600@b.fr\n",
+       {"", "a@b.fr", ""},
+       2},
+      {"vCard",
+       "BEGIN:VCARD\nEMAIL:\u03B1@b.fr\nEMAIL:a@b.fr\nEND:VCARD\n"
+       "BEGIN:VCARD\nEMAIL;ENCODING=QUOTED-PRINTABLE:=CE=B1@b.fr\nEND:VCARD",
+       {"", "a@b.fr", ""},
+       2},
+      {"LDIF", "dn: cn=A\nmail:: zrFAYi5mcg==\n\ndn: cn=B\nmail: a?@b.fr\n", {"", "a?@b.fr"}, 1},
+  });
+}
+
 TEST(BookFormats, BytesThatAreNoTextAreNoBook) {
   EXPECT_FALSE(ReadBook("\x9C\xCB\xCB\x8D\x13\x75\xD2\x11\0\0a@b.fr"s));
 }
@@ -103,7 +120,8 @@ TEST(FileAddressBook, GivesWhatItsFileHolds) {
   EXPECT_FALSE(book.Open(folder / "absent.csv", handle));
   EXPECT_FALSE(book.Open(folder.Path(), handle));
   const std::string tooLong = std::string(251, 'x') + "@b.fr";
-  ASSERT_TRUE(book.Open(folder.Write("b.csv", "Nom;E-mail\nA;a@b.fr\nB;\nC;" + tooLong), handle));
+  ASSERT_TRUE(book.Open(folder.Write("b.csv", "Nom;E-mail\nA;a@b.fr\nB;\u03B1@b.fr\nC;" + tooLong),
+                        handle));
   ASSERT_EQ(book.NumEntries(handle), 3);
   std::array<EntryId, 3> ids{};
   book.GetEntries(handle, ids);
@@ -115,16 +133,17 @@ TEST(FileAddressBook, GivesWhatItsFileHolds) {
   EXPECT_FALSE(book.GetString(handle, ids[1], kPropertyEmailAddress, buffer));
   EXPECT_FALSE(book.GetString(handle, ids[2], kPropertyEmailAddress, buffer))
       << "half an address is another one";
+  EXPECT_EQ(book.LeftOut(handle), 1);
   book.Close(handle);
-  EXPECT_EQ(book.NumEntries(handle), 0);
+  EXPECT_EQ(book.NumEntries(handle) + book.LeftOut(handle), 0);
 }
 
 TEST(FileAddressBook, ALargeFileFullOfStrayQuotesIsRead) {
   std::string text = "Nom;E-mail\n";
   for (int i = 0; i < 100000; ++i) text += "\"A;" + std::to_string(i) + "@b.fr\n";
-  const auto entries = ReadBook(text);
-  ASSERT_TRUE(entries);
-  EXPECT_EQ(entries->size(), 100000U);
+  const auto book = ReadBook(text);
+  ASSERT_TRUE(book);
+  EXPECT_EQ(book->entries.size(), 100000U);
 }
 
 }  // namespace

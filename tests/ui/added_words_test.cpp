@@ -62,17 +62,19 @@ TEST_F(AddedWordsTest, AFilterThatCannotBeReadIsNamedAndAddsNothing) {
   WriteFile(Own(kEnglish), std::string(kType) + "12\nmot\nEOR\n");
   Filter(Own("Brisquet_sexe.oe"), "8", "mot\n");
   Open(0);
-  for (const int i : {0, 1, 3}) Check(i);
+  Check(1);
+  ClickWord(kSender, 1);
+  dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
+  Click("cmdFiltres");
+  EXPECT_EQ(Which({"mnuRegContent", "cmdDel(0)", "cmdRestore(0)", "cmdFiltres"}),
+            "cmdDel(0) cmdFiltres")
+      << "nothing read, nothing changed";
+  for (const int i : {0, 3}) Check(i);
   dialogs.Expect("Fichier Brisquet_asiatique.oe" + std::string(kUnreadable));
   dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
   Click("cmdFiltres");
   EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta"));
   EXPECT_THAT(Words(kSubject), ElementsAre("mot"));
-  // Nothing read, nothing modified.
-  Open(1);
-  Check(1);
-  dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
-  Click("cmdFiltres");
 }
 
 TEST_F(AddedWordsTest, TheUsersOwnFilterIsChosenWhenItsBoxIsChecked) {
@@ -106,20 +108,63 @@ TEST_F(AddedWordsTest, TheUsersOwnFilterIsChosenWhenItsBoxIsChecked) {
 }
 
 TEST_F(AddedWordsTest, AListThatCouldNotBeCountedIsLeftAlone) {
-  StartWithTwoRules();
-  std::string many;
-  for (int k = 0; k < 32766; ++k) many += std::to_string(k) + "\n";
-  Filter(Own(kEnglish), "12", many);
-  Open(0);
+  constexpr auto kTooMany = "Une liste de mots dépasserait 32 767 mots : rien n'a été ajouté"_cp;
+  std::vector<std::string> most;
+  for (int k = 0; k < 32767; ++k) most.push_back(std::to_string(k));
+  rules.Order("000 001 002").PlainRule("000", "Base", "000").Words("000", 12, most);
+  rules.PlainRule("001", "Mêmes mots"_cp, "000").Words("000", 12, most);
+  rules.PlainRule("002", "Un de plus", "000").Words("000", 12, {"plus"});
+  Filter(Own(kEnglish), "12", "plus\n");
+  Start();
+  const auto same = Exported(1);
+  const auto oneMore = Exported(2);
+  Merge(0);
+  Browse(same);
+  EXPECT_EQ(form->txtMerge.Text(), "regle1.roe") << "what both have counts once";
+  dialogs.Expect(kTooMany);
+  Browse(oneMore);
   Check(1);
-  dialogs.Expect("Une liste de mots dépasserait 32 767 mots : rien n'a été ajouté"_cp);
+  dialogs.Expect(kTooMany);
   Click("cmdFiltres");
-  EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta"));
+  dialogs.Expect("Dépassement de capacité"_cp, kBoxOk, "cmdAdd_Click");
+  Add(kSender, u"plus");
+  EXPECT_EQ(Words(kSender).size(), 32767U);
+  EXPECT_EQ(Count(kSender), "32767 mots");
+}
+
+TEST_F(AddedWordsTest, WordsFromOutsideLeaveNothingSelectedAndCanBeSaved) {
+  StartWithTwoRules();
+  Filter(Own("Brisquet_asiatique.oe"), "12", "zeta\n");
+  Open(1);
+  Show(kBody);
+  ClickWord(kBody, 1);
+  Show(kSubject);
+  ClickWord(kSubject, 0);
+  Type(kSubject, u"noces");
+  Check(0);
   EXPECT_FALSE(Can("mnuRegContent"));
+  Click("cmdFiltres");
+  EXPECT_TRUE(Can("mnuRegContent") && Can("cmdRecord(0)"));
+  const auto shown = [&](int slot) {
+    Show(slot);
+    std::string text = Typed(slot) + form->txtCop[Index(slot)].Text();
+    for (const auto* button : {"cmdAdd", "cmdDel", "cmdChange", "cmdRestore"}) {
+      if (Can(button + ("(" + std::to_string(slot) + ")"))) text.append(" ").append(button);
+    }
+    return text + " " + std::to_string(form->lstBox[Index(slot)].ListIndex());
+  };
+  EXPECT_EQ(shown(kSender), " cmdRestore -1");
+  EXPECT_EQ(shown(kBody), " cmdRestore -1") << "its text came from the list";
+  EXPECT_EQ(shown(kSubject), "noces'noces' cmdAdd cmdRestore -1") << "its text was typed";
+  form->cmdAdd[1].Click();
+  EXPECT_THAT(Words(kSubject), ElementsAre("anniversaire", "noces"));
+  Check(0);
+  Click("cmdRestore(1)");
+  EXPECT_FALSE(Checked(0) || Can("cmdFiltres"));
 }
 
 TEST_F(AddedWordsTest, AMergedRuleJoinsItsListsAndIsSaved) {
-  rules.Order("000 001");
+  rules.Order("000 001 002").PlainRule("002", "Vide", "000");
   rules.PlainRule("000", "Base", "000 001").Words("000", 12, {"beta", "alpha"}, 1, 1);
   rules.Words("001", 9, {"zut", "bof"}, 0, 1);
   // An empty word, which every message holds, stays where it is.
@@ -138,12 +183,23 @@ TEST_F(AddedWordsTest, AMergedRuleJoinsItsListsAndIsSaved) {
   EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta", "gamma", "omega"));
   EXPECT_THAT(Words(kSubject), ElementsAre("objet"));
   EXPECT_THAT(Words(kBody), ElementsAre("zut", "bof")) << "a list that nothing joins is left alone";
-  dialogs.AllowAnyBox();
-  form->Menu("mnuRegContent").Choose();
-  dialogs.ExpectAllShown();
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  Choose("mnuRegContent");
+  EXPECT_THAT(Stored("000\\Criteria"),
+              testing::AllOf(testing::HasSubstr("\"alpha~beta~gamma~omega~~~\""),
+                             testing::HasSubstr("\\Flags = 3\n001\\Logic = 1\n001\\Type = 8\n"
+                                                "001\\Value = 3:\"objet~~~\"")));
   Open(0);
   EXPECT_FALSE(form->fraMerge.Visible());
-  form->OkForAll();
+  // What has no criterion yet takes the and/or of the file, too.
+  Click("cmdCancelRule(0)");
+  Merge(2);
+  Browse(other);
+  EXPECT_TRUE(Window::Checked("mnuCriteriaYes"));
+  dialogs.Expect(kSaveBoth, Button::Yes);
+  Choose("mnuRegContent");
+  EXPECT_THAT(Stored("002\\Criteria"), testing::HasSubstr("000\\Logic = 2\n"));
+  EXPECT_THAT(Stored("002\\Criteria"), testing::HasSubstr("001\\Logic = 2\n"));
 }
 
 TEST_F(AddedWordsTest, AMergeThatWouldReverseAMeaningIsRefused) {

@@ -9,6 +9,14 @@ namespace {
 using testing::ElementsAre;
 
 constexpr std::string_view kCannotImport = "Ce fichier ne peut être importé"_cp;
+constexpr std::string_view kReplace = " existe déjà.\rVoulez-vous le remplacer ?"_cp;
+constexpr std::string_view kNoneImported =
+    "Toutes les règles existent déjà.\r\nAucune n'a été importée."_cp;
+
+std::string Refused(std::string_view name) {
+  return std::string("La règle "_cp).append(name) +
+         std::string(" existe déjà.\r\nElle ne sera pas importée."_cp);
+}
 
 struct RuleFilesTest : Window {
   void Export(int row) { form->RuleMenu("mnuWhatRuleToFile").Choose(row); }
@@ -51,8 +59,9 @@ struct RuleFilesTest : Window {
 };
 
 TEST_F(RuleFilesTest, OneRuleGoesToTheChosenFile) {
-  rules.Order("000");
+  rules.Order("000 001");
   rules.PlainRule("000", "Le \"bon\"/vrai", "000").Words("000", 12, {"alpha"});
+  rules.Rule("001", "Sans action").Actions("").Criteria("000").Words("000", 8, {"beta"});
   Start();
   fileDialogs.Choose(File("bon"));
   Export(0);
@@ -63,8 +72,19 @@ TEST_F(RuleFilesTest, OneRuleGoesToTheChosenFile) {
   EXPECT_EQ(question.proposal, "Le 'bon'-vrai.roe");
   EXPECT_EQ(question.folder, environment.userFolder / "Fichiers VLX");
   EXPECT_EQ(environment.currentFolder, environment.userFolder / "");
-  EXPECT_THAT(ReadFile(File("bon.roe")), testing::HasSubstr("\r\nLe \"bon\"/vrai\r\n"));
-  EXPECT_EQ(form->lstRules.Count(), 1);
+  EXPECT_EQ(form->lstRules.Count(), 2);
+  Import("mnuImpOneRule", Replaced(ReadFile(File("bon.roe")), "Le \"bon\"/vrai", "Autre"));
+  EXPECT_THAT(Stored(), testing::StartsWith("Order = \"000 001 002\"\n"));
+  EXPECT_THAT(Stored("002"), testing::AllOf(testing::StartsWith("Name = \"Autre\"\n"),
+                                            testing::HasSubstr("Actions\\000\\Type = 12\n"),
+                                            testing::HasSubstr("\"alpha~~~\"")));
+  // The action that a file is given stays in the tables only with all rules.
+  fileDialogs.Choose(File("bon"));
+  dialogs.Expect("bon.roe" + std::string(kReplace), Button::Yes);
+  Export(1);
+  EXPECT_EQ(state.tables.Actions[1], 0);
+  Exported();
+  EXPECT_EQ(state.tables.Actions[1], 1);
 }
 
 TEST_F(RuleFilesTest, AFileIsReplacedOnlyWhenTheUserAgreesAndItIsNotProtected) {
@@ -73,8 +93,7 @@ TEST_F(RuleFilesTest, AFileIsReplacedOnlyWhenTheUserAgreesAndItIsNotProtected) {
   WriteFile(File("b.moe"), "ancien");
   std::filesystem::permissions(File("b.moe"), std::filesystem::perms::owner_read);
   for (int answer = 0; answer < 4; ++answer) fileDialogs.Choose(File(answer == 0 ? "a" : "b"));
-  std::string replace;
-  replace += " existe déjà.\rVoulez-vous le remplacer ?"_cp;
+  const std::string replace(kReplace);
   std::string isProtected = "b.moe";
   isProtected += " est protégé, choisir un autre nom"_cp;
   const int replaceStyle = kBoxYesNo + kBoxExclamation + kBoxSecondDefault;
@@ -100,8 +119,7 @@ TEST_F(RuleFilesTest, WhatCannotBeWrittenIsToldAndTheWindowStays) {
   const auto before = Stored();
   std::filesystem::create_symlink("/dev/full", File("plein.moe"));
   fileDialogs.Choose(File("plein.moe"));
-  dialogs.Expect("plein.moe" + std::string(" existe déjà.\rVoulez-vous le remplacer ?"_cp),
-                 Button::Yes);
+  dialogs.Expect("plein.moe" + std::string(kReplace), Button::Yes);
   dialogs.Expect("Disque plein", kBoxOk, "MailToFile");
   Choose("mnuExpAllRules");
   fileDialogs.Choose(std::nullopt);
@@ -178,14 +196,14 @@ TEST_F(RuleFilesTest, TheTablesSayWhatIsStoredOnceItIsImported) {
 }
 
 TEST_F(RuleFilesTest, NewRulesAreNumberedAfterTheGreatestId) {
-  rules.Order("000 009 00A");
+  rules.Order("00A 000 009");
   for (const char* id : {"000", "009", "00A"}) rules.PlainRule(id, id, "000");
   Start();
   const auto text = Replaced(Replaced(Replaced(Exported(), "gle\r\n000\r\nV", "gle\r\nX\r\nV"),
                                       "gle\r\n009\r\nV", "gle\r\nX\r\nV"),
                              "gle\r\n00A\r\nV", "gle\r\nY\r\nV");
   Import("mnuImpAllRules", text);
-  EXPECT_EQ(state.tables.Mail.Order, "000 009 00A 00B 00C 00D");
+  EXPECT_EQ(state.tables.Mail.Order, "00A 000 009 00B 00C 00D");
   EXPECT_EQ(state.tables.RuleAt(4).Name, "X") << "two new rules of one name are both taken";
   EXPECT_EQ(fileDialogs.asked.back().title, "Nom et emplacement du fichier à importer ?"_cp);
 }
@@ -205,26 +223,68 @@ TEST_F(RuleFilesTest, ARuleWhoseNameIsThereIsRefused) {
   StartWithTwoRules();
   const auto text = Exported();
   const auto before = Stored();
-  const auto refused = [](std::string_view name) {
-    return std::string("La règle "_cp) + std::string(name) +
-           std::string(" existe déjà.\r\nElle ne sera pas importée."_cp);
-  };
-  dialogs.Expect(refused("Publicités"_cp), kBoxOk, kAppTitle);
-  dialogs.Expect(refused("Famille"), kBoxOk, kAppTitle);
-  dialogs.Expect("Toutes les règles existent déjà.\r\nAucune n'a été importée."_cp, kBoxOk,
-                 kAppTitle);
+  dialogs.Expect(Refused("Publicités"_cp), kBoxOk, kAppTitle);
+  dialogs.Expect(Refused("Famille"), kBoxOk, kAppTitle);
+  dialogs.Expect(kNoneImported, kBoxOk, kAppTitle);
   Import("mnuImpAllRules", text);
   EXPECT_EQ(Stored(), before);
   // The other rules of the file are taken.
-  dialogs.Expect(refused("Famille"));
+  dialogs.Expect(Refused("Famille"));
   Import("mnuImpAllRules", Replaced(text, "Publicités"_cp, "famille"));
   EXPECT_EQ(state.tables.Mail.Order, "000 001 002");
   EXPECT_EQ(state.tables.RuleAt(2).Name, "famille");
   // One rule alone: its own message, and no second one.
   fileDialogs.Choose(File("une.roe"));
   Export(0);
-  dialogs.Expect(refused("Publicités"_cp));
+  dialogs.Expect(Refused("Publicités"_cp));
   Import("mnuImpOneRule", ReadFile(File("une.roe")));
+}
+
+TEST_F(RuleFilesTest, ManyRefusalsAreFiveBoxesAndAList) {
+  rules.Order("000 001 002 003 004 005 006");
+  for (std::string id = "000"; id < "007"; ++id.back()) rules.PlainRule(id, "R" + id, "000");
+  Start();
+  const auto text = Exported();
+  for (const auto* name : {"R000", "R001", "R002", "R003", "R004"}) dialogs.Expect(Refused(name));
+  dialogs.Expect(
+      "Autres règles qui existent déjà et ne seront pas importées\u00A0:\r\"R005\"\r\"R006\""_cp);
+  dialogs.Expect(kNoneImported);
+  Import("mnuImpAllRules", text);
+}
+
+TEST_F(RuleFilesTest, ARuleThatWasDamagedComesBackInactiveAndIsNamed) {
+  rules.Order("000 001 002");
+  rules.PlainRule("000", "Sans action", "000").Words("000", 12, {"alpha"});
+  rules.Remove(kTestMailKey + "000\\Actions\\000", "Type");
+  rules.PlainRule("001", "Bonne", "000").Words("000", 12, {"beta"});
+  rules.PlainRule("002", "Sans critère"_cp, "000 001").Words("000", 12, {"gamma"}, 0, 2);
+  dialogs.AllowAnyBox();
+  Start();
+  dialogs.Expect(
+      "Le fichier est enregistré mais la règle sera inactive une fois importée\u00A0:\r"
+      "une action ou un critère ne peut être lu dans la règle\r"
+      "\"Sans action\"\r\"Sans critère\""_cp,
+      kBoxExclamation, kAppTitle);
+  const auto text = Exported();
+  dialogs.ExpectAllShown();
+  StartEmpty();
+  const auto imported = [&](std::string_view name) {
+    dialogs.Expect(std::string("La règle \""_cp).append(name) +
+                   std::string("\" de ce fichier est endommagée\u00A0: "
+                               "elle a été importée inactive."_cp));
+  };
+  imported("Sans action");
+  imported("Sans critère"_cp);
+  Import("mnuImpAllRules", text);
+  dialogs.ExpectAllShown();
+  EXPECT_THAT(form->lstRules.Items(),
+              ElementsAre("  000 Sans action", "* 001 Bonne", "  002 Sans critère"_cp));
+  EXPECT_THAT(Stored("000"), testing::HasSubstr("Actions\\000\\Type = 12\n"));
+  EXPECT_THAT(Stored("002"), testing::HasSubstr("Criteria\\Order = \"000\"\n"));
+  // What is refused for its name is not said to have come.
+  dialogs.shown.clear();
+  Import("mnuImpAllRules", text);
+  EXPECT_EQ(dialogs.shown.size(), 4U);
 }
 
 TEST_F(RuleFilesTest, WhatIsNoGoodFileChangesNothing) {
@@ -334,7 +394,7 @@ TEST_F(RuleFilesTest, ChangesAreAskedAboutBeforeAnythingLeavesOrComes) {
   EXPECT_FALSE(Can("mnuRegContent"));
 }
 
-TEST_F(RuleFilesTest, TheListingIsPrintedUnlessTheDialogIsCancelled) {
+TEST_F(RuleFilesTest, TheListingIsPrintedAndOnlyAFailureIsTold) {
   StartWithTwoRules();
   Choose("mnuPrintAllRules");
   form->RuleMenu("mnuWhatRuleToPrint").Choose(1);
@@ -344,6 +404,7 @@ TEST_F(RuleFilesTest, TheListingIsPrintedUnlessTheDialogIsCancelled) {
   EXPECT_EQ(printer.titles.back(), "Famille");
   printer.outcome = PrintOutcome::Cancelled;
   Choose("mnuPrintAllRules");
+  EXPECT_TRUE(dialogs.shown.empty());
   printer.outcome = PrintOutcome::Failed;
   dialogs.Expect("L'impression n'a pas abouti", kBoxStop, kAppTitle);
   Choose("mnuPrintAllRules");

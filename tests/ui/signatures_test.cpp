@@ -29,6 +29,17 @@ struct SignaturesTest : Window {
     fileDialogs.Choose(Own("a.sgn"));
     Choose("mnuImpSign");
   }
+  void Export(std::string_view message) {
+    dialogs.Expect(std::string(message) + Folder());
+    Choose("mnuExpSign");
+  }
+  /// Imports a signature that is there already.
+  void ImportAgain(const std::string& name) {
+    fileDialogs.Choose(Own(name));
+    dialogs.Expect(kAskReplace, Button::Yes);
+    dialogs.Expect(kImported);
+    Choose("mnuImpSign");
+  }
   [[nodiscard]] std::string Dump() { return DumpOf(store, kSignatures); }
 };
 
@@ -39,19 +50,67 @@ TEST_F(SignaturesTest, EachSignatureGetsAFile) {
   Choose("mnuExpSign");
   EXPECT_EQ(ReadFile(Own("Perso-moi 151126.sgn")), "\r\nPerso/moi\r\nBien, à vous\r\n 1 \r\n");
 
-  // Text files come along, of one name too; a type kept as text is its number; nothing is left over
-  // from the signature before.
-  WriteFile(environment.HostPath("C:\\a\\s.txt"), "un");
-  WriteFile(environment.HostPath("C:\\b\\S.txt"), "deux");
-  Store("00000001", "A", "", "C:\\a\\s.txt", 2);
-  Store("00000002", "B", "", "C:\\b\\S.txt", 2);
-  rules.PutText(kSignatures + "\\00000003", "type", "2")
-      .PutText(kSignatures + "\\00000003", "name", "C");
-  dialogs.Expect(std::string(kSeveral) + Folder());
-  Choose("mnuExpSign");
+  // A type kept as text is its number; nothing is left over from the signature before. A name that
+  // only the file system takes for another's has a file of its own, the same at each export; of
+  // signatures of one name the last is written.
+  rules.PutText(kSignatures + "\\00000001", "type", "2")
+      .PutText(kSignatures + "\\00000001", "name", "PERSO:moi");
+  Store("00000002", "Perso/moi", "Bises");
+  for (int time = 0; time < 2; ++time) {
+    Export(kSeveral);
+    EXPECT_EQ(ReadFile(Own("Perso-moi 151126.sgn")), "\r\nPerso/moi\r\nBises\r\n 1 \r\n");
+    EXPECT_EQ(ReadFile(Own("PERSO-moi 151126 (2).sgn")), "\r\nPERSO:moi\r\n\r\n 2 \r\n");
+    const std::filesystem::directory_iterator files(Own("").parent_path());
+    EXPECT_EQ(std::distance(begin(files), end(files)), 2);
+  }
+}
+
+TEST_F(SignaturesTest, TextsOfOneNameComeBackToTheirOwnSignatures) {
+  const auto first = environment.HostPath("C:\\a\\s.txt");
+  const auto second = environment.HostPath("C:\\b\\S.txt");
+  WriteFile(first, "un");
+  WriteFile(second, "deux");
+  Store("00000000", "A", "", "C:\\a\\s.txt", 2);
+  Store("00000001", "B", "", "C:\\b\\S.txt", 2);
+  StartWithTwoRules();
+  Export(kSeveral);
+  std::filesystem::remove(first);
+  std::filesystem::remove(second);
+  ImportAgain("A 151126.sgn");
+  ImportAgain("B 151126.sgn");
+  EXPECT_EQ(ReadFile(first), "un");
+  EXPECT_EQ(ReadFile(second), "deux");
+  // A text that is not there is not another's.
+  std::filesystem::remove(second);
+  std::filesystem::remove(Own("S (B 151126).txt"));
+  Export(kSeveral);
+  EXPECT_EQ(ReadFile(Own("s (A 151126).txt")), "un");
+  dialogs.Expect(kAskReplace, Button::Yes);
+  dialogs.Expect("Le fichier texte de signature est absent");
+  Import(ReadFile(Own("B 151126.sgn")));
+}
+
+TEST_F(SignaturesTest, ATextThatAnotherFileNamesIsNotWrittenOver) {
+  const auto place = environment.HostPath("C:\\a\\s.txt");
+  WriteFile(place, "un");
+  Store("00000000", "A", "", "C:\\a\\s.txt", 2);
+  StartWithTwoRules();
+  Export(kSeveral);
+  Export(kSeveral);
   EXPECT_EQ(ReadFile(Own("s.txt")), "un");
-  EXPECT_EQ(ReadFile(Own("S (2).txt")), "deux");
-  EXPECT_EQ(ReadFile(Own("C 151126.sgn")), "\r\nC\r\n\r\n 2 \r\n");
+  WriteFile(Own("Autre.SGN"), "D:\\S.txt\r\nAutre\r\n\r\n 2 \r\n");
+  Export(kSeveral);
+  EXPECT_FALSE(std::filesystem::exists(Own("s (A 151126).txt"))) << "the same text serves both";
+  WriteFile(place, "deux");
+  Export(kSeveral);
+  EXPECT_EQ(ReadFile(Own("s.txt")), "un");
+  // The own copy goes first, and so is not left to grow old.
+  std::filesystem::remove(Own("Autre.SGN"));
+  WriteFile(place, "trois");
+  Export(kSeveral);
+  WriteFile(place, "quatre");
+  ImportAgain("A 151126.sgn");
+  EXPECT_EQ(ReadFile(place), "trois");
 }
 
 TEST_F(SignaturesTest, WithoutSignaturesOrFilesItIsSaid) {
@@ -97,10 +156,13 @@ TEST_F(SignaturesTest, OneOfTheSameNameIsReplacedOnlyWhenTheUserAgrees) {
 }
 
 TEST_F(SignaturesTest, ATwelfthNameIsTheLast) {
-  for (const char digit : std::string("0123456789AB")) {
+  for (const char digit : std::string("0123456789A")) {
     Store("0000000" + std::string(1, digit), std::string(1, digit), "");
   }
   StartWithTwoRules();
+  dialogs.Expect(kImported);
+  Import("\r\nTravail\r\nx\r\n 1 \r\n");
+  EXPECT_TRUE(store.HasKey(kSignatures + "\\0000000B"));
   const auto before = Dump();
   dialogs.Expect("Cette identité a déjà trop de signatures : celle-ci n'a pas été importée"_cp);
   Import("\r\nPerso\r\nx\r\n 1 \r\n");
@@ -117,35 +179,28 @@ TEST_F(SignaturesTest, ADamagedFileWritesNothing) {
   EXPECT_FALSE(store.HasKey(kSignatures));
 }
 
-TEST_F(SignaturesTest, ItsTextFileIsPutBackAndANewerOneIsKept) {
+TEST_F(SignaturesTest, ItsTextFileIsPutBackAndTheOneThereIsKept) {
   StartWithTwoRules();
   const std::string content = "C:\\Textes\\s.txt\r\nPerso\r\n\r\n 2 \r\n";
   dialogs.Expect("Le fichier texte de signature est absent", kBoxOk, kAppTitle);
   Import(content);
-  WriteFile(Own("s.txt"), "ancien");
+  WriteFile(Own("s.txt"), "copie");
   dialogs.Expect("Le fichier texte de signature est absent");
   Import(content);
   EXPECT_FALSE(store.HasKey(kSignatures)) << "the folder is missing";
   const auto place = environment.HostPath("C:\\Textes\\s.txt");
   WriteFile(place, "plus recent");
-  std::filesystem::last_write_time(
-      place, std::filesystem::last_write_time(Own("s.txt")) + std::chrono::hours(1));
   dialogs.Expect(kImported);
   Import(content);
-  EXPECT_EQ(ReadFile(place), "ancien");
+  EXPECT_EQ(ReadFile(place), "copie");
+  ImportAgain("a.sgn");
+  WriteFile(place, "plus ancien");
+  std::filesystem::last_write_time(
+      place, std::filesystem::last_write_time(Own("s.txt")) - std::chrono::hours(1));
+  ImportAgain("a.sgn");
+  EXPECT_EQ(ReadFile(place), "copie");
   EXPECT_EQ(ReadFile(place.parent_path() / "s (copie du 151126).txt"), "plus recent");
-  // Of two copies of one name, that of another signature is not put over this one's text.
-  WriteFile(Own("s (2).txt"), "le sien");
-  for (const auto* text : {"le sien", "autre"}) {
-    WriteFile(place, text);
-    std::filesystem::last_write_time(
-        place, std::filesystem::last_write_time(Own("s.txt")) - std::chrono::hours(1));
-    dialogs.Expect(kAskReplace, Button::Yes);
-    dialogs.Expect(kImported);
-    Import(content);
-    EXPECT_EQ(ReadFile(place), text == std::string("autre") ? "ancien" : text);
-  }
-  EXPECT_EQ(ReadFile(place.parent_path() / "s (copie du 151126 n2).txt"), "autre");
+  EXPECT_EQ(ReadFile(place.parent_path() / "s (copie du 151126 n2).txt"), "plus ancien");
 }
 
 TEST_F(SignaturesTest, WhatCannotBeWrittenIsTold) {

@@ -43,6 +43,21 @@ TEST_F(AddressReaderTest, AddressesAreCutAtTheirFirstZeroAndKeepTheLibrarysOrder
   EXPECT_THAT(reader.ReadWords(), ElementsAre("a@b.fr", "c d@b.fr", "e@b.fr", "zoé@b.fr"));
 }
 
+TEST_F(AddressReaderTest, HowManyAddressesAreLeftOutIsSaid) {
+  Book({"", "a@b.fr"});
+  addressBook.leftOut = 1;
+  dialogs.Expect(
+      "1 adresse contient des caractères que la messagerie ne connaît pas\u00A0: "
+      "elle est laissée de côté."_cp,
+      kBoxExclamation, kAppTitle);
+  EXPECT_THAT(reader.ReadWab(), ElementsAre("a@b.fr"));
+  addressBook.leftOut = 2;
+  dialogs.Expect(
+      "2 adresses contiennent des caractères que la messagerie ne connaît pas\u00A0: "
+      "elles sont laissées de côté."_cp);
+  reader.ReadWords();
+}
+
 TEST_F(AddressReaderTest, ARuleHoldsNoMoreThanItsCountDoes) {
   std::vector<std::string> addresses;
   for (int i = 0; i < 32767; ++i) addresses.push_back(std::to_string(i) + "@b.fr");
