@@ -282,9 +282,11 @@ class Reader {
       SkipBlanks();
       const auto high = DigitOf(Peek());
       if (high == kNoDigit) {
-        if (Peek() != u'\\') return AtLineEndOrComment();
+        // A comma with nothing behind it, or the end of a value that lost its "\\".
+        if (Peek() != u'\\') return AtLineEndOrComment() && (hex_.empty() || !BytesFollow());
         ++at_;
-        if (!AtLineEndOrComment() || !SkipToNextBytes()) return false;
+        if (!AtLineEndOrComment()) return false;
+        if (!SkipToNextBytes()) return true;
         continue;
       }
       ++at_;
@@ -317,6 +319,20 @@ class Reader {
       at_ += 3;
     }
     hex_.append(bytes.data(), count);
+  }
+
+  /// Whether the next line is one of bytes alone.
+  bool BytesFollow() {
+    const char16_t* here = at_;
+    SkipLine();
+    SkipBlanks();
+    const char16_t* start = at_;
+    while (DigitOf(Peek()) != kNoDigit) ++at_;
+    const auto digits = at_ - start;
+    const bool follow =
+        (digits == 1 || digits == 2) && (Peek() == u',' || Peek() == u'\\' || AtLineEndOrComment());
+    at_ = here;
+    return follow;
   }
 
   /// Past blank lines and comments; false when the text ends.

@@ -112,7 +112,11 @@ constexpr Case kCases[] = {
      "\"0123456789\"=hex:00,01,02,03,04,05,06,07,08,09,0a,0b,0c,0d,0e,0f,10,11,12,13,\\\r\n"
      "  14,15,16,17,18,19,1a,1b,1c,1d,1e,1f,20,21,22,23,24,25,26,27,28,29,2a,2b,2c,\\\r\n"
      "  2d,2e,2f,30,31\r\n"},
-    {"a file cut short", "[A\\B]\r\n\"a\"=hex:01,02,\\", "[A\\B]\r\n;\"a\"=hex:01,02,\\\r\n"},
+    {"a comma with nothing behind it ends the bytes, unless more of them follow",
+     "[A\\B]\n\"a\"=hex:01,\n\"b\"=hex:02,\n 03,\n\"c\"=hex:04, ; c\n  5\n\"d\"=hex:06,\nadd\n",
+     "[A\\B]\r\n\"a\"=hex:01\r\n;\"b\"=hex:02,\r\n; 03,\r\n;\"c\"=hex:04, ; c\r\n;  5\r\n"
+     "\"d\"=hex:06\r\n;add\r\n"},
+    {"a file cut short", "[A\\B]\r\n\"a\"=hex:01,02,\\\r\n ", "[A\\B]\r\n\"a\"=hex:01,02\r\n"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Cases, RegText, testing::ValuesIn(kCases));
@@ -185,14 +189,22 @@ TEST(RegFile, AKeyNeverBecomesADeletion) {
 
 TEST(RegFile, RefusesAnotherHeader) {
   for (const std::string_view bytes :
-       {"", "regedit4\r\n", "REGEDIT4 \r\n", "REGEDIT44", " REGEDIT4", "REGEDIT5\r\n",
+       {"", " ", "regedit4\r\n", "REGEDIT4 \r\n", "REGEDIT44", "\nREGEDIT4", "REGEDIT5\r\n",
         "Windows Registry Editor Version 5.0\r\n", "Windows registry Editor Version 5.00\r\n",
         "[HKEY_CURRENT_USER]", "\xEF\xBB\xBFREGEDIT4\r\n", "\xFE\xFF", "\xFF\xFE"}) {
     EXPECT_FALSE(RoundTrip(bytes)) << bytes;
   }
   EXPECT_FALSE(RoundTrip(Utf16("REGEDIT4\r\n")));
-  for (const std::string_view bytes : {"REGEDIT4", "REGEDIT4\n[A]", "REGEDIT4\r[A]"}) {
+  for (const std::string_view bytes : {"REGEDIT4", "REGEDIT4\n[A]", "\t REGEDIT4\r[A]"}) {
     EXPECT_TRUE(RoundTrip(bytes)) << bytes;
+  }
+  const auto whole = File(kFive, "[A\\\xC3\xA9]\r\n");
+  for (const auto& one : {whole, Utf16(whole)}) {
+    const auto head = one.find('W');
+    auto blanks = one;
+    // What was UTF-16 stays so without its mark.
+    blanks.replace(0, head, head == 2 ? std::string_view(" \0\t\0", 4) : " \t");
+    EXPECT_EQ(RoundTrip(blanks), one.substr(head)) << testing::PrintToString(one);
   }
 }
 
