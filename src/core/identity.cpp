@@ -3,8 +3,17 @@
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "core/rule_tables.h"
+#include "core/whole_rules.h"
 
 namespace morvelle {
+
+bool MayOpen(const RegistryStore& store, const Messages& messages) {
+  const auto file = store.Exchange();
+  if (!file || !file->incomplete) return true;
+  return messages.TestOui(
+      "Ce fichier semble incomplet\u00A0: sa fin manque peut-être.\r"
+      "L'ouvrir quand même\u00A0?"_cp);
+}
 
 void IdentityFinder::NoIdentity() {
   registry_.Boxes().Boxes().ShowMessage(
@@ -79,12 +88,13 @@ bool IdentityFinder::FindID() {
 
     identity_.MailKey += "Rules\\Mail\\";
     const bool existed = registry_.OpenKey(identity_.MailKey, handle, false) == kStatusSuccess;
+    const bool whole = existed && HoldsAllRules(registry_, identity_.MailKey);
+    registry_.Store().GiveKey(identity_.MailKey, whole ? Import::Replaces : Import::Adds);
     if (existed) {
       registry_.CloseKey(handle);
     } else {
       MakeRulesKey();
     }
-    registry_.Store().GiveKeyWhole(identity_.MailKey);
     return existed;
   });
 }

@@ -17,6 +17,13 @@ struct RegFileFormat {
   bool byteOrderMark = true;
 };
 
+/// A remark that we put into a file which may lack keys: who imports it loses nothing by it.
+inline constexpr std::u16string_view kInPartRemark =
+    u"; Morvelle : fichier incomplet, son import ne supprime rien";
+/// What we put before a value that may lack its end, so that its import does not replace a whole
+/// one.
+inline constexpr std::u16string_view kCutValueRemark = u"; Morvelle, valeur sans fin : ";
+
 /// A `.reg` file taken apart. A UTF-16 file is not copied: `body` then lies in the bytes given,
 /// which must outlive it and lie at an even address.
 struct RegFileText {

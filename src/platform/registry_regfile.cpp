@@ -19,25 +19,46 @@ class RegFileStore final : public TreeStore {
  public:
   RegFileStore(std::unique_ptr<EditedFile> file, const RegFileText& text)
       : file_(std::move(file)), format_(text.format) {
-    ReadRegText(text.body, format_.version, Tree());
+    const auto end = ReadRegText(text.body, format_.version, Tree());
     UseRoot();
+    exchange_.incomplete = end.incomplete || text.cut;
+    exchange_.inPart = exchange_.incomplete || end.inPart;
+    exchange_.closed = end.closed;
+    isMarked_ = end.inPart;
+    if (end.lastKey != nullptr) exchange_.lastKey = PathBelowRoot(*end.lastKey);
   }
 
-  void GiveKeyWhole(std::string_view path) override { wholeKeys_.emplace_back(path); }
+  [[nodiscard]] std::optional<ExchangeFile> Exchange() const override { return exchange_; }
+  void GiveKey(std::string_view path, Import how) override { givenKeys_.emplace_back(path, how); }
 
  protected:
   CommitOutcome WriteOut(bool overwriteChanged, std::string& error) override {
-    for (const auto& path : wholeKeys_) {
-      if (RegistryKey* key = KeyAt(path)) key->replaced = true;
-    }
+    for (const auto& [path, how] : givenKeys_) PrepareImport(path, how);
     RegFileContent content(Tree(), format_);
     return file_->Replace(content, overwriteChanged, error);
   }
 
  private:
+  void PrepareImport(std::string_view path, Import how) {
+    RegistryKey* key = KeyAt(path);
+    if (key == nullptr) return;
+    if (how == Import::Replaces) {
+      key->replaced = true;
+      return;
+    }
+    RegistryTree::ForgetDeletions(*key);
+    // The next run must know it too: what is written now has an end like any other.
+    const auto* first = Tree().FirstPlace();
+    const bool isThere = first->role == FilePlace::Role::Remark &&
+                         static_cast<const FileLine*>(first)->text == kInPartRemark;
+    if (!isMarked_ && !isThere) Tree().AddRemarkInFront(kInPartRemark);
+  }
+
   std::unique_ptr<EditedFile> file_;
   RegFileFormat format_;
-  std::vector<std::string> wholeKeys_;
+  ExchangeFile exchange_;
+  bool isMarked_ = false;  ///< The file held the remark when it was read.
+  std::vector<std::pair<std::string, Import>> givenKeys_;
 };
 
 }  // namespace

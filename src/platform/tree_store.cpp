@@ -54,6 +54,12 @@ RegistryKey* TreeStore::KeyAt(std::string_view path) {
   return cursor_.Find(*root_, wide, shared);
 }
 
+std::string TreeStore::PathBelowRoot(const RegistryKey& key) const {
+  const auto path = RegistryTree::PathOf(key);
+  const auto root = RegistryTree::PathOf(*root_) + u'\\';
+  return path.starts_with(root) ? FromUtf16Lossy(path.substr(root.size())) : std::string();
+}
+
 RegistryStatus TreeStore::OpenKey(std::string_view path, KeyAccess access, KeyHandle& handle) {
   RegistryKey* key = KeyAt(path);
   if (key == nullptr) return kStatusNotFound;

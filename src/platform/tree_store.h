@@ -54,6 +54,8 @@ class TreeStore : public RegistryStore {
   void UseRoot();
   /// The key of a path under HKEY_CURRENT_USER; null when there is none.
   [[nodiscard]] RegistryKey* KeyAt(std::string_view path);
+  /// The path of a key as KeyAt takes it; empty when it is not under HKEY_CURRENT_USER.
+  [[nodiscard]] std::string PathBelowRoot(const RegistryKey& key) const;
 
  private:
   struct OpenedKey {

@@ -1,3 +1,3 @@
 morvelle_test(app_tests
-  SOURCES app/settings_test.cpp
+  SOURCES app/cut_file_test.cpp app/settings_test.cpp
   USES app platform)

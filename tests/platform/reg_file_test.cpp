@@ -116,7 +116,8 @@ constexpr Case kCases[] = {
      "[A\\B]\n\"a\"=hex:01,\n\"b\"=hex:02,\n 03,\n\"c\"=hex:04, ; c\n  5\n\"d\"=hex:06,\nadd\n",
      "[A\\B]\r\n\"a\"=hex:01\r\n;\"b\"=hex:02,\r\n; 03,\r\n;\"c\"=hex:04, ; c\r\n;  5\r\n"
      "\"d\"=hex:06\r\n;add\r\n"},
-    {"a file cut short", "[A\\B]\r\n\"a\"=hex:01,02,\\\r\n ", "[A\\B]\r\n\"a\"=hex:01,02\r\n"},
+    {"a file cut short", "[A\\B]\r\n\"a\"=hex(2):01,02,\\\r\n ",
+     "[A\\B]\r\n; Morvelle, valeur sans fin : \"a\"=hex(2):01,02\r\n"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Cases, RegText, testing::ValuesIn(kCases));
@@ -176,6 +177,44 @@ TEST(RegFile, APieceStaysWhileTheNextOneIsMade) {
       EXPECT_EQ(found, WholeFile(tree, text.format));
     }
   }
+}
+
+TEST(RegFile, TellsWhetherItsEndIsThere) {
+  const auto seems = [](std::string_view tail) {
+    RegistryTree tree;
+    const auto text = u"[A\\B]\r\n\"a\"=dword:00000001\r\n" + ToUtf16(tail);
+    const auto end = ReadRegText(text, 5, tree);
+    PathCursor cursor(tree);
+    const auto* value = RegistryTree::FindValue(*cursor.Find(tree.Top(), u"A\\B"), u"b");
+    return std::string(end.incomplete ? "cut " : "") + (end.closed ? "closed " : "") +
+           (end.lastKey != nullptr ? ToUtf8(FromUtf16Lossy(end.lastKey->name->text)) : "") +
+           (value != nullptr ? " b" + std::to_string(value->data.size()) : "");
+  };
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"", "B"},
+      {"\r\n", "closed B"},
+      {"\r\n\r", "closed B"},
+      {"\r\n\"b\"=hex:01\r\n\r\n", "B b1"},
+      {"\r\n[A\\C]\r\n", "C"},
+      {"\r\n[A\\C", "cut closed B"},
+      {"\r\n[-A\\C]\r\n", ""},
+      {"[A\\C\r\n", "B"},
+      {"\"b\"=\"x\"", "B b4"},
+      {"\"b\"=\"x", "cut B"},
+      {"\"b\"=\"x\r\ny\r\n", "cut B"},
+      {"\"b", "cut B"},
+      {"\"b\"=d", "cut B"},
+      {"@", "cut B"},
+      {"\"b\"=dword:0000000", "cut B b4"},
+      {"\"b\"=dword:00000001", "B b4"},
+      {"\"b\"=hex:01,0", "cut B b2"},
+      {"\"b\"=hex:01,02,\\", "cut B b2"},
+      {"\"b\"=hex:01,\\\r\n\r\n  ", "cut B b1"},
+      {"\"b\"=hex:01,\r\n", "B b1"},
+      {"\x1A", "B"},
+      {"; b", "B"},
+  };
+  for (const auto& [tail, wanted] : cases) EXPECT_EQ(seems(tail), wanted) << tail;
 }
 
 TEST(RegFile, AKeyNeverBecomesADeletion) {
