@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "core/displays.h"
@@ -38,7 +39,12 @@ class IdentityFinder {
   void RequireKey(const std::string& path, KeyHandle& handle);
   void ExpandStoreRoot();
   void ShowIdentity();
-  void MakeRulesKey();
+  /// What FindID gives; nothing when it must start over.
+  std::optional<bool> FindOnce();
+  /// False when another program changed the store while the box about it stood open: the store was
+  /// read again then.
+  bool MakeRulesKey();
+  void ReadAgain();
 
   RegistryAccess& registry_;
   const Environment& environment_;

@@ -15,23 +15,44 @@ namespace morvelle {
 
 namespace {
 
+std::string NoRegFile(const std::filesystem::path& path) {
+  std::string error("Le fichier « "_cp);
+  error += PathText(path);
+  error +=
+      " » ne peut être ouvert : ce n'est pas un fichier de registre (son en-tête n'est ni « "
+      "REGEDIT4 » ni « Windows Registry Editor Version 5.00 »)"_cp;
+  return error;
+}
+
 class RegFileStore final : public TreeStore {
  public:
-  RegFileStore(std::unique_ptr<EditedFile> file, const RegFileText& text)
-      : file_(std::move(file)), format_(text.format) {
+  explicit RegFileStore(std::unique_ptr<EditedFile> file) : file_(std::move(file)) {}
+
+  /// Reads the bytes of the file into the tree. Empty, or why it is none.
+  std::string Take(std::string_view bytes) {
+    RegFileText text;
+    if (!DecodeRegFile(bytes, text)) return NoRegFile(file_->Path());
+    format_ = text.format;
     const auto end = ReadRegText(text.body, format_.version, Tree());
     UseRoot();
-    exchange_.incomplete = end.incomplete || text.cut;
-    exchange_.inPart = exchange_.incomplete || end.inPart;
-    exchange_.closed = end.closed;
+    const bool incomplete = end.incomplete || text.cut;
+    exchange_ = {incomplete, incomplete || end.inPart, end.closed, {}};
     isMarked_ = end.inPart;
     if (end.lastKey != nullptr) exchange_.lastKey = PathBelowRoot(*end.lastKey);
+    return {};
   }
 
   [[nodiscard]] std::optional<ExchangeFile> Exchange() const override { return exchange_; }
   void GiveKey(std::string_view path, Import how) override { givenKeys_.emplace_back(path, how); }
 
  protected:
+  bool Read(std::string& error) override {
+    givenKeys_.clear();
+    FileBytes bytes;
+    error = file_->ReadAgain(bytes);
+    if (error.empty()) error = Take(bytes.View());
+    return error.empty();
+  }
   CommitOutcome WriteOut(bool overwriteChanged, std::string& error) override {
     for (const auto& [path, how] : givenKeys_) PrepareImport(path, how);
     RegFileContent content(Tree(), format_);
@@ -69,16 +90,9 @@ OpenedStore OpenRegFile(const std::filesystem::path& path, std::shared_ptr<HostF
   FileBytes bytes;
   auto file = EditedFile::Open(path, std::move(files), std::move(now), bytes, opened.error);
   if (file == nullptr) return opened;
-  RegFileText text;
-  if (!DecodeRegFile(bytes.View(), text)) {
-    opened.error = "Le fichier « "_cp;
-    opened.error += PathText(path);
-    opened.error +=
-        " » ne peut être ouvert : ce n'est pas un fichier de registre (son en-tête n'est ni « "
-        "REGEDIT4 » ni « Windows Registry Editor Version 5.00 »)"_cp;
-    return opened;
-  }
-  opened.store = std::make_unique<RegFileStore>(std::move(file), text);
+  auto store = std::make_unique<RegFileStore>(std::move(file));
+  opened.error = store->Take(bytes.View());
+  if (opened.error.empty()) opened.store = std::move(store);
   return opened;
 }
 

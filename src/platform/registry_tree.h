@@ -207,6 +207,9 @@ class RegistryTree {
   [[nodiscard]] std::uint64_t MarkOf(const RegistryKey& key) const {
     return key.mark > undoMark_ ? key.mark : undoMark_;
   }
+  [[nodiscard]] std::uint64_t LastMark() const { return lastMark_; }
+  /// Has every mark be later than one of another tree.
+  void StartMarksBehind(std::uint64_t mark) { lastMark_ = undoMark_ = mark + 1; }
   /// Counts deletions of keys: while it stands still, a key once found is still where it was.
   [[nodiscard]] std::uint64_t Generation() const { return generation_; }
 
