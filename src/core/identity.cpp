@@ -7,7 +7,9 @@
 
 namespace morvelle {
 
-bool MayOpen(const RegistryStore& store, const Messages& messages) {
+namespace {
+
+bool IsOpenedAllTheSame(const RegistryStore& store, const Messages& messages) {
   const auto file = store.Exchange();
   if (!file || !file->incomplete) return true;
   return messages.TestOui(
@@ -15,7 +17,26 @@ bool MayOpen(const RegistryStore& store, const Messages& messages) {
       "L'ouvrir quand même\u00A0?"_cp);
 }
 
+}  // namespace
+
+bool MayOpen(const RegistryStore& store, const Messages& messages) {
+  if (!IsOpenedAllTheSame(store, messages)) return false;
+  if (const auto reason = store.ReadOnlyReason(); !reason.empty()) {
+    messages.Msg(reason + std::string(".\rVous pouvez lire les règles, mais vos modifications ne "
+                                      "pourront être gardées dans ce fichier."_cp),
+                 kBoxExclamation);
+  }
+  return true;
+}
+
 void IdentityFinder::NoIdentity() {
+  if (registry_.Store().Exchange()) {
+    registry_.Boxes().Msg(
+        "Ce fichier ne contient pas l'identité à laquelle appartiennent les règles.\r"
+        "Dans l'éditeur du registre, exportez la clef HKEY_CURRENT_USER\\Identities tout "
+        "entière."_cp,
+        kBoxExclamation);
+  }
   registry_.Boxes().Boxes().ShowMessage(
       std::string("Il n'existe aucune identité ou le registre est endommagé.\r\r"
                   "Le programme va être interrompu !"_cp),
@@ -80,7 +101,7 @@ void IdentityFinder::ReadAgain() {
     registry_.Boxes().Msg(store.LastError(), kBoxStop);
     throw ProgramEnd{};
   }
-  if (!MayOpen(store, registry_.Boxes())) throw ProgramEnd{};
+  if (!IsOpenedAllTheSame(store, registry_.Boxes())) throw ProgramEnd{};
 }
 
 std::optional<bool> IdentityFinder::FindOnce() {

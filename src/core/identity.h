@@ -19,8 +19,8 @@ struct Identity {
   std::string StoreRoot;
 };
 
-/// Asks whether a store that seems to lack its end is to be opened all the same; true, without a
-/// question, for any other. To be called before anything of the store is shown.
+/// Asks whether a store that seems to lack its end is to be opened all the same, and says of one
+/// that cannot be written that it cannot. To be called before anything of the store is shown.
 bool MayOpen(const RegistryStore& store, const Messages& messages);
 
 /// Finds the identity that used the mail client last.

@@ -69,6 +69,11 @@ std::string EditedFile::ReadAgain(FileBytes& bytes) {
   return reason.empty() ? reason : Failure("ne peut être ouvert"_cp, reason);
 }
 
+std::string EditedFile::ReadOnlyReason() const {
+  const std::string reason = files_->WhyReadOnly(path_);
+  return reason.empty() ? reason : Failure("ne pourra être enregistré"_cp, reason);
+}
+
 CommitOutcome EditedFile::Replace(FileContent& content, bool overwriteChanged, std::string& error) {
   FileStamp present = files_->Stamp(path_);
   if (present != stamp_ && !overwriteChanged) return ChangedMeanwhile(error);

@@ -28,6 +28,9 @@ class EditedFile {
   /// read.
   std::string ReadAgain(FileBytes& bytes);
 
+  /// Why it cannot be written as things are, as a message; empty when it can.
+  [[nodiscard]] std::string ReadOnlyReason() const;
+
   /// Puts the content in the place of the file; one that is the file's own changes nothing. On
   /// Failed and ChangedMeanwhile nothing was written and `error` is the message.
   CommitOutcome Replace(FileContent& content, bool overwriteChanged, std::string& error);

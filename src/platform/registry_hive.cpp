@@ -64,6 +64,8 @@ class HiveStore final : public TreeStore {
     ReadHive(base_.View(), Tree(), *KeyAt({}), &origins_);
   }
 
+  [[nodiscard]] std::string ReadOnlyReason() const override { return file_->ReadOnlyReason(); }
+
  protected:
   bool Read(std::string& error) override {
     origins_.clear();

@@ -15,13 +15,19 @@ namespace morvelle {
 
 namespace {
 
-std::string NoRegFile(const std::filesystem::path& path) {
-  std::string error("Le fichier « "_cp);
-  error += PathText(path);
-  error +=
-      " » ne peut être ouvert : ce n'est pas un fichier de registre (son en-tête n'est ni « "
-      "REGEDIT4 » ni « Windows Registry Editor Version 5.00 »)"_cp;
-  return error;
+std::string NoRegFile(const std::filesystem::path& path, std::string_view bytes) {
+  std::string error("Le fichier «\u00A0"_cp);
+  error.append(PathText(path)).append("\u00A0» ne peut être ouvert\u00A0: "_cp);
+  if (bytes.empty()) return error.append("il est vide");
+  // Where hives are opened, they do not come here.
+  if (bytes.starts_with("regf") || bytes.starts_with("CREG")) {
+    return error.append(
+        "c'est une ruche du registre, que Morvelle n'ouvre que sous Linux\u00A0; sous Windows, "
+        "chargez-la dans l'éditeur du registre et exportez-la en fichier .reg"_cp);
+  }
+  return error.append(
+      "ce n'est ni une ruche (NTUSER.DAT) ni un fichier de registre (son en-tête n'est ni "
+      "«\u00A0REGEDIT4\u00A0» ni «\u00A0Windows Registry Editor Version 5.00\u00A0»)"_cp);
 }
 
 class RegFileStore final : public TreeStore {
@@ -31,7 +37,7 @@ class RegFileStore final : public TreeStore {
   /// Reads the bytes of the file into the tree. Empty, or why it is none.
   std::string Take(std::string_view bytes) {
     RegFileText text;
-    if (!DecodeRegFile(bytes, text)) return NoRegFile(file_->Path());
+    if (!DecodeRegFile(bytes, text)) return NoRegFile(file_->Path(), bytes);
     format_ = text.format;
     const auto end = ReadRegText(text.body, format_.version, Tree());
     UseRoot();
@@ -44,6 +50,8 @@ class RegFileStore final : public TreeStore {
 
   [[nodiscard]] std::optional<ExchangeFile> Exchange() const override { return exchange_; }
   void GiveKey(std::string_view path, Import how) override { givenKeys_.emplace_back(path, how); }
+
+  [[nodiscard]] std::string ReadOnlyReason() const override { return file_->ReadOnlyReason(); }
 
  protected:
   bool Read(std::string& error) override {

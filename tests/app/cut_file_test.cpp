@@ -25,6 +25,7 @@ constexpr const char* kVersion4 = "REGEDIT4\r\n";
 class OneFile final : public HostFiles {
  public:
   explicit OneFile(std::string& bytes) : bytes_(bytes) {}
+  std::string readOnly;
   std::filesystem::path Resolve(const std::filesystem::path& path) override { return path; }
   std::string Read(const std::filesystem::path&, FileBytes& bytes, FileStamp& stamp) override {
     bytes.data = std::make_unique<char[]>(bytes_.size());
@@ -33,6 +34,7 @@ class OneFile final : public HostFiles {
     return {};
   }
   FileStamp Stamp(const std::filesystem::path&) override { return {0, 0, bytes_.size(), 0, true}; }
+  std::string WhyReadOnly(const std::filesystem::path&) override { return readOnly; }
   Locking Lock(const std::filesystem::path&, std::unique_ptr<FileLock>&) override {
     return Locking::Taken;
   }
@@ -198,6 +200,19 @@ INSTANTIATE_TEST_SUITE_P(Encodings, CutFile,
                          testing::Values(kVersion4,
                                          "\xEF\xBB\xBFWindows Registry Editor Version 5.00\r\n",
                                          Wide("Windows Registry Editor Version 5.00\r\n")));
+
+TEST(CutFileTest, AFileThatCannotBeWrittenIsSaidWhenItIsOpened) {
+  std::string bytes = "REGEDIT4\r\n";
+  auto files = std::make_shared<OneFile>(bytes);
+  files->readOnly = "le disque est en lecture seule";
+  const auto opened = OpenRegFile("a.reg", files, std::chrono::system_clock::now);
+  ScriptedDialogs dialogs;
+  dialogs.Expect(
+      "Le fichier « a.reg » ne pourra être enregistré : le disque est en lecture seule.\rVous "
+      "pouvez lire les règles, mais vos modifications ne pourront être gardées dans ce fichier."_cp,
+      kBoxExclamation, "Morvelle");
+  EXPECT_TRUE(MayOpen(*opened.store, Messages(dialogs)));
+}
 
 TEST(CutFileTest, WhoDoesNotWantItGetsItBackUntouched) {
   const FileFolder folder;

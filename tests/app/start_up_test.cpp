@@ -85,6 +85,20 @@ TEST_F(RulesKeyMade, StartsOverWhereAnotherProgramWroteTheFileMeanwhile) {
   EXPECT_EQ(dialogs.shown.back().style, kBoxStop);
 }
 
+TEST_F(RulesKeyMade, AnExportWithoutTheIdentitySaysWhatToExport) {
+  folder.Write("a.reg", "REGEDIT4\r\n\r\n" + kRules + "\r\n");
+  opened = OpenRegFile(folder / "a.reg", MakeHostFiles(), std::chrono::system_clock::now);
+  dialogs.Expect("Identité introuvable"_cp);
+  dialogs.Expect(
+      "Ce fichier ne contient pas l'identité à laquelle appartiennent les règles.\rDans l'éditeur "
+      "du registre, exportez la clef HKEY_CURRENT_USER\\Identities tout entière."_cp,
+      kBoxExclamation, "Morvelle");
+  dialogs.Expect(
+      "Il n'existe aucune identité ou le registre est endommagé.\r\rLe programme va être "
+      "interrompu !"_cp);
+  EXPECT_THROW(FindID(), ProgramEnd);
+}
+
 struct StartUpTest : ScriptedMachine, StartUpWindow {
   StartUpTest() { RuleSet(store).Order("000"); }
   StatusPanels& Panels() override { return display; }
