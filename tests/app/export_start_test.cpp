@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <set>
 
 #include "app/messages/errors.h"
@@ -79,13 +80,42 @@ std::set<std::string> ValuesOf(const RegistryTree& tree) {
   return values;
 }
 
-class CutFile : public testing::TestWithParam<std::string> {
+/// Boxes in whose time another program works. With `yes` every question gets that answer.
+struct Answering final : ScriptedDialogs {
+  bool yes = false;
+  std::function<void()> meanwhile;
+  Button ShowMessage(const std::string& prompt, int style, const std::string& title) override {
+    if (meanwhile) std::exchange(meanwhile, nullptr)();
+    if (!yes) return ScriptedDialogs::ShowMessage(prompt, style, title);
+    return (style & kBoxYesNo) != 0 ? Button::Yes : Button::Ok;
+  }
+};
+
+/// A start on one export.
+class ExportStart : public testing::Test {
  protected:
   std::unique_ptr<RegistryStore> Open() {
-    return OpenRegFile("a.reg", std::make_shared<OneFile>(file),
-                       [] { return std::chrono::system_clock::time_point{}; })
+    return OpenRegFile("a.reg", files, [] { return std::chrono::system_clock::time_point{}; })
         .store;
   }
+  bool FindID(RegistryStore& store) {
+    DamageReport damage(messages, label);
+    RegistryAccess registry(store, messages, damage);
+    return IdentityFinder(registry, environment, display, identity).FindID();
+  }
+
+  std::string file;
+  std::shared_ptr<OneFile> files = std::make_shared<OneFile>(file);
+  Answering dialogs;
+  Messages messages{dialogs};
+  std::string label;
+  FakeEnvironment environment{"/nulle/part"};
+  RecordedDisplay display;
+  Identity identity;
+};
+
+class CutFile : public ExportStart, public testing::WithParamInterface<std::string> {
+ protected:
   /// The file of a whole identity, as the registry editor gives it.
   std::string WholeSet() {
     file = GetParam();
@@ -104,17 +134,16 @@ class CutFile : public testing::TestWithParam<std::string> {
     auto store = Open();
     if (store == nullptr) return false;
     dialogs.yes = true;
-    DamageReport damage(messages, label);
-    RegistryAccess registry(*store, messages, damage);
     EXPECT_TRUE(MayOpen(*store, messages));
     try {
-      IdentityFinder(registry, environment, display, identity).FindID();
+      FindID(*store);
     } catch (const ProgramEnd&) {
       return false;
     }
     store->BeginBatch();
     RuleSet(*store).PutNumber(kTestMailKey, "Essai", change);
-    if (deletes) registry.DeleteKey(kTestMailKey + "001");
+    DamageReport damage(messages, label);
+    if (deletes) RegistryAccess(*store, messages, damage).DeleteKey(kTestMailKey + "001");
     EXPECT_EQ(store->CommitBatch(false), CommitOutcome::Done);
     return true;
   }
@@ -129,31 +158,11 @@ class CutFile : public testing::TestWithParam<std::string> {
     return lines;
   }
   /// What the machine holds once it has imported one file after the other.
-  [[nodiscard]] std::set<std::string> Imported(const std::vector<std::u16string>& files) const {
+  [[nodiscard]] std::set<std::string> Imported(const std::vector<std::u16string>& imports) const {
     RegistryTree tree;
-    for (const auto& lines : files) ReadRegText(lines, GetParam() == kVersion4 ? 4 : 5, tree);
+    for (const auto& lines : imports) ReadRegText(lines, GetParam() == kVersion4 ? 4 : 5, tree);
     return ValuesOf(tree);
   }
-
-  struct Answering final : Dialogs {
-    bool yes = false;
-    Button ShowMessage(const std::string&, int style, const std::string&) override {
-      if ((style & kBoxYesNo) == 0) return Button::Ok;
-      return yes ? Button::Yes : Button::No;
-    }
-    std::optional<std::string> AskText(const std::string&, const std::string&,
-                                       const std::string&) override {
-      return std::nullopt;
-    }
-  };
-
-  std::string file;
-  Answering dialogs;
-  Messages messages{dialogs};
-  std::string label;
-  FakeEnvironment environment{"/nulle/part"};
-  RecordedDisplay display;
-  Identity identity;
 };
 
 TEST_P(CutFile, NoRuleIsLostWhereverTheFileWasCut) {
@@ -201,17 +210,56 @@ INSTANTIATE_TEST_SUITE_P(Encodings, CutFile,
                                          "\xEF\xBB\xBFWindows Registry Editor Version 5.00\r\n",
                                          Wide("Windows Registry Editor Version 5.00\r\n")));
 
-TEST(CutFileTest, AFileThatCannotBeWrittenIsSaidWhenItIsOpened) {
-  std::string bytes = "REGEDIT4\r\n";
-  auto files = std::make_shared<OneFile>(bytes);
+TEST_F(ExportStart, AFileThatCannotBeWrittenIsSaidWhenItIsOpened) {
+  file = kVersion4;
   files->readOnly = "le disque est en lecture seule";
-  const auto opened = OpenRegFile("a.reg", files, std::chrono::system_clock::now);
-  ScriptedDialogs dialogs;
   dialogs.Expect(
       "Le fichier « a.reg » ne pourra être enregistré : le disque est en lecture seule.\rVous "
       "pouvez lire les règles, mais vos modifications ne pourront être gardées dans ce fichier."_cp,
       kBoxExclamation, "Morvelle");
-  EXPECT_TRUE(MayOpen(*opened.store, Messages(dialogs)));
+  EXPECT_TRUE(MayOpen(*Open(), messages));
+}
+
+const std::string kIdentity = std::string(kVersion4) +
+                              "\r\n[HKEY_CURRENT_USER\\Identities]\r\n\"Last User ID\"=\"" +
+                              std::string(kTestIdentity) + "\"\r\n\r\n[HKEY_CURRENT_USER\\" +
+                              kTestSettingsKey + "]\r\n\"Store Root\"=\"C:\"\r\n\r\n";
+const std::string kRules = "[HKEY_CURRENT_USER\\" + kTestMailKey + "]\r\n";
+
+TEST_F(ExportStart, StartsOverWhereAnotherProgramWroteTheFileMeanwhile) {
+  // What another program leaves while the box about the missing rules key stands open.
+  const auto start = [&](const std::string& theirs) {
+    file = kIdentity;
+    const auto store = Open();
+    dialogs.meanwhile = [&] { file = theirs; };
+    return FindID(*store);
+  };
+  const auto theirs = kIdentity + kRules + "\"Order\"=\"000\"\r\n\r\n";
+  dialogs.Expect("La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp,
+                 kBoxInformation, "Morvelle");
+  EXPECT_TRUE(start(theirs)) << "the rules of the other program are there";
+  EXPECT_EQ(file, theirs);
+  dialogs.ExpectAllShown();
+
+  dialogs.yes = true;
+  EXPECT_FALSE(start(kIdentity + "[HKEY_CURRENT_USER\\Autre]\r\n\r\n"));
+  EXPECT_NE(file.find("Autre"), std::string::npos);
+  EXPECT_NE(file.find("\"Version\"=dword:00050000"), std::string::npos);
+  EXPECT_THROW(start("rien"), ProgramEnd);
+  EXPECT_EQ(file, "rien");
+}
+
+TEST_F(ExportStart, AnExportWithoutTheIdentitySaysWhatToExport) {
+  file = kVersion4 + kRules + "\r\n";
+  dialogs.Expect("Identité introuvable"_cp);
+  dialogs.Expect(
+      "Ce fichier ne contient pas l'identité à laquelle appartiennent les règles.\rDans l'éditeur "
+      "du registre, exportez la clef HKEY_CURRENT_USER\\Identities tout entière."_cp,
+      kBoxExclamation, "Morvelle");
+  dialogs.Expect(
+      "Il n'existe aucune identité ou le registre est endommagé.\r\rLe programme va être "
+      "interrompu !"_cp);
+  EXPECT_THROW(FindID(*Open()), ProgramEnd);
 }
 
 TEST(CutFileTest, WhoDoesNotWantItGetsItBackUntouched) {
