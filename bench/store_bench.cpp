@@ -124,7 +124,7 @@ void ReadEveryValue(benchmark::State& state) {
 void SaveOneRule(benchmark::State& state) {
   const Workplace workplace;
   const auto store = workplace.Open(state);
-  store->GiveKeyWhole(bench::kMailKey);
+  store->GiveKey(bench::kMailKey, Import::Replaces);
   int number = 0;
   for ([[maybe_unused]] auto step : state) {
     KeyHandle key = 0;

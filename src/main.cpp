@@ -6,6 +6,7 @@
 
 #include "app/messages/messages.h"
 #include "app/program.h"
+#include "core/identity.h"
 #include "platform/command_line.h"
 #include "platform/desktop.h"
 #include "platform/dialogs_wx.h"
@@ -55,6 +56,8 @@ class MorvelleApp final : public wxApp {
       WxDialogs().ShowMessage(opened.error, kBoxStop, std::string(kAppTitle));
       return false;
     }
+    // What is opened goes, its lock with it, before the program ends.
+    if (WxDialogs boxes; !MayOpen(*opened.store, Messages(boxes))) return false;
     desktop_ = std::make_unique<Desktop>(std::move(opened));
     auto* window = new MainWindow(desktop_->form);
     desktop_->dialogs.BeforeBox([window] { window->ShowChanges(); });

@@ -3,10 +3,40 @@
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "core/rule_tables.h"
+#include "core/whole_rules.h"
 
 namespace morvelle {
 
+namespace {
+
+bool IsOpenedAllTheSame(const RegistryStore& store, const Messages& messages) {
+  const auto file = store.Exchange();
+  if (!file || !file->incomplete) return true;
+  return messages.TestOui(
+      "Ce fichier semble incomplet\u00A0: sa fin manque peut-être.\r"
+      "L'ouvrir quand même\u00A0?"_cp);
+}
+
+}  // namespace
+
+bool MayOpen(const RegistryStore& store, const Messages& messages) {
+  if (!IsOpenedAllTheSame(store, messages)) return false;
+  if (const auto reason = store.ReadOnlyReason(); !reason.empty()) {
+    messages.Msg(reason + std::string(".\rVous pouvez lire les règles, mais vos modifications ne "
+                                      "pourront être gardées dans ce fichier."_cp),
+                 kBoxExclamation);
+  }
+  return true;
+}
+
 void IdentityFinder::NoIdentity() {
+  if (registry_.Store().Exchange()) {
+    registry_.Boxes().Msg(
+        "Ce fichier ne contient pas l'identité à laquelle appartiennent les règles.\r"
+        "Dans l'éditeur du registre, exportez la clef HKEY_CURRENT_USER\\Identities tout "
+        "entière."_cp,
+        kBoxExclamation);
+  }
   registry_.Boxes().Boxes().ShowMessage(
       std::string("Il n'existe aucune identité ou le registre est endommagé.\r\r"
                   "Le programme va être interrompu !"_cp),
@@ -42,7 +72,7 @@ void IdentityFinder::ShowIdentity() {
   }
 }
 
-void IdentityFinder::MakeRulesKey() {
+bool IdentityFinder::MakeRulesKey() {
   registry_.Boxes().Msg("La clef de registre \"Mail\" n'existe pas.\rVLX va la créer pour vous."_cp,
                         kBoxInformation);
   auto& store = registry_.Store();
@@ -52,40 +82,57 @@ void IdentityFinder::MakeRulesKey() {
   if (registry_.OpenKey(identity_.MailKey, handle, false) != kStatusSuccess) NoIdentity();
   registry_.SetKeyValue(handle, "Version", ValueKind::Dword, kRuleStoreVersion);
   registry_.CloseKey(handle);
-  if (store.CommitBatch(true) != CommitOutcome::Done) {
-    const auto reason = store.LastError();
-    if (!reason.empty()) registry_.Boxes().Msg(reason, kBoxStop);
-    registry_.Boxes().Boxes().ShowMessage(std::string("Impossible de créer la clef"_cp), kBoxOk,
-                                          "CreateKey");
+  const auto outcome = store.CommitBatch(false);
+  if (outcome == CommitOutcome::Done) return true;
+  if (outcome == CommitOutcome::ChangedMeanwhile) {
+    ReadAgain();
+    return false;
+  }
+  const auto reason = store.LastError();
+  if (!reason.empty()) registry_.Boxes().Msg(reason, kBoxStop);
+  registry_.Boxes().Boxes().ShowMessage(std::string("Impossible de créer la clef"_cp), kBoxOk,
+                                        "CreateKey");
+  throw ProgramEnd{};
+}
+
+void IdentityFinder::ReadAgain() {
+  auto& store = registry_.Store();
+  if (!store.ReadAgain()) {
+    registry_.Boxes().Msg(store.LastError(), kBoxStop);
     throw ProgramEnd{};
   }
+  if (!IsOpenedAllTheSame(store, registry_.Boxes())) throw ProgramEnd{};
+}
+
+std::optional<bool> IdentityFinder::FindOnce() {
+  KeyHandle handle = 0;
+  RequireKey("Identities\\", handle);
+  const auto status =
+      registry_.QueryField("Identity", handle, "Last User ID", identity_.IdentityId);
+  registry_.CloseKey(handle);
+  if (status != kStatusSuccess) NoIdentity();
+  RequireKey("Identities\\" + identity_.IdentityId + "\\", handle);
+  registry_.CloseKey(handle);
+  RequireKey(identity_.MailKey + "Software\\Microsoft\\Outlook Express\\5.0\\", handle);
+  registry_.QueryField("", handle, "Store Root", identity_.StoreRoot);
+  registry_.CloseKey(handle);
+  ExpandStoreRoot();
+  ShowIdentity();
+
+  identity_.MailKey += "Rules\\Mail\\";
+  const bool existed = registry_.OpenKey(identity_.MailKey, handle, false) == kStatusSuccess;
+  if (existed) registry_.CloseKey(handle);
+  const bool whole = existed && HoldsAllRules(registry_, identity_.MailKey);
+  registry_.Store().GiveKey(identity_.MailKey, whole ? Import::Replaces : Import::Adds);
+  if (!existed && !MakeRulesKey()) return std::nullopt;
+  return existed;
 }
 
 bool IdentityFinder::FindID() {
   return Trap(registry_.Boxes().Boxes(), "FindID", [&] {
-    KeyHandle handle = 0;
-    RequireKey("Identities\\", handle);
-    const auto status =
-        registry_.QueryField("Identity", handle, "Last User ID", identity_.IdentityId);
-    registry_.CloseKey(handle);
-    if (status != kStatusSuccess) NoIdentity();
-    RequireKey("Identities\\" + identity_.IdentityId + "\\", handle);
-    registry_.CloseKey(handle);
-    RequireKey(identity_.MailKey + "Software\\Microsoft\\Outlook Express\\5.0\\", handle);
-    registry_.QueryField("", handle, "Store Root", identity_.StoreRoot);
-    registry_.CloseKey(handle);
-    ExpandStoreRoot();
-    ShowIdentity();
-
-    identity_.MailKey += "Rules\\Mail\\";
-    const bool existed = registry_.OpenKey(identity_.MailKey, handle, false) == kStatusSuccess;
-    if (existed) {
-      registry_.CloseKey(handle);
-    } else {
-      MakeRulesKey();
+    while (true) {
+      if (const auto existed = FindOnce()) return *existed;
     }
-    registry_.Store().GiveKeyWhole(identity_.MailKey);
-    return existed;
   });
 }
 

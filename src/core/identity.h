@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "core/displays.h"
@@ -18,6 +19,10 @@ struct Identity {
   std::string StoreRoot;
 };
 
+/// Asks whether a store that seems to lack its end is to be opened all the same, and says of one
+/// that cannot be written that it cannot. To be called before anything of the store is shown.
+bool MayOpen(const RegistryStore& store, const Messages& messages);
+
 /// Finds the identity that used the mail client last.
 class IdentityFinder {
  public:
@@ -34,7 +39,12 @@ class IdentityFinder {
   void RequireKey(const std::string& path, KeyHandle& handle);
   void ExpandStoreRoot();
   void ShowIdentity();
-  void MakeRulesKey();
+  /// What FindID gives; nothing when it must start over.
+  std::optional<bool> FindOnce();
+  /// False when another program changed the store while the box about it stood open: the store was
+  /// read again then.
+  bool MakeRulesKey();
+  void ReadAgain();
 
   RegistryAccess& registry_;
   const Environment& environment_;

@@ -60,10 +60,18 @@ std::unique_ptr<EditedFile> EditedFile::Open(const std::filesystem::path& path,
     error = file->Failure("ne peut être ouvert"_cp, "il est déjà ouvert dans un autre éditeur"_cp);
     return nullptr;
   }
-  const auto reason = file->files_->Read(file->path_, bytes, file->stamp_).reason;
-  if (reason.empty()) return file;
-  error = file->Failure("ne peut être ouvert"_cp, reason);
-  return nullptr;
+  error = file->ReadAgain(bytes);
+  return error.empty() ? std::move(file) : nullptr;
+}
+
+std::string EditedFile::ReadAgain(FileBytes& bytes) {
+  const auto reason = files_->Read(path_, bytes, stamp_).reason;
+  return reason.empty() ? reason : Failure("ne peut être ouvert"_cp, reason);
+}
+
+std::string EditedFile::ReadOnlyReason() const {
+  const std::string reason = files_->WhyReadOnly(path_);
+  return reason.empty() ? reason : Failure("ne pourra être enregistré"_cp, reason);
 }
 
 CommitOutcome EditedFile::Replace(FileContent& content, bool overwriteChanged, std::string& error) {

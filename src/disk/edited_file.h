@@ -24,6 +24,13 @@ class EditedFile {
                                           std::shared_ptr<HostFiles> files, Clock now,
                                           FileBytes& bytes, std::string& error);
 
+  /// The file as it is now, which is then the one that Replace expects. Empty, or why it cannot be
+  /// read.
+  std::string ReadAgain(FileBytes& bytes);
+
+  /// Why it cannot be written as things are, as a message; empty when it can.
+  [[nodiscard]] std::string ReadOnlyReason() const;
+
   /// Puts the content in the place of the file; one that is the file's own changes nothing. On
   /// Failed and ChangedMeanwhile nothing was written and `error` is the message.
   CommitOutcome Replace(FileContent& content, bool overwriteChanged, std::string& error);

@@ -82,6 +82,9 @@ class HostFiles {
   virtual FileFault Read(const std::filesystem::path& path, FileBytes& bytes, FileStamp& stamp) = 0;
   [[nodiscard]] virtual FileStamp Stamp(const std::filesystem::path& path) = 0;
 
+  /// Why WriteAside would fail by now: no right to write the file, or to make one beside it.
+  [[nodiscard]] virtual std::string WhyReadOnly(const std::filesystem::path& path) = 0;
+
   enum class Locking {
     Taken,
     HeldByAnother,

@@ -182,6 +182,13 @@ class PosixFiles : public HostFiles {
     return ::stat(file.c_str(), &status) == 0 ? StampOf(status) : FileStamp{};
   }
 
+  std::string WhyReadOnly(const path& file) override {
+    const auto folder = file.parent_path().empty() ? path(".") : file.parent_path();
+    const bool writable = ::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) == 0 &&
+                          ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+    return writable ? std::string() : ReasonOf(errno);
+  }
+
   Locking Lock(const path& file, std::unique_ptr<FileLock>& lock) override {
     const path sidecar = Beside(file, ".lock");
     while (true) {

@@ -177,6 +177,19 @@ class Win32Files : public HostFiles {
     return known ? StampOf(known.Handle()) : FileStamp{};
   }
 
+  std::string WhyReadOnly(const path& file) override {
+    const DWORD attributes = ::GetFileAttributesW(file.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+      return ReasonOf(ERROR_ACCESS_DENIED);
+    }
+    constexpr DWORD kAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const OpenFile writable(file, GENERIC_WRITE, kAll, OPEN_EXISTING, 0);
+    if (!writable) return ReasonOf(::GetLastError());
+    const OpenFile folder(file.parent_path(), FILE_ADD_FILE, kAll, OPEN_EXISTING,
+                          FILE_FLAG_BACKUP_SEMANTICS);
+    return folder ? std::string() : ReasonOf(::GetLastError());
+  }
+
   Locking Lock(const path& file, std::unique_ptr<FileLock>& lock) override {
     auto sidecar =
         std::make_unique<OpenFile>(Beside(file, L".lock"), GENERIC_READ | GENERIC_WRITE | DELETE, 0,

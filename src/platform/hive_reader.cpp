@@ -58,17 +58,24 @@ void CheckHead(std::string_view bytes) {
         "en fichier .reg"_cp);
   }
   if (!bytes.starts_with("regf")) throw HiveError("ce n'est pas une ruche du registre");
+  const bool hasFileType = bytes.size() >= hive::kFileType + sizeof(std::uint32_t);
+  if (hasFileType && HiveNumber(bytes, hive::kFileType) != 0) {
+    throw HiveError(
+        "c'est le journal d'une ruche (.LOG)\u00A0; ouvrez la ruche elle-même, NTUSER.DAT"_cp);
+  }
   if (bytes.size() < std::size_t{2} * hive::kBlock) throw HiveError("il est incomplet");
   if (HiveNumber(bytes, hive::kChecksum) != HiveChecksum(bytes)) {
     throw HiveError("il est endommagé (la somme de contrôle de son en-tête est fausse)"_cp);
   }
-  if (HiveNumber(bytes, hive::kMajor) != 1 || HiveNumber(bytes, hive::kFileType) != 0) {
+  if (HiveNumber(bytes, hive::kMajor) != 1) {
     throw HiveError("ce n'est pas une ruche du registre d'une version connue");
   }
   if (HiveNumber(bytes, hive::kSequence1) != HiveNumber(bytes, hive::kSequence2)) {
     throw HiveError(
-        "Windows n'avait pas fini de l'écrire ; ouvrez d'abord une session sur l'ancienne machine "
-        "et fermez-la, ou exportez la clef en fichier .reg"_cp);
+        "Windows n'avait pas fini de l'écrire\u00A0; copiez-le avec les fichiers NTUSER.DAT.LOG* "
+        "de "
+        "son dossier, chargez puis déchargez la copie sous un Windows quelconque (reg load, reg "
+        "unload), et ouvrez-la ensuite"_cp);
   }
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/messages/text.h"
+#include "platform/reg_file_text.h"
 #include "ports/registry_store.h"
 
 namespace morvelle {
@@ -99,21 +100,26 @@ class Reader {
   Reader(std::u16string_view body, int version, RegistryTree& tree)
       : at_(body.data()), end_(body.data() + body.size()), version_(version), tree_(tree) {}
 
-  void Read() {
+  RegTextEnd Read() {
     while (at_ < end_) {
       const char16_t* line = at_;
       SkipBlanks();
       if (AtLineEnd()) {
         afterBlankLine_ = true;
-      } else if (!ReadLine()) {
+      } else if (const char16_t start = *at_; !ReadLine()) {
         at_ = line;
+        if (LooksCut(start)) found_.incomplete = true;
+        if (RestOfLine() == kInPartRemark) found_.inPart = true;
         KeepRemark(Peek() == u';' || Peek() == u'#' ? u"" : u";");
       } else {
+        if (start != u'[' && afterBlankLine_) blankLineInKey_ = true;
         afterBlankLine_ = false;
       }
       SkipLine();
     }
     section_.End();
+    found_.closed = afterBlankLine_ && !blankLineInKey_;
+    return found_;
   }
 
  private:
@@ -146,12 +152,33 @@ class Reader {
     return true;
   }
 
+  /// Whether a line that means nothing does so because the text ends in it; `start` is its first
+  /// character.
+  [[nodiscard]] bool LooksCut(char16_t start) const {
+    const auto rest = RestOfLine();
+    if (at_ + rest.size() < end_) return false;
+    if (start == u'[') return rest.find(u']') == std::u16string_view::npos;
+    return start == u'"' || start == u'@';
+  }
+
   /// False when the line means nothing.
   bool ReadLine() {
+    role_ = RegistryEntry::Role::Value;
     switch (*at_) {
+      case u';':
+        if (!Take(kCutValueRemark) || AtLineEnd()) return false;
+        role_ = RegistryEntry::Role::CutValue;
+        return *at_ != u'[' && ReadValueLine();
       case u'[':
         ++at_;
         return ReadKeyLine();
+      default:
+        return ReadValueLine();
+    }
+  }
+
+  bool ReadValueLine() {
+    switch (*at_) {
       case u'@':
         ++at_;
         return section_.Open() && ReadValue({});
@@ -182,6 +209,7 @@ class Reader {
     if (key == nullptr || key == &tree_.Top()) return false;
     tree_.ListAtEnd(*key);
     section_.Begin(*key);
+    found_.lastKey = key;
     return true;
   }
 
@@ -196,6 +224,7 @@ class Reader {
     }
     // A root cannot be deleted.
     if (plain.find(u'\\') == std::u16string::npos) return false;
+    found_.lastKey = nullptr;
     if (key != nullptr) tree_.Delete(*key);
     tree_.AddDeletion(plain);
     return true;
@@ -208,7 +237,10 @@ class Reader {
       const char16_t* start = at_;
       while (at_ < end_ && *at_ != u'"' && *at_ != u'\\') ++at_;
       quoted_.append(start, at_);
-      if (at_ == end_) return false;
+      if (at_ == end_) {
+        found_.incomplete = true;
+        return false;
+      }
       if (*at_++ == u'"') return true;
       const bool escapes = at_ < end_ && (*at_ == u'"' || *at_ == u'\\');
       quoted_ += escapes ? *at_++ : u'\\';
@@ -221,6 +253,7 @@ class Reader {
     SkipBlanks();
     RegistryEntry entry;
     entry.name = tree_.Names().Intern(name);
+    entry.role = role_;
     if (!ReadData(entry)) return false;
     section_.Put(std::move(entry));
     return true;
@@ -241,6 +274,12 @@ class Reader {
     return true;
   }
 
+  /// More of the value may have stood where the text ends.
+  void MayBeCut(RegistryEntry& entry) {
+    entry.role = RegistryEntry::Role::CutValue;
+    found_.incomplete = true;
+  }
+
   /// One to eight digits.
   std::optional<std::uint32_t> ReadNumber() {
     std::uint32_t number = 0;
@@ -256,8 +295,11 @@ class Reader {
 
   bool ReadDword(RegistryEntry& entry) {
     SkipBlanks();
+    const char16_t* start = at_;
     const auto number = ReadNumber();
     if (!number || !AtLineEndOrComment()) return false;
+    // The registry editor writes eight digits.
+    if (at_ == end_ && at_ - start < 8) MayBeCut(entry);
     entry.kind = static_cast<std::uint32_t>(ValueKind::Dword);
     for (unsigned shift = 0; shift < 32; shift += 8) {
       entry.data += static_cast<char>(*number >> shift);
@@ -282,9 +324,11 @@ class Reader {
       SkipBlanks();
       const auto high = DigitOf(Peek());
       if (high == kNoDigit) {
-        if (Peek() != u'\\') return AtLineEndOrComment();
+        // A comma with nothing behind it, or the end of a value that lost its "\\".
+        if (Peek() != u'\\') return AtLineEndOrComment() && (hex_.empty() || !BytesFollow());
         ++at_;
-        if (!AtLineEndOrComment() || !SkipToNextBytes()) return false;
+        if (!AtLineEndOrComment()) return false;
+        if (!SkipToNextBytes()) return true;
         continue;
       }
       ++at_;
@@ -319,6 +363,20 @@ class Reader {
     hex_.append(bytes.data(), count);
   }
 
+  /// Whether the next line is one of bytes alone.
+  bool BytesFollow() {
+    const char16_t* here = at_;
+    SkipLine();
+    SkipBlanks();
+    const char16_t* start = at_;
+    while (DigitOf(Peek()) != kNoDigit) ++at_;
+    const auto digits = at_ - start;
+    const bool follow =
+        (digits == 1 || digits == 2) && (Peek() == u',' || Peek() == u'\\' || AtLineEndOrComment());
+    at_ = here;
+    return follow;
+  }
+
   /// Past blank lines and comments; false when the text ends.
   bool SkipToNextBytes() {
     do {
@@ -332,6 +390,7 @@ class Reader {
     const auto kind = static_cast<ValueKind>(entry.kind);
     const bool isText = kind == ValueKind::String || kind == ValueKind::ExpandString ||
                         kind == ValueKind::MultiString;
+    if (at_ == end_) MayBeCut(entry);
     entry.data = version_ == 4 && isText ? Bytes(ToUtf16(hex_)) : hex_;
     return true;
   }
@@ -358,13 +417,16 @@ class Reader {
   Section section_;
   std::u16string quoted_;
   std::string hex_;
+  RegistryEntry::Role role_ = RegistryEntry::Role::Value;
+  RegTextEnd found_;
   bool afterBlankLine_ = true;
+  bool blankLineInKey_ = false;
 };
 
 }  // namespace
 
-void ReadRegText(std::u16string_view body, int version, RegistryTree& tree) {
-  Reader(body, version, tree).Read();
+RegTextEnd ReadRegText(std::u16string_view body, int version, RegistryTree& tree) {
+  return Reader(body, version, tree).Read();
 }
 
 }  // namespace morvelle

@@ -132,6 +132,7 @@ class RegTextWriter {
   }
 
   void WriteValue(const RegistryEntry& entry) {
+    if (entry.role == RegistryEntry::Role::CutValue) out_ += kCutValueRemark;
     const std::size_t start = out_.size();
     if (entry.name->text.empty()) {
       out_ += u'@';
@@ -200,7 +201,19 @@ class RegTextWriter {
     const std::string narrow =
         format_.version == 4 && isText ? FromUtf16Lossy(Units(entry.data)) : std::string();
     const std::string_view data = format_.version == 4 && isText ? narrow : entry.data;
-    WriteBytes(data, out_.size() - lineStart);
+    if (entry.role == RegistryEntry::Role::CutValue) {
+      WriteOneLine(data);
+    } else {
+      WriteBytes(data, out_.size() - lineStart);
+    }
+  }
+
+  /// A remark goes on in no other line.
+  void WriteOneLine(std::string_view data) {
+    for (std::size_t i = 0; i < data.size(); ++i) {
+      if (i > 0) out_ += u',';
+      WriteByte(data[i]);
+    }
   }
 
   void WriteBytes(std::string_view data, std::size_t column) {

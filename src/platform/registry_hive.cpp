@@ -64,7 +64,21 @@ class HiveStore final : public TreeStore {
     ReadHive(base_.View(), Tree(), *KeyAt({}), &origins_);
   }
 
+  [[nodiscard]] std::string ReadOnlyReason() const override { return file_->ReadOnlyReason(); }
+
  protected:
+  bool Read(std::string& error) override {
+    origins_.clear();
+    error = file_->ReadAgain(base_);
+    if (!error.empty()) return false;
+    UseRoot();
+    try {
+      ReadHive(base_.View(), Tree(), *KeyAt({}), &origins_);
+    } catch (const HiveError& failure) {
+      error = Failure(file_->Path(), "ne peut être ouvert"_cp, failure.what());
+    }
+    return error.empty();
+  }
   CommitOutcome WriteOut(bool overwriteChanged, std::string& error) override {
     std::string bytes;
     try {

@@ -76,6 +76,11 @@ bool IsUnder(const FilePlace& place, const RegistryKey& key) {
   return ancestor != nullptr;
 }
 
+void ForgetDeletionsBelow(RegistryKey& key) {
+  key.replaced = false;
+  for (const auto& subkey : key.subkeys) ForgetDeletionsBelow(*subkey);
+}
+
 void SetGone(RegistryKey& key, bool gone) {
   key.gone = gone;
   for (const auto& subkey : key.subkeys) SetGone(*subkey, gone);
@@ -224,10 +229,11 @@ std::u16string RegistryTree::PathOf(const RegistryKey& key) {
 
 const RegistryEntry* RegistryTree::FindValue(const RegistryKey& key, std::u16string_view name) {
   const auto position = Position(key, ShortFold(name).Text());
-  if (position == key.entries.size() || key.entries[position].role != RegistryEntry::Role::Value) {
-    return nullptr;
-  }
-  return &key.entries[position];
+  if (position == key.entries.size()) return nullptr;
+  const auto& entry = key.entries[position];
+  const bool isValue =
+      entry.role == RegistryEntry::Role::Value || entry.role == RegistryEntry::Role::CutValue;
+  return isValue ? &entry : nullptr;
 }
 
 void RegistryTree::SetValue(RegistryKey& key, const RegistryName* name, std::uint32_t kind,
@@ -258,6 +264,15 @@ void RegistryTree::DeleteValue(RegistryKey& key, const RegistryEntry& value) {
 
 void RegistryTree::AddRemark(std::u16string_view text) {
   AddLine(FilePlace::Role::Remark, text, *ends_.previous);
+}
+
+void RegistryTree::AddRemarkInFront(std::u16string_view text) {
+  AddLine(FilePlace::Role::Remark, text, ends_);
+}
+
+void RegistryTree::ForgetDeletions(RegistryKey& key) {
+  for (auto* above = key.parent; above != nullptr; above = above->parent) above->replaced = false;
+  ForgetDeletionsBelow(key);
 }
 
 void RegistryTree::AddDeletion(std::u16string_view path) { PutDeletion(path, *ends_.previous); }

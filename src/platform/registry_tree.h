@@ -81,6 +81,7 @@ class NameTable {
 struct RegistryEntry {
   enum class Role : std::uint8_t {
     Value,
+    CutValue,  ///< A value of which the file may hold the beginning only.
     Deletion,  ///< The file asks for the deletion of the value of that name.
     Remark,    ///< A line that means nothing to the registry; its text is in `data`, UTF-16LE.
   };
@@ -182,6 +183,10 @@ class RegistryTree {
 
   /// What a file says beside its keys and values; at the end of the chain.
   void AddRemark(std::u16string_view text);
+  void AddRemarkInFront(std::u16string_view text);
+  /// Takes from the file that it deletes the key, what is above it or what is below it, before it
+  /// gives that again.
+  static void ForgetDeletions(RegistryKey& key);
   /// Keeps the deletion of a key that is not there (any more), at the end of the chain. It moves in
   /// front of the key when that is made again.
   void AddDeletion(std::u16string_view path);
@@ -202,6 +207,9 @@ class RegistryTree {
   [[nodiscard]] std::uint64_t MarkOf(const RegistryKey& key) const {
     return key.mark > undoMark_ ? key.mark : undoMark_;
   }
+  [[nodiscard]] std::uint64_t LastMark() const { return lastMark_; }
+  /// Has every mark be later than one of another tree.
+  void StartMarksBehind(std::uint64_t mark) { lastMark_ = undoMark_ = mark + 1; }
   /// Counts deletions of keys: while it stands still, a key once found is still where it was.
   [[nodiscard]] std::uint64_t Generation() const { return generation_; }
 

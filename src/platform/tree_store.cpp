@@ -42,16 +42,22 @@ std::string Stored(std::uint32_t kind, std::string_view data) {
 }  // namespace
 
 void TreeStore::UseRoot() {
-  root_ = RegistryTree::Subkey(tree_.Top(), kRootName);
+  root_ = RegistryTree::Subkey(held_->tree.Top(), kRootName);
   if (root_ == nullptr) {
-    root_ = &tree_.AddSubkey(tree_.Top(), kRootName, RegistryTree::Placing::Nowhere);
+    root_ = &held_->tree.AddSubkey(held_->tree.Top(), kRootName, RegistryTree::Placing::Nowhere);
   }
 }
 
 RegistryKey* TreeStore::KeyAt(std::string_view path) {
   std::size_t shared = 0;
   const auto wide = WidePath(path, shared);
-  return cursor_.Find(*root_, wide, shared);
+  return held_->cursor.Find(*root_, wide, shared);
+}
+
+std::string TreeStore::PathBelowRoot(const RegistryKey& key) const {
+  const auto path = RegistryTree::PathOf(key);
+  const auto root = RegistryTree::PathOf(*root_) + u'\\';
+  return path.starts_with(root) ? FromUtf16Lossy(path.substr(root.size())) : std::string();
 }
 
 RegistryStatus TreeStore::OpenKey(std::string_view path, KeyAccess access, KeyHandle& handle) {
@@ -65,7 +71,7 @@ RegistryStatus TreeStore::CreateKey(std::string_view path, KeyHandle& handle) {
   return Written([&] {
     std::size_t shared = 0;
     const auto wide = WidePath(path, shared);
-    RegistryKey* key = cursor_.Create(*root_, wide, RegistryTree::Placing::InOrder);
+    RegistryKey* key = held_->cursor.Create(*root_, wide, RegistryTree::Placing::InOrder);
     if (key == nullptr) return kStatusInvalidParameter;
     handle = Give(*key, KeyAccess::ReadWrite);
     return kStatusSuccess;
@@ -108,7 +114,7 @@ RegistryStatus TreeStore::SetValue(KeyHandle handle, std::string_view name, Valu
   return Written([&] {
     const RegistryEntry* present = RegistryTree::FindValue(*key, Wide(name));
     if (present == nullptr || present->kind != code || View(*present) != data) {
-      tree_.SetValue(*key, wide_, code, Stored(code, data));
+      held_->tree.SetValue(*key, wide_, code, Stored(code, data));
     }
     return kStatusSuccess;
   });
@@ -121,7 +127,7 @@ RegistryStatus TreeStore::DeleteValue(KeyHandle handle, std::string_view name) {
   return Written([&] {
     const RegistryEntry* value = RegistryTree::FindValue(*key, Wide(name));
     if (value == nullptr) return kStatusNotFound;
-    tree_.DeleteValue(*key, *value);
+    held_->tree.DeleteValue(*key, *value);
     return kStatusSuccess;
   });
 }
@@ -140,7 +146,7 @@ RegistryStatus TreeStore::DeleteKey(std::string_view path) {
     RegistryKey* key = KeyAt(path);
     if (key == nullptr) return kStatusNotFound;
     if (key == root_ || !key->subkeys.empty()) return kStatusAccessDenied;
-    tree_.Delete(*key);
+    held_->tree.Delete(*key);
     return kStatusSuccess;
   });
 }
@@ -152,19 +158,19 @@ RegistryStatus TreeStore::RenameSubkeys(std::string_view path, std::span<const K
     if (parent == nullptr) return kStatusNotFound;
     std::vector<RegistryTree::Renaming> renamings;
     for (const auto& rename : renames) {
-      RegistryKey* subkey = tree_.Subkey(*parent, Wide(rename.from));
+      RegistryKey* subkey = held_->tree.Subkey(*parent, Wide(rename.from));
       if (subkey == nullptr) return kStatusNotFound;
       renamings.push_back({subkey, nullptr});
     }
     for (std::size_t i = 0; i < renamings.size(); ++i) {
-      RegistryKey* present = tree_.Subkey(*parent, Wide(renames[i].to));
+      RegistryKey* present = held_->tree.Subkey(*parent, Wide(renames[i].to));
       const bool isRenamed =
           std::any_of(renamings.begin(), renamings.end(),
                       [&](const auto& renaming) { return renaming.subkey == present; });
-      if (present != nullptr && !isRenamed) tree_.Delete(*present);
-      renamings[i].name = tree_.Names().Intern(wide_);
+      if (present != nullptr && !isRenamed) held_->tree.Delete(*present);
+      renamings[i].name = held_->tree.Names().Intern(wide_);
     }
-    tree_.Rename(*parent, renamings);
+    held_->tree.Rename(*parent, renamings);
     return kStatusSuccess;
   });
 }
@@ -173,8 +179,8 @@ bool TreeStore::WriteNewKeys(std::string_view path, std::span<const NewKey> keys
   if (!inBatch_) return false;
   std::size_t shared = 0;
   const auto wide = WidePath(path, shared);
-  if (cursor_.Find(*root_, wide, shared) != nullptr) return false;
-  RegistryKey* made = cursor_.Extend(*root_, wide, RegistryTree::Placing::InOrder);
+  if (held_->cursor.Find(*root_, wide, shared) != nullptr) return false;
+  RegistryKey* made = held_->cursor.Extend(*root_, wide, RegistryTree::Placing::InOrder);
   if (made == nullptr) return false;
   for (const auto& [below, values] : keys) {
     RegistryKey* key = made;
@@ -183,7 +189,8 @@ bool TreeStore::WriteNewKeys(std::string_view path, std::span<const NewKey> keys
     for (auto name = PathCursor::NextName(names, at); !name.empty();
          name = PathCursor::NextName(names, at)) {
       RegistryKey* known = RegistryTree::Subkey(*key, name);
-      key = known != nullptr ? known : &tree_.AddSubkey(*key, name, RegistryTree::Placing::InOrder);
+      key = known != nullptr ? known
+                             : &held_->tree.AddSubkey(*key, name, RegistryTree::Placing::InOrder);
     }
     Fill(*key, values);
   }
@@ -194,26 +201,27 @@ void TreeStore::Fill(RegistryKey& key, std::span<const NewValue> values) {
   key.entries.reserve(values.size());
   for (const auto& value : values) {
     const auto kind = static_cast<std::uint32_t>(value.kind);
-    tree_.SetValue(key, tree_.Names().Intern(value.name), kind, Stored(kind, value.data));
+    held_->tree.SetValue(key, held_->tree.Names().Intern(value.name), kind,
+                         Stored(kind, value.data));
   }
 }
 
 std::optional<std::uint64_t> TreeStore::ChangeMark(std::string_view path) {
   const RegistryKey* key = KeyAt(path);
   if (key == nullptr) return std::nullopt;
-  return tree_.MarkOf(*key);
+  return held_->tree.MarkOf(*key);
 }
 
 void TreeStore::BeginBatch() {
   inBatch_ = true;
-  tree_.StartBatch();
+  held_->tree.StartBatch();
 }
 
 CommitOutcome TreeStore::CommitBatch(bool overwriteChanged) {
   if (!inBatch_) return CommitOutcome::Done;
   lastError_.clear();
   const auto outcome =
-      tree_.Changed() ? WriteOut(overwriteChanged, lastError_) : CommitOutcome::Done;
+      held_->tree.Changed() ? WriteOut(overwriteChanged, lastError_) : CommitOutcome::Done;
   if (outcome != CommitOutcome::ChangedMeanwhile) EndBatch(outcome == CommitOutcome::Done);
   return outcome;
 }
@@ -221,6 +229,27 @@ CommitOutcome TreeStore::CommitBatch(bool overwriteChanged) {
 void TreeStore::AbandonBatch() {
   if (inBatch_) EndBatch(false);
 }
+
+bool TreeStore::ReadAgain() {
+  AbandonBatch();
+  const auto mark = Tree().LastMark();
+  held_ = std::make_unique<Held>();
+  Tree().StartMarksBehind(mark);
+  for (OpenedKey& opened : opened_) {
+    opened.deleted = opened.deleted || opened.key != nullptr;
+    opened.key = nullptr;
+  }
+  lastKey_ = nullptr;
+  lastValue_ = nullptr;
+  path_.clear();
+  widePath_.clear();
+  lastError_.clear();
+  const bool read = Read(lastError_);
+  UseRoot();
+  return read;
+}
+
+bool TreeStore::Read([[maybe_unused]] std::string& error) { return true; }
 
 CommitOutcome TreeStore::WriteOut([[maybe_unused]] bool overwriteChanged,
                                   [[maybe_unused]] std::string& error) {
@@ -257,7 +286,7 @@ RegistryStatus TreeStore::ValueOf(KeyHandle handle, std::string_view name,
   const auto status = KeyOf(handle, KeyAccess::ReadWrite, key);
   if (status != kStatusSuccess) return status;
   // A value is described and then read: the second look finds it where the first one did.
-  const auto mark = tree_.MarkOf(*key);
+  const auto mark = held_->tree.MarkOf(*key);
   if (key != lastKey_ || mark != lastMark_ || name != lastName_) {
     lastKey_ = key;
     lastMark_ = mark;
@@ -304,18 +333,18 @@ RegistryStatus TreeStore::Written(Write&& write) {
 void TreeStore::EndBatch(bool keep) {
   inBatch_ = false;
   if (keep) {
-    tree_.Keep();
+    held_->tree.Keep();
   } else {
-    tree_.Undo();
+    held_->tree.Undo();
   }
   // A handle outlives its key; it must not point to what is let go of now.
-  if (!tree_.HasDead()) return;
+  if (!held_->tree.HasDead()) return;
   for (OpenedKey& opened : opened_) {
     if (opened.key == nullptr || !opened.key->gone) continue;
     opened.key = nullptr;
     opened.deleted = true;
   }
-  tree_.Bury();
+  held_->tree.Bury();
 }
 
 }  // namespace morvelle

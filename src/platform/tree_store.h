@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -43,17 +44,23 @@ class TreeStore : public RegistryStore {
   void BeginBatch() override;
   CommitOutcome CommitBatch(bool overwriteChanged) override;
   void AbandonBatch() override;
+  bool ReadAgain() override;
   [[nodiscard]] std::string LastError() const override { return lastError_; }
 
  protected:
   /// Brings the changed tree to where it is kept. When that fails, `error` is the message.
   virtual CommitOutcome WriteOut(bool overwriteChanged, std::string& error);
 
-  [[nodiscard]] RegistryTree& Tree() { return tree_; }
+  /// Reads what is kept into the tree, which is empty. When that fails, `error` is the message.
+  virtual bool Read(std::string& error);
+
+  [[nodiscard]] RegistryTree& Tree() { return held_->tree; }
   /// To be called once the tree is filled and before the first operation.
   void UseRoot();
   /// The key of a path under HKEY_CURRENT_USER; null when there is none.
   [[nodiscard]] RegistryKey* KeyAt(std::string_view path);
+  /// The path of a key as KeyAt takes it; empty when it is not under HKEY_CURRENT_USER.
+  [[nodiscard]] std::string PathBelowRoot(const RegistryKey& key) const;
 
  private:
   struct OpenedKey {
@@ -75,8 +82,11 @@ class TreeStore : public RegistryStore {
   RegistryStatus Written(Write&& write);
   void EndBatch(bool keep);
 
-  RegistryTree tree_;
-  PathCursor cursor_{tree_};
+  struct Held {
+    RegistryTree tree;
+    PathCursor cursor{tree};
+  };
+  std::unique_ptr<Held> held_ = std::make_unique<Held>();
   RegistryKey* root_ = nullptr;
   std::vector<OpenedKey> opened_;
   std::vector<KeyHandle> freeHandles_;

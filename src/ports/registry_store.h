@@ -64,6 +64,21 @@ struct NewKey {
   std::span<const NewValue> values;
 };
 
+/// What an exchange file tells of its being whole. A file that lost its end lacks what stood behind
+/// its last key, which may lack values itself.
+struct ExchangeFile {
+  bool incomplete = false;  ///< It ends where no such file does.
+  bool inPart = false;      ///< It is incomplete, or was when we wrote it.
+  bool closed = false;      ///< Its last key is there with all its values.
+  std::string lastKey;      ///< Path of that key; empty where something else comes last.
+};
+
+/// What an exchange file is to do, where it is imported, to what a key of it holds there already.
+enum class Import {
+  Replaces,  ///< The key is given whole: what the file does not hold goes.
+  Adds,      ///< Nothing goes.
+};
+
 /// The registry under HKEY_CURRENT_USER as the program sees it: keys that hold named values and
 /// subkeys. Paths, names and string data are text of the system code page, one byte a character;
 /// paths are relative to HKEY_CURRENT_USER with "\" between components, a "\" at the end is
@@ -134,13 +149,24 @@ class RegistryStore {
   /// Undoes the writes of the batch, where the store can.
   virtual void AbandonBatch() {}
 
+  /// Reads again what another program may have changed. The open batch is undone and no handle is
+  /// good any more. False: it cannot be read, LastError says why, and the store is of no use.
+  virtual bool ReadAgain() {
+    AbandonBatch();
+    return true;
+  }
+  /// Why nothing can be written, as a message that names the file; empty when there is no reason.
+  [[nodiscard]] virtual std::string ReadOnlyReason() const { return {}; }
+
   /// Why the last CommitBatch, or the last status other than 0, came about, in French; empty when
   /// there is nothing to add to the status.
   [[nodiscard]] virtual std::string LastError() const { return {}; }
 
-  /// Tells a store that is an exchange file that the key is given there whole: who imports the file
-  /// must lose what the key held before.
-  virtual void GiveKeyWhole([[maybe_unused]] std::string_view path) {}
+  /// Nothing where the store is no exchange file.
+  [[nodiscard]] virtual std::optional<ExchangeFile> Exchange() const { return std::nullopt; }
+  /// Tells a store that is an exchange file what becomes of the key at an import. It holds from the
+  /// next write on.
+  virtual void GiveKey([[maybe_unused]] std::string_view path, [[maybe_unused]] Import how) {}
 };
 
 }  // namespace morvelle

@@ -1,3 +1,3 @@
 morvelle_test(app_tests
-  SOURCES app/settings_test.cpp
+  SOURCES app/export_start_test.cpp app/settings_test.cpp app/start_up_test.cpp
   USES app platform)

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <functional>
@@ -32,6 +33,7 @@ class FailingFiles final : public HostFiles {
   /// A replacement that fails when the old file is gone already.
   bool losesFile = false;
   bool canLock = true;
+  std::string readOnly;
   /// What another program does while the new file is being written.
   std::function<void()> meanwhile;
 
@@ -42,6 +44,9 @@ class FailingFiles final : public HostFiles {
     return real_->Read(path, bytes, stamp);
   }
   FileStamp Stamp(const std::filesystem::path& path) override { return real_->Stamp(path); }
+  std::string WhyReadOnly(const std::filesystem::path& path) override {
+    return readOnly.empty() ? real_->WhyReadOnly(path) : readOnly;
+  }
   Locking Lock(const std::filesystem::path& path, std::unique_ptr<FileLock>& lock) override {
     return canLock ? real_->Lock(path, lock) : Locking::Impossible;
   }
@@ -144,18 +149,23 @@ TEST_F(EditedFileTest, SaysWhyAFileCannotBeOpened) {
   ::mkfifo((folder_ / "pipe").c_str(), 0600);
   std::filesystem::create_directory(folder_ / "folder.reg");
   WriteFile(folder_ / "wrong.reg", "[HKEY_CURRENT_USER]");
+  WriteFile(folder_ / "empty.reg", "");
+  WriteFile(folder_ / "NTUSER.DAT", "regf");
   const std::pair<const char*, const char*> cases[] = {
       {"none.reg", "none.reg \xBB ne peut \xEAtre ouvert : il n'existe pas"},
       {"folder.reg", "c'est un dossier"},
       {"pipe", "ce n'est pas un fichier ordinaire"},
-      {"wrong.reg", "ce n'est pas un fichier de registre"},
+      {"wrong.reg", "ce n'est ni une ruche (NTUSER.DAT) ni un fichier de registre"},
+      {"empty.reg", "il est vide"},
+      {"NTUSER.DAT", "que Morvelle n'ouvre que sous Linux"},
   };
   for (const auto& [name, reason] : cases) {
     const auto opened = Open(folder_ / name);
     EXPECT_EQ(opened.store, nullptr);
     EXPECT_THAT(opened.error, HasSubstr(reason));
   }
-  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("folder.reg", "pipe", "wrong.reg"));
+  EXPECT_THAT(folder_.Names(),
+              UnorderedElementsAre("NTUSER.DAT", "empty.reg", "folder.reg", "pipe", "wrong.reg"));
 }
 
 TEST_F(EditedFileTest, WhatAnotherProgramWroteIsNotOverwrittenWithoutAQuestion) {
@@ -212,13 +222,31 @@ TEST_F(EditedFileTest, KeepsRightsAndLinks) {
 
 TEST_F(EditedFileTest, AFolderThatCannotBeWrittenStillOpens) {
   files_->canLock = false;
-  files_->copyFails = "vous n'en avez pas le droit";
+  files_->copyFails = files_->readOnly = "vous n'en avez pas le droit";
   const auto store = OpenNew();
+  EXPECT_THAT(store->ReadOnlyReason(), HasSubstr("enregistr\xE9 : vous n'en avez pas le droit"));
   EXPECT_EQ(Save(*store, "1"), CommitOutcome::Failed);
   EXPECT_THAT(store->LastError(), HasSubstr("pas le droit"));
   EXPECT_NE(store->DeleteKey("A"), kStatusSuccess) << "a write outside a batch";
   EXPECT_EQ(Value(*store), "none");
   EXPECT_EQ(ReadFile(file_), kEmpty) << "without its copy nothing is written";
+}
+
+TEST_F(EditedFileTest, TellsWhetherItCanBeWritten) {
+  const auto store = OpenNew();
+  const bool isRoot = ::geteuid() == 0;
+  const auto can = [&](mode_t file, mode_t folder) {
+    ::chmod(file_.c_str(), file);
+    ::chmod(folder_.Path().c_str(), folder);
+    // Nobody, where the test may write everything.
+    EXPECT_EQ(isRoot ? ::seteuid(65534) : 0, 0);
+    const bool writable = store->ReadOnlyReason().empty();
+    EXPECT_EQ(isRoot ? ::seteuid(0) : 0, 0);
+    return writable;
+  };
+  EXPECT_FALSE(can(0444, 0777));
+  EXPECT_FALSE(can(0666, 0555));
+  EXPECT_TRUE(can(0666, 0777));
 }
 
 TEST_F(EditedFileTest, TheCopyStaysWhereTheFileIsLost) {

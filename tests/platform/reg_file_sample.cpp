@@ -28,7 +28,7 @@ int WriteSample(const std::filesystem::path& folder) {
   auto opened = OpenRegFile(folder / "sample.reg", MakeHostFiles(), std::chrono::system_clock::now);
   if (opened.store == nullptr) return EXIT_FAILURE;
   RegistryStore& store = *opened.store;
-  store.GiveKeyWhole("A\\Mail");
+  store.GiveKey("A\\Mail", Import::Replaces);
   store.BeginBatch();
   KeyHandle key = 0;
   store.CreateKey("A\\Mail\\000", key);

@@ -112,7 +112,12 @@ constexpr Case kCases[] = {
      "\"0123456789\"=hex:00,01,02,03,04,05,06,07,08,09,0a,0b,0c,0d,0e,0f,10,11,12,13,\\\r\n"
      "  14,15,16,17,18,19,1a,1b,1c,1d,1e,1f,20,21,22,23,24,25,26,27,28,29,2a,2b,2c,\\\r\n"
      "  2d,2e,2f,30,31\r\n"},
-    {"a file cut short", "[A\\B]\r\n\"a\"=hex:01,02,\\", "[A\\B]\r\n;\"a\"=hex:01,02,\\\r\n"},
+    {"a comma with nothing behind it ends the bytes, unless more of them follow",
+     "[A\\B]\n\"a\"=hex:01,\n\"b\"=hex:02,\n 03,\n\"c\"=hex:04, ; c\n  5\n\"d\"=hex:06,\nadd\n",
+     "[A\\B]\r\n\"a\"=hex:01\r\n;\"b\"=hex:02,\r\n; 03,\r\n;\"c\"=hex:04, ; c\r\n;  5\r\n"
+     "\"d\"=hex:06\r\n;add\r\n"},
+    {"a file cut short", "[A\\B]\r\n\"a\"=hex(2):01,02,\\\r\n ",
+     "[A\\B]\r\n; Morvelle, valeur sans fin : \"a\"=hex(2):01,02\r\n"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Cases, RegText, testing::ValuesIn(kCases));
@@ -174,6 +179,44 @@ TEST(RegFile, APieceStaysWhileTheNextOneIsMade) {
   }
 }
 
+TEST(RegFile, TellsWhetherItsEndIsThere) {
+  const auto seems = [](std::string_view tail) {
+    RegistryTree tree;
+    const auto text = u"[A\\B]\r\n\"a\"=dword:00000001\r\n" + ToUtf16(tail);
+    const auto end = ReadRegText(text, 5, tree);
+    PathCursor cursor(tree);
+    const auto* value = RegistryTree::FindValue(*cursor.Find(tree.Top(), u"A\\B"), u"b");
+    return std::string(end.incomplete ? "cut " : "") + (end.closed ? "closed " : "") +
+           (end.lastKey != nullptr ? ToUtf8(FromUtf16Lossy(end.lastKey->name->text)) : "") +
+           (value != nullptr ? " b" + std::to_string(value->data.size()) : "");
+  };
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"", "B"},
+      {"\r\n", "closed B"},
+      {"\r\n\r", "closed B"},
+      {"\r\n\"b\"=hex:01\r\n\r\n", "B b1"},
+      {"\r\n[A\\C]\r\n", "C"},
+      {"\r\n[A\\C", "cut closed B"},
+      {"\r\n[-A\\C]\r\n", ""},
+      {"[A\\C\r\n", "B"},
+      {"\"b\"=\"x\"", "B b4"},
+      {"\"b\"=\"x", "cut B"},
+      {"\"b\"=\"x\r\ny\r\n", "cut B"},
+      {"\"b", "cut B"},
+      {"\"b\"=d", "cut B"},
+      {"@", "cut B"},
+      {"\"b\"=dword:0000000", "cut B b4"},
+      {"\"b\"=dword:00000001", "B b4"},
+      {"\"b\"=hex:01,0", "cut B b2"},
+      {"\"b\"=hex:01,02,\\", "cut B b2"},
+      {"\"b\"=hex:01,\\\r\n\r\n  ", "cut B b1"},
+      {"\"b\"=hex:01,\r\n", "B b1"},
+      {"\x1A", "B"},
+      {"; b", "B"},
+  };
+  for (const auto& [tail, wanted] : cases) EXPECT_EQ(seems(tail), wanted) << tail;
+}
+
 TEST(RegFile, AKeyNeverBecomesADeletion) {
   for (const std::string_view line :
        {"[\\-HKEY_CURRENT_USER\\Software]", "[\\ A\\B]", "[-\\ A\\B]"}) {
@@ -185,14 +228,22 @@ TEST(RegFile, AKeyNeverBecomesADeletion) {
 
 TEST(RegFile, RefusesAnotherHeader) {
   for (const std::string_view bytes :
-       {"", "regedit4\r\n", "REGEDIT4 \r\n", "REGEDIT44", " REGEDIT4", "REGEDIT5\r\n",
+       {"", " ", "regedit4\r\n", "REGEDIT4 \r\n", "REGEDIT44", "\nREGEDIT4", "REGEDIT5\r\n",
         "Windows Registry Editor Version 5.0\r\n", "Windows registry Editor Version 5.00\r\n",
         "[HKEY_CURRENT_USER]", "\xEF\xBB\xBFREGEDIT4\r\n", "\xFE\xFF", "\xFF\xFE"}) {
     EXPECT_FALSE(RoundTrip(bytes)) << bytes;
   }
   EXPECT_FALSE(RoundTrip(Utf16("REGEDIT4\r\n")));
-  for (const std::string_view bytes : {"REGEDIT4", "REGEDIT4\n[A]", "REGEDIT4\r[A]"}) {
+  for (const std::string_view bytes : {"REGEDIT4", "REGEDIT4\n[A]", "\t REGEDIT4\r[A]"}) {
     EXPECT_TRUE(RoundTrip(bytes)) << bytes;
+  }
+  const auto whole = File(kFive, "[A\\\xC3\xA9]\r\n");
+  for (const auto& one : {whole, Utf16(whole)}) {
+    const auto head = one.find('W');
+    auto blanks = one;
+    // What was UTF-16 stays so without its mark.
+    blanks.replace(0, head, head == 2 ? std::string_view(" \0\t\0", 4) : " \t");
+    EXPECT_EQ(RoundTrip(blanks), one.substr(head)) << testing::PrintToString(one);
   }
 }
 

@@ -318,9 +318,13 @@ TEST_F(HiveStoreTest, RefusesWhatItCannotEditSafely) {
     Seal(bytes);
     ExpectRefused(bytes, HasSubstr(std::string(message)));
   };
-  refused([](auto& bytes) { ++bytes[hive::kSequence1]; }, "n'avait pas fini");
+  refused([](auto& bytes) { ++bytes[hive::kSequence1]; }, "NTUSER.DAT.LOG*");
   refused([](auto& bytes) { bytes.replace(0, 4, "CREG"); }, "Windows 95");
-  refused([](auto& bytes) { bytes[hive::kFileType] = 1; }, "d'une version connue");
+  refused([](auto& bytes) { bytes[hive::kMajor] = 2; }, "d'une version connue");
+  // A journal may be shorter than any hive.
+  for (const std::size_t size : {std::size_t{512}, whole.size()}) {
+    refused([&](auto& bytes) { bytes.resize(size), bytes[hive::kFileType] = 6; }, "(.LOG)");
+  }
   refused([&](auto& bytes) { Put(bytes, key, hive::kKeyValues, 0x7FFFFFF0); }, "endommag");
   // A key within itself.
   const HiveCells cells(whole);

@@ -75,7 +75,7 @@ TEST_F(RegFileStoreTest, GivesTheRulesKeyWhole) {
       "[HKEY_CURRENT_USER\\A]\r\n\r\n[HKEY_CURRENT_USER\\A\\Mail\\001]\r\n\r\n"
       "[HKEY_CURRENT_USER\\A\\Mail]\r\n\r\n[HKEY_CURRENT_USER\\Z]\r\n\r\n");
   const auto before = Body();
-  store->GiveKeyWhole("a\\mail\\");
+  store->GiveKey("a\\mail\\", Import::Replaces);
   store->BeginBatch();
   KeyHandle key = 0;
   store->CreateKey("A\\Mail\\000", key);
