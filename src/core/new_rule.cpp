@@ -52,7 +52,7 @@ std::string UsualRuleId(const RuleTables& tables) {
 
 NameFault FaultOfName(const RuleTables& tables, std::string_view name, int ownRow) {
   if (name.find_first_of(kRefusedInNames) != std::string_view::npos ||
-      name.find_first_not_of(kBlanks) == std::string_view::npos) {
+      HoldsControlCharacter(name) || name.find_first_not_of(kBlanks) == std::string_view::npos) {
     return NameFault::Characters;
   }
   if (EqualIgnoringCase(name, kBookRule)) return NameFault::Reserved;

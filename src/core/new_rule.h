@@ -50,8 +50,8 @@ enum class NameFault { None, Characters, Reserved, Used };
 inline constexpr std::string_view kBookRule = "Carnet d'adresses";
 
 /// The first fault of a name for a new rule, or for the rule of `ownRow`: characters that a file
-/// name cannot have or blanks only, the address-book rule's name, another rule's name. Letter case
-/// is ignored.
+/// name cannot have, a control character or blanks only, the address-book rule's name, another
+/// rule's name. Letter case is ignored.
 NameFault FaultOfName(const RuleTables& tables, std::string_view name, int ownRow = -1);
 
 /// Adds a row at the end of the tables and of the order, which is made anew from the rows: an

@@ -3,6 +3,7 @@
 #include <wx/app.h>
 #include <wx/artprov.h>
 #include <wx/button.h>
+#include <wx/clipbrd.h>
 #include <wx/dialog.h>
 #include <wx/display.h>
 #include <wx/sizer.h>
@@ -143,11 +144,12 @@ class InputBox {
   std::optional<std::string> Ask();
 
  private:
-  [[nodiscard]] std::optional<std::string> Text() const {
-    return FromUtf8(input_->GetValue().utf8_string());
-  }
+  [[nodiscard]] std::optional<std::string> Text() const { return Allowed(input_->GetValue()); }
+  /// The text as the program's; nothing when it holds a character that none takes in.
+  static std::optional<std::string> Allowed(const wxString& typed);
   wxSizer* MakeCommands();
-  void Judge();
+  void OnPaste(wxClipboardTextEvent& event);
+  void Judge(const wxString& typed);
   void Accept();
 
   wxDialog dialog_;
@@ -176,7 +178,8 @@ InputBox::InputBox(const std::string& prompt, const std::string& title, const st
   FitWithTitle(dialog_, *column);
 
   input_->Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) { Accept(); });
-  input_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Judge(); });
+  input_->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Judge(input_->GetValue()); });
+  input_->Bind(wxEVT_TEXT_PASTE, &InputBox::OnPaste, this);
   CloseWith(dialog_, Button::Cancel);
   input_->SetFocus();
   input_->SelectAll();
@@ -196,15 +199,34 @@ wxSizer* InputBox::MakeCommands() {
   return row;
 }
 
-void InputBox::Judge() {
-  refusal_->SetLabelText(Text() ? wxString()
-                                : ToWx("Ce texte contient un caractère non autorisé"_cp));
+std::optional<std::string> InputBox::Allowed(const wxString& typed) {
+  auto text = FromUtf8(typed.utf8_string());
+  if (text && HoldsControlCharacter(*text)) return std::nullopt;
+  return text;
+}
+
+// The line of Windows would take in what stands before the first line break and drop the rest.
+void InputBox::OnPaste(wxClipboardTextEvent& event) {
+  const wxClipboardLocker open;
+  wxTextDataObject pasted;
+  if (!open || !wxTheClipboard->GetData(pasted) || Allowed(pasted.GetText())) {
+    event.Skip();
+  } else {
+    Judge(pasted.GetText());
+  }
+}
+
+void InputBox::Judge(const wxString& typed) {
+  refusal_->SetLabelText(Allowed(typed) ? wxString()
+                                        : ToWx("Ce texte contient un caractère non autorisé"_cp));
 }
 
 void InputBox::Accept() {
   if (Text()) {
     dialog_.EndModal(static_cast<int>(Button::Ok));
   } else {
+    // A name may have been stored with such a character: nothing was said about it yet.
+    Judge(input_->GetValue());
     input_->SetFocus();
   }
 }

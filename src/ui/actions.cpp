@@ -17,6 +17,10 @@ constexpr std::array kActionTypes = {kActionMove, kActionDeleteFromServer, kActi
 constexpr int kMoveItem = 0;
 constexpr int kStopItem = 3;
 
+/// The value of a move: the mark of the store that the folder is in, then the folder's id.
+constexpr std::size_t kStoreMark = 8;
+constexpr std::size_t kFolderIdLength = 3;
+
 std::size_t Index(int i) { return static_cast<std::size_t>(i); }
 
 bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
@@ -138,33 +142,40 @@ void frmMorvelle::ShowActions() {
     lstAct.SetSelected(kStopItem, true);
     ++SelectedActionCount;
   }
+  std::string move;
   for (int j = 0; j <= last; ++j) {
     const auto& action = rule.ActionsParam[Index(j)];
     for (int item = kMoveItem; item < kStopItem; ++item) {
       if (action.Type != kActionTypes[Index(item)]) continue;
       lstAct.SetSelected(item, true);
       ++SelectedActionCount;
-      if (item == kMoveItem) NameFolder(action.Value);
+      if (item == kMoveItem) move = MoveText(action.Value, move);
     }
   }
+  if (!move.empty()) lstAct.SetItem(kMoveItem, move);
 }
 
-void frmMorvelle::NameFolder(const std::string& value) {
-  constexpr std::size_t kFolderId = 8;
-  constexpr std::size_t kFolderIdLength = 3;
+const FolderRec* frmMorvelle::FolderOf(std::string_view value) {
+  const auto store = program_.deletedItems.DeletedItems().substr(0, kStoreMark);
   // The folder store names folders by three bytes; a fourth one above zero is another folder's.
-  if (value.size() < kFolderId + kFolderIdLength) return;
-  if (value.size() > kFolderId + kFolderIdLength && value[kFolderId + kFolderIdLength] != '\0') {
-    return;
-  }
-  const auto id = StrToHex(value.substr(kFolderId, kFolderIdLength));
+  constexpr std::size_t kIdEnd = kStoreMark + kFolderIdLength;
+  if (!value.starts_with(store) || value.size() < kIdEnd) return nullptr;
+  if (value.size() > kIdEnd && value[kIdEnd] != '\0') return nullptr;
+  const auto id = StrToHex(value.substr(kStoreMark, kFolderIdLength));
   for (const auto& folder : program_.deletedItems.Folders().Folders) {
-    if (!EqualIgnoringCase(folder.Id, id)) continue;
-    // A folder that was never used carries its final zero in its name.
-    const auto name = folder.Name.substr(0, folder.Name.find('\0'));
-    lstAct.SetItem(kMoveItem, std::string(kMoveTo) + name + "\"");
-    return;
+    if (EqualIgnoringCase(folder.Id, id)) return &folder;
   }
+  return nullptr;
+}
+
+std::string frmMorvelle::MoveText(std::string_view value, const std::string& former) {
+  // Where the list of folders cannot be read, nothing is known of any.
+  if (program_.deletedItems.DeletedItems().size() < kStoreMark) return former;
+  if (const auto* folder = FolderOf(value)) {
+    // A folder that was never used carries its final zero in its name.
+    return std::string(kMoveTo) + folder->Name.substr(0, folder->Name.find('\0')) + "\"";
+  }
+  return former.empty() ? std::string(kMoveToUnknownFolder) : former;
 }
 
 void frmMorvelle::SelectAction(int item) {
@@ -266,8 +277,8 @@ void frmMorvelle::lstAct_Click() {
   Ending("lstAct_Click", [&] {
     const int item = lstAct.ListIndex();
     if (item == -1) return;
-    tables_.Touch(editing_.nCurRule);
-    auto& action = tables_.RuleAt(editing_.nCurRule).ActionsParam[0];
+    const auto& present = tables_.RuleAt(editing_.nCurRule).ActionsParam[0];
+    auto value = present.Value;
     if (item == kMoveItem) {
       const auto& deletedItems = program_.deletedItems.DeletedItems();
       if (!IsDeletedItems(deletedItems)) {
@@ -275,12 +286,25 @@ void frmMorvelle::lstAct_Click() {
         ShowActions();
         return;
       }
-      action.Value = deletedItems + '\0';
+      value = deletedItems + '\0';
     }
+    const bool alone = !OtherActionSelected(item);
     SelectAction(item);
-    action.Type = kActionTypes[Index(item)];
+    const auto type = kActionTypes[Index(item)];
+    if (alone && present.Type == type && present.Value == value) return;
+    tables_.Touch(editing_.nCurRule);
+    auto& action = tables_.RuleAt(editing_.nCurRule).ActionsParam[0];
+    action.Type = type;
+    action.Value = value;
     ContentEdited();
   });
+}
+
+bool frmMorvelle::OtherActionSelected(int item) const {
+  for (int i = 0; i < lstAct.Count(); ++i) {
+    if (i != item && lstAct.Selected(i)) return true;
+  }
+  return false;
 }
 
 }  // namespace morvelle

@@ -1,5 +1,6 @@
 #include "ui/controls.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "app/messages/errors.h"
@@ -13,6 +14,17 @@ const std::string kNoText;
 
 void Raise(const Handler& handler) {
   if (handler) handler();
+}
+
+/// What stands between the beginning and the end that the two texts have in common.
+std::string_view BroughtIn(std::string_view before, std::string_view after) {
+  const auto start = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+  const auto atStart = static_cast<std::size_t>(start.second - after.begin());
+  before.remove_prefix(atStart);
+  after.remove_prefix(atStart);
+  const auto end = std::mismatch(before.rbegin(), before.rend(), after.rbegin(), after.rend());
+  after.remove_suffix(static_cast<std::size_t>(end.second - after.rbegin()));
+  return after;
 }
 
 template <typename Items>
@@ -102,8 +114,8 @@ void TextBox::SetText(std::string_view text) {
 void TextBox::Type(std::u16string_view text) {
   if (!Reachable() || readOnly_) return;
   const auto bytes = FromUtf16(text);
-  // A zero would end the word where it is stored.
-  if (bytes && bytes->find('\0') == std::string::npos) {
+  // A stored word may hold control characters: it is shown, and what is around them can be edited.
+  if (bytes && !HoldsControlCharacter(BroughtIn(text_, *bytes))) {
     SetText(*bytes);
     return;
   }

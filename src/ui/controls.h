@@ -131,8 +131,8 @@ class TextBox : public Control {
   using Control::Control;
   Handler onChange;
   std::function<void(int keyCode)> onKeyDown;
-  /// Called instead of onChange when the user typed what a rule cannot hold, a character that
-  /// Windows-1252 lacks or a zero; the text stays as it was.
+  /// Called instead of onChange when the user brought in what a word may not hold, a character that
+  /// Windows-1252 lacks or a control character; the text stays as it was.
   Handler onRefused;
   [[nodiscard]] const std::string& Text() const { return text_; }
   void SetText(std::string_view text);

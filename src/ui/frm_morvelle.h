@@ -30,6 +30,8 @@ namespace morvelle {
 /// designed.
 inline constexpr std::string_view kMoveTo = "déplacer vers \""_cp;
 inline constexpr std::string_view kMoveToDeletedItems = "déplacer vers \"Éléments supprimés\""_cp;
+/// What it says instead where the list of folders is known and the rule's folder is not in it.
+inline constexpr std::string_view kMoveToUnknownFolder = "déplacer vers un dossier inconnu"_cp;
 
 /// The main window as state and commands. The controls are its own, under their own names; every
 /// handler is a method. A view shows it; without one it works all the same.
@@ -247,7 +249,13 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void FillSlots();
   void ShowFirstSlot();
   void ShowActions();
-  void NameFolder(const std::string& value);
+  /// The folder that the value of a move names; null for an unknown one or another store's.
+  [[nodiscard]] const FolderRec* FolderOf(std::string_view value);
+  /// What lstAct says of a rule with that move; `former`, unless it is empty, where the folder is
+  /// unknown.
+  [[nodiscard]] std::string MoveText(std::string_view value, const std::string& former);
+  /// Whether lstAct shows an action selected beside that one.
+  [[nodiscard]] bool OtherActionSelected(int item) const;
   void SelectAction(int item);
   void TakeOverLogic();
   void ForgetOpenRule();

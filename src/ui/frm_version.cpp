@@ -56,7 +56,9 @@ frmVersion::frmVersion(Ports& ports, const ProgramState& state)
       std::string(kAppTitle) +
       std::string(" est un programme destiné à compléter le gestionnaire des 'Règles\r\n"_cp) +
       std::string("de message' d'Outlook Express\r\n"_cp) + std::string(kCredits));
-  lblUpDate.SetVisible(!lblUpDate.Caption().empty());
+  const bool hasAddress = !lblUpDate.Caption().empty();
+  lblUpDateLine.SetVisible(hasAddress);
+  lblUpDate.SetVisible(hasAddress);
   lblUpDate.onClick = [this] { lblUpDate_Click(); };
   cmdOK.onClick = [this] {
     if (onClose) onClose();

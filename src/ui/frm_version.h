@@ -18,8 +18,9 @@ class frmVersion {
   Frame picIcon;
   Label lblDescription;
   Label lblVersion;
+  /// The address of the updates, which opens in the browser; hidden, with the line before it, where
+  /// none is known.
   Label lblUpDateLine;
-  /// The address of the updates, which opens in the browser; hidden where none is known.
   PushButton lblUpDate;
   Label lblDisclaimer;
   PushButton cmdOK;

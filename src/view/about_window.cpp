@@ -35,7 +35,7 @@ class AboutDialog final : public wxDialog {
     auto* texts = new wxBoxSizer(wxVERTICAL);
     AddText(texts, box.lblDescription);
     AddText(texts, box.lblVersion);
-    AddText(texts, box.lblUpDateLine);
+    if (box.lblUpDateLine.Visible()) AddText(texts, box.lblUpDateLine);
     if (box.lblUpDate.Visible()) AddLink(texts);
     AddText(texts, box.lblDisclaimer);
 

@@ -1,21 +1,24 @@
 #include "view/gestures.h"
 
 #include "app/messages/errors.h"
+#include "view/meanwhile.h"
 #include "view/mirror.h"
 
 namespace morvelle {
 
-void Gestures::Perform(const std::function<void()>& gesture) {
-  if (stopped_ || mirror_.Flushing()) return;
-  bool ended = false;
-  ++depth_;
+bool Gestures::EndsProgram(const std::function<void()>& gesture) {
+  const Meanwhile deeper(depth_, depth_ + 1);
   try {
     gesture();
   } catch (const ProgramEnd&) {
-    ended = true;
+    return true;
   }
-  --depth_;
-  if (ended) {
+  return false;
+}
+
+void Gestures::Perform(const std::function<void()>& gesture) {
+  if (stopped_ || mirror_.Flushing()) return;
+  if (EndsProgram(gesture)) {
     Stop();
     onEnd_();
   } else if (depth_ == 0 && !stopped_) {

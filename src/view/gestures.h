@@ -27,6 +27,8 @@ class Gestures {
   [[nodiscard]] bool Running() const { return depth_ > 0; }
 
  private:
+  [[nodiscard]] bool EndsProgram(const std::function<void()>& gesture);
+
   Mirror& mirror_;
   std::function<void()> onEnd_;
   int depth_ = 0;

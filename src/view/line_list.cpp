@@ -25,6 +25,14 @@ LineList::LineList(wxWindow* parent, bool severalSelections, const wxSize& least
   Bind(wxEVT_LEFT_UP, &LineList::OnRelease, this);
   Bind(wxEVT_LISTBOX, &LineList::OnSelect, this);
   Bind(wxEVT_MOTION, &LineList::OnMotion, this);
+  if (!severalSelections) return;
+  Bind(wxEVT_CHAR_HOOK, &LineList::OnKey, this);
+  // As GTK reports Enter.
+  Bind(wxEVT_LISTBOX_DCLICK, [this](wxCommandEvent&) { Pick(caret_.Line()); });
+  Bind(wxEVT_SET_FOCUS, [this](wxFocusEvent& event) {
+    caret_.Focused();
+    event.Skip();
+  });
 }
 
 void LineList::TakeOver(const ListBox& list) {
@@ -76,23 +84,28 @@ void LineList::TakeOverSelection(const ListBox& list) {
     if (GetSelection() != list.ListIndex()) SetSelection(list.ListIndex());
     return;
   }
-  for (int i = 0; i < list.Count(); ++i) {
-    if (IsSelected(i) == list.Selected(i)) continue;
-    if (list.Selected(i)) {
+  selected_.clear();
+  for (int i = 0; i < list.Count(); ++i) selected_.push_back(list.Selected(i));
+  ShowSelections();
+}
+
+void LineList::ShowSelections() {
+  for (int i = 0; i < static_cast<int>(selected_.size()); ++i) {
+    const bool selected = selected_[static_cast<std::size_t>(i)];
+    if (IsSelected(i) == selected) continue;
+    if (selected) {
       SetSelection(i);
     } else {
       Deselect(i);
     }
   }
-  wxArrayInt selections;
-  GetSelections(selections);
-  shownSelections_.assign(selections.begin(), selections.end());
 }
 
 void LineList::OnPress(wxMouseEvent& event) {
   pressed_ = HitTest(event.GetPosition());
   dragged_ = onDrag ? pressed_ : wxNOT_FOUND;
   reported_ = false;
+  if (pressed_ != wxNOT_FOUND) caret_.Pressed(pressed_);
   event.Skip();
 }
 
@@ -127,29 +140,35 @@ void LineList::OnRelease(wxMouseEvent& event) {
   dragged_ = wxNOT_FOUND;
   CallAfter([this] {
     const auto pressed = std::exchange(pressed_, wxNOT_FOUND);
-    if (pressed != wxNOT_FOUND && !reported_ && onPick) onPick(pressed);
+    if (!reported_) Pick(pressed);
   });
 }
 
 void LineList::OnSelect(wxCommandEvent& event) {
   reported_ = true;
-  const int index = pressed_ != wxNOT_FOUND ? pressed_ : PickedByKey(event);
-  if (index != wxNOT_FOUND && onPick) onPick(index);
+  if (pressed_ != wxNOT_FOUND || !HasMultipleSelection()) {
+    Pick(pressed_ != wxNOT_FOUND ? pressed_ : event.GetSelection());
+    return;
+  }
+  caret_.Reported();
+  ShowSelections();
 }
 
-// Moving by key in a list of several selections takes the selection along: the line that gained it
-// is the one picked.
-int LineList::PickedByKey(const wxCommandEvent& event) const {
-  if (!HasMultipleSelection()) return event.GetSelection();
-  wxArrayInt now;
-  GetSelections(now);
-  for (const int index : now) {
-    if (std::find(shownSelections_.begin(), shownSelections_.end(), index) ==
-        shownSelections_.end()) {
-      return index;
-    }
+// A key that only looks at a line must not change what the list says.
+void LineList::OnKey(wxKeyEvent& event) {
+  const int key = event.GetKeyCode();
+  if (!event.HasAnyModifiers() &&
+      (key == WXK_SPACE || key == WXK_RETURN || key == WXK_NUMPAD_ENTER)) {
+    Pick(caret_.Line());
+    return;
   }
-  return event.GetInt();
+  if (!caret_.LetsPass(event)) return;
+  event.Skip();
+  CallAfter(&LineList::ShowSelections);
+}
+
+void LineList::Pick(int index) {
+  if (index != wxNOT_FOUND && onPick) onPick(index);
 }
 
 }  // namespace morvelle

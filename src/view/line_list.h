@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ui/controls.h"
+#include "view/list_caret.h"
 
 namespace morvelle {
 
@@ -19,7 +20,8 @@ class LineList final : public wxListBox {
   using Show = std::function<wxString(std::string_view line)>;
   LineList(wxWindow* parent, bool severalSelections, const wxSize& leastSize, Show show = {});
 
-  /// The user clicked a line or moved to it by a key, the current line included.
+  /// The user clicked a line, the current line included, or moved to it by a key. In a list of
+  /// several selections a key moves the caret only: the Space bar and Enter are its click.
   std::function<void(int index)> onPick;
 
   /// The user drags the line `from` to where `to` is; returns where the line is then. A list
@@ -35,7 +37,10 @@ class LineList final : public wxListBox {
   void ReplaceBlock(const std::vector<std::string>& lines, std::size_t first, std::size_t oldEnd,
                     std::size_t newEnd);
   void TakeOverSelection(const ListBox& list);
-  [[nodiscard]] int PickedByKey(const wxCommandEvent& event) const;
+  /// Shows the selections of the control, whatever a key made of them.
+  void ShowSelections();
+  void OnKey(wxKeyEvent& event);
+  void Pick(int index);
   void OnPress(wxMouseEvent& event);
   void OnRelease(wxMouseEvent& event);
   void OnSelect(wxCommandEvent& event);
@@ -47,10 +52,12 @@ class LineList final : public wxListBox {
   Show show_;
   /// The lines that the widget shows now.
   std::vector<std::string> shown_;
-  std::vector<int> shownSelections_;
+  /// Which lines the control has selected, where there may be several.
+  std::vector<bool> selected_;
   int pressed_ = wxNOT_FOUND;
   int dragged_ = wxNOT_FOUND;
   bool reported_ = false;
+  ListCaret caret_{*this};
 };
 
 }  // namespace morvelle

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "view/meanwhile.h"
+
 namespace morvelle {
 
 Aspects Aspects::All() {
@@ -52,18 +54,30 @@ void Mirror::Serve(Control& control, const Aspects& aspects) {
 
 void Mirror::Flush() {
   if (flushing_) return;
-  flushing_ = true;
   const auto controls = std::exchange(changed_, {});
-  for (auto* control : controls) {
-    Serve(*control, std::exchange(followed_.at(control).changed, {}));
+  auto next = controls.begin();
+  try {
+    const Meanwhile flushing(flushing_, true);
+    while (next != controls.end()) {
+      auto* control = *next++;
+      Serve(*control, std::exchange(followed_.at(control).changed, {}));
+    }
+    ServeFocus();
+  } catch (...) {
+    // One widget's failure keeps no other from its changes.
+    changed_.insert(changed_.begin(), next, controls.end());
+    if (!changed_.empty()) schedule_();
+    throw;
   }
-  if (auto* control = std::exchange(wantsFocus_, nullptr); control != nullptr) {
-    Aspects focus;
-    focus.Add(Aspect::Focus);
-    Serve(*control, focus);
-  }
-  flushing_ = false;
   if (!changed_.empty()) schedule_();
+}
+
+void Mirror::ServeFocus() {
+  auto* control = std::exchange(wantsFocus_, nullptr);
+  if (control == nullptr) return;
+  Aspects focus;
+  focus.Add(Aspect::Focus);
+  Serve(*control, focus);
 }
 
 }  // namespace morvelle

@@ -52,6 +52,7 @@ class Mirror final : public ControlObserver {
   };
   void Note(Control& control, Aspects aspects);
   void Serve(Control& control, const Aspects& aspects);
+  void ServeFocus();
 
   std::function<void()> schedule_;
   std::unordered_map<Control*, Followed> followed_;

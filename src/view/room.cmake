@@ -11,9 +11,9 @@ if(MORVELLE_WX)
       platform/printer_wx.cpp platform/progress_wx.cpp ${platform_wx_system_sources}
     USES messages ports wx)
   if(WIN32)
-    set(view_system_sources view/french_win32.cpp)
+    set(view_system_sources view/french_win32.cpp view/list_caret_win32.cpp)
   else()
-    set(view_system_sources view/french_posix.cpp)
+    set(view_system_sources view/french_posix.cpp view/list_caret_posix.cpp)
   endif()
   morvelle_room(view
     SOURCES ${view_system_sources} view/about_window.cpp view/gestures.cpp view/line_list.cpp view/main_window.cpp

@@ -1,20 +1,30 @@
 #include "view/text_line.h"
 
+#include <wx/clipbrd.h>
+
 #include <utility>
 
+#include "view/meanwhile.h"
 #include "view/wx_text.h"
 
 namespace morvelle {
+
+namespace {
+
+/// Empty where the clipboard holds no text.
+wxString ClipboardText() {
+  const wxClipboardLocker open;
+  wxTextDataObject text;
+  return !open || !wxTheClipboard->GetData(text) ? wxString() : text.GetText();
+}
+
+}  // namespace
 
 TextLine::TextLine(wxWindow* parent, bool readOnly)
     : wxTextCtrl(parent, wxID_ANY, {}, wxDefaultPosition, wxDefaultSize,
                  readOnly ? wxTE_READONLY : wxTE_PROCESS_ENTER) {
   if (readOnly) return;
-  Bind(wxEVT_TEXT, [this](wxCommandEvent&) {
-    typing_ = true;
-    if (onType) onType(GetValue());
-    typing_ = false;
-  });
+  Bind(wxEVT_TEXT, [this](wxCommandEvent&) { Report(GetValue()); });
   Bind(wxEVT_TEXT_ENTER, [this](wxCommandEvent&) {
     if (onEnter) onEnter();
   });
@@ -25,7 +35,7 @@ TextLine::TextLine(wxWindow* parent, bool readOnly)
   });
   Bind(wxEVT_TEXT_PASTE, [this](wxClipboardTextEvent& event) {
     RememberCaret();
-    event.Skip();
+    if (!PasteLines()) event.Skip();
   });
   Bind(wxEVT_IDLE, [this](wxIdleEvent& event) {
     if (HasFocus()) RememberCaret();
@@ -36,6 +46,25 @@ TextLine::TextLine(wxWindow* parent, bool readOnly)
 void TextLine::RememberCaret() {
   long end = 0;
   GetSelection(&caret_, &end);
+}
+
+void TextLine::Report(const wxString& text) {
+  const Meanwhile typing(typing_, true);
+  if (onType) onType(text);
+}
+
+// The line of Windows would take in what stands before the first line break and drop the rest: the
+// control gets the whole, and decides.
+bool TextLine::PasteLines() {
+  const auto pasted = ClipboardText();
+  if (pasted.find_first_of("\r\n") == wxString::npos) return false;
+  long from = 0;
+  long end = 0;
+  GetSelection(&from, &end);
+  const auto text = GetValue();
+  Report(text.Left(static_cast<std::size_t>(from)) + pasted +
+         text.Mid(static_cast<std::size_t>(end)));
+  return true;
 }
 
 void TextLine::TakeOver(const TextBox& box) {

@@ -24,6 +24,8 @@ class TextLine final : public wxTextCtrl {
 
  private:
   void RememberCaret();
+  void Report(const wxString& text);
+  [[nodiscard]] bool PasteLines();
 
   wxString shown_;
   long caret_ = 0;

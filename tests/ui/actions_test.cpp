@@ -49,8 +49,53 @@ TEST_F(Actions, TheMoveLineNamesTheFolderUntilTheEditorIsCleared) {
   EXPECT_EQ(MoveLine(), "déplacer vers \"Famille\"");
   form->ClearMod();
   EXPECT_EQ(MoveLine(), "déplacer vers \"Éléments supprimés\"");
-  OpenWith({6}, kStoreMark + "\x09\0\0\x01"s);
-  EXPECT_EQ(MoveLine(), "déplacer vers \"Éléments supprimés\"") << "a fourth byte: another folder";
+}
+
+TEST_F(Actions, AFolderIsNamedOnlyWhereItIsThisStoresAndKnown) {
+  const std::string unknown = "déplacer vers un dossier inconnu";
+  const std::string otherStore = "\x01\x02\x03\x04\x05\x06\x07\x09";
+  const std::pair<std::string, std::string> cases[] = {
+      {kDeletedItems, "déplacer vers \"Éléments supprimés\""},
+      {kDeletedItems.substr(0, 11), "déplacer vers \"Éléments supprimés\""},
+      {MoveTo("\x63"), unknown},
+      {otherStore + "\x09\0\0\0"s, unknown},
+      {otherStore + "\x05\0\0\0"s, unknown},
+      {kStoreMark + "\x09\0\0\x01"s, unknown},
+      {kStoreMark + "\x09\0"s, unknown},
+      {"", unknown}};
+  for (const auto& [value, line] : cases) {
+    OpenWith({6}, value);
+    EXPECT_EQ(MoveLine(), line) << testing::PrintToString(value);
+    EXPECT_THAT(SelectedActions(), ElementsAre(0));
+  }
+  // Of several moves, the last one to a known folder.
+  rules.WithActions("000", "Une", {6, 6, 6}, MoveTo("\x07")).Action("002", 6).Bytes("");
+  rules.Action("001", 6).Bytes(MoveTo("\x09"));
+  Start();
+  Open(0);
+  EXPECT_EQ(MoveLine(), "déplacer vers \"Famille\"");
+}
+
+TEST_F(Actions, ChoosingWhatTheRuleDoesAlreadyChangesNothing) {
+  struct Case {
+    std::vector<std::uint32_t> types;
+    std::string move;
+    int chosen;
+    bool changes;
+  };
+  const Case cases[] = {
+      {{8}, "", 1, false},    {{9}, "", 2, false},
+      {{12}, "", 3, false},   {{6}, kDeletedItems, 0, false},
+      {{8}, "", 2, true},     {{6}, MoveTo("\x07"), 0, true},
+      {{8, 12}, "", 1, true},  // The other action is not shown any more.
+      {{11, 8}, "", 1, true},  // The first action is another one, which the list does not know.
+  };
+  for (const auto& [types, move, chosen, changes] : cases) {
+    OpenWith(types, move);
+    form->lstAct.ClickItem(chosen);
+    EXPECT_THAT(SelectedActions(), ElementsAre(chosen));
+    EXPECT_EQ(Can("mnuRegContent"), changes) << types.front() << ", " << chosen;
+  }
 }
 
 TEST_F(Actions, WithoutTheFolderListNoMoveIsEverMade) {
@@ -65,6 +110,9 @@ TEST_F(Actions, WithoutTheFolderListNoMoveIsEverMade) {
   form->lstAct.ClickItem(3);
   Save();
   EXPECT_EQ(Stored(), Replaced(before, "Actions\\000\\Type = 9", "Actions\\000\\Type = 12"));
+  dialogs.Expect(kUnreadableFolders, kBoxStop, "Folders");
+  OpenWith({6}, MoveTo("\x09"));
+  EXPECT_EQ(MoveLine(), "déplacer vers \"Éléments supprimés\"") << "nothing is known of it";
 }
 
 TEST_F(Actions, ARuleWithoutActionEndsTheProgramAsItOpens) {

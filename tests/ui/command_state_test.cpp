@@ -7,25 +7,25 @@ namespace {
 
 /// A column for each state, in the order of the test's own list, and who does something there.
 constexpr const char* kTable = R"(
-................... mnuWhiteListK9 cmdAdd(0) cmdChange(0) cmdFiltres
-...............x... mnuChangeBook mnuAutoUpdateBook
-..............x.... lstCrit txtMerge cmdFileToMerge
-..........xxx...... lstRules picUp picDown cmdCancelOrder
-.........x......... cmdDel(0)
-......x...xxx..x.x. mnuChangeOrder mnuArrange
-....x...x.......... mnuCritères mnuCriteriaYes mnuCriteriaNo cmdRestore(0)
-...xx..xxx....x.x.. mnuContent(0) mnuContentYes mnuContentNo mnuContent(1) mnuContentAll
+.................... mnuWhiteListK9 cmdAdd(0) cmdChange(0) cmdFiltres
+...............x.... mnuChangeBook mnuAutoUpdateBook
+..............x..... lstCrit txtMerge cmdFileToMerge
+..........xxx....... lstRules picUp picDown cmdCancelOrder
+.........x.......... cmdDel(0)
+......x...xxx..x.x.. mnuChangeOrder mnuArrange
+....x...x........... mnuCritères mnuCriteriaYes mnuCriteriaNo cmdRestore(0)
+...xx..xxx....x.x..x mnuContent(0) mnuContentYes mnuContentNo mnuContent(1) mnuContentAll
   mnuContentOne
-..x...x...xxx..x.xx mnuExpOneRule mnuWhatRuleToFile mnuExpAllRules mnuPrintOneRule
+..x...x...xxx..x.xx. mnuExpOneRule mnuWhatRuleToFile mnuExpAllRules mnuPrintOneRule
   mnuWhatRuleToPrint mnuPrintAllRules mnuChange mnuRename mnuRen
   mnuChangeContent mnuMod mnuMergeContent mnuMerge mnuDelete mnuDel
-.x...x.....xxx..... mnuRegOrder
-.x..xx..x....x..... mnuRegContent cmdRecord(0)
-.x.xxx.xxx...xx.x.. mnuOptions chkEnabled lstAct optCriteria(0) lstBox(0) txtBox(0)
+.x...x.....xxx.....x mnuRegOrder
+.x..xx..x....x.....x mnuRegContent cmdRecord(0)
+.x.xxx.xxx...xx.x..x mnuOptions chkEnabled lstAct optCriteria(0) lstBox(0) txtBox(0)
   txtCop(0) cmdCancelRule(0) chkFilter(0)
-x.x...x...xxx....xx mnuAddBook
-x.x...x...xxx..x.xx mnuImpOneRule mnuImpAllRules mnuAddDel mnuAdd
-xxxxxxxxxxxxxxxxxxx mnufilesVLX mnuImpSign mnuExpSign mnuQuit mnuTools mnuStore mnuWab
+x.x...x...xxx....xx. mnuAddBook
+x.x...x...xxx..x.xx. mnuImpOneRule mnuImpAllRules mnuAddDel mnuAdd
+xxxxxxxxxxxxxxxxxxxx mnufilesVLX mnuImpSign mnuExpSign mnuQuit mnuTools mnuStore mnuWab
   mnufiles mnuSilent mnuAide mnuHelp mnuPropos
 )";
 
@@ -66,26 +66,37 @@ struct CommandState : Window {
 };
 
 TEST_F(CommandState, OfEveryMenuEntryAndControl) {
-  const std::pair<const char*, std::function<void()>> states[] = {
-      {"no rule: idle", [this] { StartWith(0); }},
-      {"no rule: both changed, a new one", [this] { StartWith(0), AddNew(); }},
-      {"one rule: idle", [this] { StartWith(1); }},
-      {"one rule: editing", [this] { StartWith(1), Open(0); }},
-      {"one rule: edited", [this] { StartWith(1), Edit(); }},
-      {"one rule: both changed, a new one", [this] { StartWith(1), AddNew(); }},
-      {"many: idle", [this] { StartWith(3); }},
-      {"many: editing", [this] { StartWith(3), Open(0); }},
-      {"many: edited", [this] { StartWith(3), Edit(); }},
-      {"many: a word selected", [this] { StartWith(3), Open(0), ClickWord(kSender, 0); }},
-      {"many: ordering", [this] { StartWith(3), Choose("mnuChangeOrder"); }},
-      {"many: order changed", [this] { StartWith(3), Choose("mnuChangeOrder"), MoveLast(); }},
-      {"many: arranged", [this] { StartWith(3), Choose("mnuArrange"); }},
-      {"many: both changed, a new one", [this] { StartWith(3), AddNew(); }},
-      {"many: merging", [this] { StartWith(3), Open(0), form->EnableMerge(true); }},
-      {"many: saved", [this] { StartWith(3), Edit(), Save(); }},
-      {"many: put back", [this] { StartWith(3), Edit(), Click("cmdRestore(0)"); }},
-      {"many: left", [this] { StartWith(3), Edit(), Click("cmdCancelRule(0)"); }},
-      {"one rule: its order changed", [this] { StartWith(1), ChangeOrder(); }},
+  struct State {
+    const char* name;
+    /// What F1 shows; nothing for the manual's first page.
+    const char* page;
+    std::function<void()> enter;
+  };
+  const State states[] = {
+      {"no rule: idle", "", [this] { StartWith(0); }},
+      {"no rule: both changed, a new one", "mots.htm", [this] { StartWith(0), AddNew(); }},
+      {"one rule: idle", "", [this] { StartWith(1); }},
+      {"one rule: editing", "mots.htm", [this] { StartWith(1), Open(0); }},
+      {"one rule: edited", "mots.htm", [this] { StartWith(1), Edit(); }},
+      {"one rule: both changed, a new one", "mots.htm", [this] { StartWith(1), AddNew(); }},
+      {"many: idle", "", [this] { StartWith(3); }},
+      {"many: editing", "mots.htm", [this] { StartWith(3), Open(0); }},
+      {"many: edited", "mots.htm", [this] { StartWith(3), Edit(); }},
+      {"many: a word selected", "mots.htm",
+       [this] { StartWith(3), Open(0), ClickWord(kSender, 0); }},
+      {"many: ordering", "ordre.htm", [this] { StartWith(3), Choose("mnuChangeOrder"); }},
+      {"many: order changed", "ordre.htm",
+       [this] { StartWith(3), Choose("mnuChangeOrder"), MoveLast(); }},
+      {"many: arranged", "ordre.htm", [this] { StartWith(3), Choose("mnuArrange"); }},
+      {"many: both changed, a new one", "mots.htm", [this] { StartWith(3), AddNew(); }},
+      {"many: merging", "fusion.htm",
+       [this] { StartWith(3), form->RuleMenu("mnuMerge").Choose(0); }},
+      {"many: saved", "", [this] { StartWith(3), Edit(), Save(); }},
+      {"many: put back", "mots.htm", [this] { StartWith(3), Edit(), Click("cmdRestore(0)"); }},
+      {"many: left", "", [this] { StartWith(3), Edit(), Click("cmdCancelRule(0)"); }},
+      {"one rule: its order changed", "", [this] { StartWith(1), ChangeOrder(); }},
+      {"many: the book's rule, a new one", "carnet.htm",
+       [this] { StartWith(3), Choose("mnuAddBook"); }},
   };
   std::map<std::string, std::string> columns;
   std::vector<std::string> names;
@@ -93,10 +104,12 @@ TEST_F(CommandState, OfEveryMenuEntryAndControl) {
     if (columns.count(name) == 0) names.push_back(name);
     columns[name] += can ? 'x' : '.';
   };
-  for (const auto& [name, enter] : states) {
+  for (const auto& [name, page, enter] : states) {
     SCOPED_TRACE(name);
     enter();
     dialogs.ExpectAllShown();
+    Choose("mnuHelp");
+    EXPECT_EQ(shell.helpPages.back(), page);
     for (const auto& entry : MenuTable()) {
       if (entry.caption == "-") continue;
       const std::string menu(entry.name);

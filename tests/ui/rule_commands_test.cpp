@@ -92,7 +92,8 @@ TEST_F(RuleCommands, ABadNameIsRefusedAndAskedForAgain) {
   StartWithTwoRules();
   const auto before = Stored();
   constexpr auto kUsed = "Ce nom de règle est déjà utilisé"_cp;
-  for (const std::string refused : {"\\", "/", ":", "*", "?", "\"", "<", ">", "|"}) {
+  for (const std::string refused :
+       {"\\", "/", ":", "*", "?", "\"", "<", ">", "|", "\r\n", "\x1F", "\x7F"}) {
     dialogs.ExpectText(kNewName, "a" + refused + "b");
     dialogs.Expect(kCharacters, kBoxStop, kAppTitle);
   }

@@ -8,14 +8,19 @@ using testing::IsEmpty;
 using RuleList = Window;
 
 TEST_F(RuleList, ASavedRuleLeavesNothingInTheEditor) {
-  StartWithTwoRules();
+  rules.Order("000 001").PlainRule("000", "Une", "000").Words("000", 12, {"alpha"});
+  rules.PlainRule("001", "Autre", "000").Words("000", 12, {"beta"});
+  Start();
   Open(1);
   EXPECT_EQ(form->lstRules.ListIndex(), 1);
   Add(kSender, u"gamma");
+  form->chkFilter[0].Click();
+  EXPECT_TRUE(form->chkEnabled.Checked() && form->chkFilter[0].Checked());
   Save();
   EXPECT_EQ(Count(kSender) + Typed(kSender) + form->statBar.Panel(9), "");
   EXPECT_THAT(Words(kSender), IsEmpty());
-  EXPECT_FALSE(form->chkEnabled.Checked());
+  EXPECT_FALSE(form->chkEnabled.Checked() || form->chkFilter[0].Checked());
+  EXPECT_THAT(SelectedActions(), IsEmpty());
   EXPECT_THAT(state.tables.WordCount, testing::Each(0));
 }
 

@@ -1,6 +1,7 @@
 morvelle_test(ui_tests
   SOURCES
-    ui/actions_test.cpp ui/added_words_test.cpp ui/address_book_test.cpp ui/command_state_test.cpp
+    ui/actions_test.cpp ui/added_words_test.cpp ui/address_book_test.cpp ui/captions_test.cpp
+    ui/command_state_test.cpp
     ui/controls_test.cpp ui/criteria_options_test.cpp ui/rule_files_test.cpp ui/signatures_test.cpp
     ui/rule_commands_test.cpp ui/rule_lifecycle_test.cpp ui/rule_list_test.cpp
     ui/rule_order_test.cpp ui/word_lists_test.cpp

@@ -99,15 +99,40 @@ TEST_F(WordListTest, AWordGoesToTheListInWhoseBoxItWasTyped) {
       << "a word that waits is still added by the button that is on";
 }
 
-TEST_F(WordListTest, ALetterThatARuleCannotHoldIsRefusedWithAMessage) {
+TEST_F(WordListTest, WhatAWordCannotHoldIsRefusedWhole) {
   OpenFirst();
-  Type(kSender, u"œuf");
-  for (const auto& refused : {u"œufλ"s, u"œuf\0"s}) {
+  Type(kSender, u"\u0153\u00A0uf");
+  for (const char16_t refused :
+       {u'\u03BB', u'\0', u'\t', u'\n', u'\r', u'\x1F', u'\x7F', u'\x81', u'\x9D'}) {
     dialogs.Expect("Ce caractère ne peut être enregistré dans une règle d'Outlook Express"_cp,
                    kBoxExclamation, kAppTitle);
-    Type(kSender, refused);
-    EXPECT_EQ(Typed(kSender), "œuf"_cp);
+    Type(kSender, u"\u0153\u00A0uf"s + refused + u"dur");
+    EXPECT_EQ(Typed(kSender), "œ\u00A0uf"_cp) << static_cast<unsigned>(refused);
   }
+}
+
+TEST_F(WordListTest, AStoredWordKeepsItsControlCharactersAndTakesInNoOther) {
+  rules.Order("000").PlainRule("000", "Une", "000").Words("000", 12, {"a\r\nb\tc", "x"});
+  Start();
+  Open(0);
+  const auto before = Stored();
+  const auto edit = [this](std::u16string_view text) {
+    ClickWord(kSender, 0);
+    Type(kSender, text);
+  };
+  edit(u"a\r\nb\tcd");
+  EXPECT_EQ(Typed(kSender), "a\r\nb\tcd") << "what is beside them can be edited";
+  dialogs.Expect("Ce caractère ne peut être enregistré dans une règle d'Outlook Express"_cp);
+  Type(kSender, u"a\r\nb\tc\td");
+  Type(kSender, u"a\r\nb\tc");
+  Click("cmdChange(0)");
+  Save();
+  EXPECT_EQ(Stored(), before);
+  Open(0);
+  edit(u"ab\tc");
+  Click("cmdChange(0)");
+  Save();
+  EXPECT_EQ(Stored(), Replaced(before, "a\r\nb\tc", "ab\tc"));
 }
 
 TEST_F(WordListTest, RestoringPutsTheStoredRuleBackAndKeepsItOpen) {

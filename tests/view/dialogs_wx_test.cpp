@@ -74,21 +74,29 @@ TEST_F(BoxTest, TextIsShownAsItStandsAndTheWindowIsUpToDateBehindIt) {
   EXPECT_EQ(behind, "7 mots");
 }
 
-TEST_F(BoxTest, AnInputBoxRefusesWhatTheCodePageLacks) {
-  driver.Answer("OK", [](wxDialog& box) {
-    auto& input = dynamic_cast<wxTextCtrl&>(*wxWindow::FindWindowByName("input", &box));
-    EXPECT_EQ(input.GetValue(), "Famille");
-    input.SetValue(wxString::FromUTF8("Ж"));
-    EXPECT_NE(wxWindow::FindWindowByName("refusal", &box)->GetLabel(), "");
-  });
-  driver.Answer("OK", [](wxDialog& box) {
-    auto& input = dynamic_cast<wxTextCtrl&>(*wxWindow::FindWindowByName("input", &box));
-    EXPECT_EQ(input.GetValue(), wxString::FromUTF8("Ж")) << "the box is still there";
-    input.SetValue(wxString::FromUTF8("Été à 3 €"));
-    EXPECT_EQ(wxWindow::FindWindowByName("refusal", &box)->GetLabel(), "");
-  });
-  EXPECT_EQ(boxes.AskText("Nouveau nom ?", "Morvelle", "Famille"), "Été à 3 €"_cp);
-  EXPECT_EQ(driver.PendingAnswers(), 0U);
+TEST_F(BoxTest, AnInputBoxRefusesWhatANameCannotHold) {
+  wxString refusal;
+  for (const char* refused : {"Ж", "a\nb"}) {
+    driver.Answer("OK", [&](wxDialog& box) {
+      auto& input = dynamic_cast<wxTextCtrl&>(*wxWindow::FindWindowByName("input", &box));
+      input.SetValue(wxString::FromUTF8(refused));
+      refusal = wxWindow::FindWindowByName("refusal", &box)->GetLabel();
+    });
+    driver.Answer("OK", [&](wxDialog& box) {
+      auto& input = dynamic_cast<wxTextCtrl&>(*wxWindow::FindWindowByName("input", &box));
+      EXPECT_EQ(input.GetValue(), wxString::FromUTF8(refused)) << "the box is still there";
+      EXPECT_NE(std::exchange(refusal, ""), "");
+      input.SetValue("Famille");
+      driver.Paste("deux\nlignes");
+      EXPECT_EQ(input.GetValue(), "Famille") << "refused whole";
+      EXPECT_NE(wxWindow::FindWindowByName("refusal", &box)->GetLabel(), "");
+      input.SelectAll();
+      driver.Paste(wxString::FromUTF8("Été à 3 €"));
+      EXPECT_EQ(wxWindow::FindWindowByName("refusal", &box)->GetLabel(), "");
+    });
+    EXPECT_EQ(boxes.AskText("Nouveau nom ?", "Morvelle", "Famille"), "Été à 3 €"_cp);
+    EXPECT_EQ(driver.PendingAnswers(), 0U);
+  }
   driver.Answer("Annuler");
   EXPECT_EQ(boxes.AskText("Nouveau nom ?", "Morvelle", "Famille"), std::nullopt);
 }

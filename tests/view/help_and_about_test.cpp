@@ -1,4 +1,5 @@
 #include <wx/html/helpfrm.h>
+#include <wx/hyperlink.h>
 #include <wx/stattext.h>
 
 #include "platform/system_shell.h"
@@ -7,17 +8,27 @@
 namespace morvelle {
 namespace {
 
-TEST_F(WindowTest, TheAboutBoxShowsItsTexts) {
-  wxString title;
-  wxString disclaimer;
-  driver.Answer("OK", [&](wxDialog& box) {
-    title = box.GetTitle();
-    disclaimer = wxWindow::FindWindowByName("lblDisclaimer", &box)->GetLabel();
-  });
-  driver.Choose("mnuPropos");
-  EXPECT_EQ(driver.PendingAnswers(), 0U);
-  EXPECT_EQ(title, wxString::FromUTF8("À propos de Morvelle"));
-  EXPECT_TRUE(disclaimer.Contains("Licence-kWab.txt")) << disclaimer;
+TEST_F(WindowTest, TheAboutBoxShowsItsTextsAndOpensItsLink) {
+  const std::string address = "http://exemple.fr/?a=1&b=2";
+  for (const bool hasAddress : {false, true}) {
+    form.aboutBox.lblUpDateLine.SetVisible(form.aboutBox.lblUpDateLine.Visible() || hasAddress);
+    form.aboutBox.lblUpDate.SetVisible(form.aboutBox.lblUpDate.Visible() || hasAddress);
+    if (hasAddress) form.aboutBox.lblUpDate.SetCaption(address);
+    driver.Answer("OK", [&](wxDialog& box) {
+      EXPECT_EQ(box.GetTitle(), wxString::FromUTF8("À propos de Morvelle"));
+      const auto disclaimer = wxWindow::FindWindowByName("lblDisclaimer", &box)->GetLabel();
+      EXPECT_TRUE(disclaimer.Contains("Licence-kWab.txt")) << disclaimer;
+      auto* link = wxWindow::FindWindowByName("lblUpDate", &box);
+      ASSERT_EQ(link != nullptr, hasAddress);
+      EXPECT_EQ(wxWindow::FindWindowByName("lblUpDateLine", &box) != nullptr, hasAddress);
+      if (!hasAddress) return;
+      wxHyperlinkEvent clicked(link, link->GetId(), "");
+      link->ProcessWindowEvent(clicked);
+    });
+    driver.Choose("mnuPropos");
+    EXPECT_EQ(driver.PendingAnswers(), 0U);
+  }
+  EXPECT_EQ(shell.links, std::vector<std::string>{address});
 }
 
 TEST_F(WindowTest, F1AsksForTheManual) {

@@ -85,21 +85,23 @@ TEST_F(MainWindowTest, AWordIsClickedTwiceAndDeletedByKey) {
   EXPECT_TRUE(Text("txtBox(0)").HasFocus()) << "deleting gives the focus to the text box";
 }
 
-TEST_F(MainWindowTest, ACharacterThatTheCodePageLacksIsRefused) {
+TEST_F(MainWindowTest, WhatAWordCannotHoldIsRefused) {
   OpenFirstRule();
   driver.Click("txtBox(0)");
   driver.Type("abcd");
   driver.Press(WXK_LEFT);
   driver.Press(WXK_LEFT);
-  wxString behind;
-  driver.Answer("OK", [&](wxDialog&) { behind = Text("txtBox(0)").GetValue(); });
-  driver.Paste(wxString::FromUTF8("Ж"));
-  EXPECT_TRUE(WindowDriver::WaitUntil([&] { return driver.PendingAnswers() == 0; }));
-  driver.Settle();
-  EXPECT_EQ(behind, "abcd");
-  EXPECT_EQ(Text("txtBox(0)").GetValue(), "abcd");
-  EXPECT_EQ(Text("txtBox(0)").GetInsertionPoint(), 2);
-  EXPECT_EQ(form.txtBox[0].Text(), "abcd");
+  for (const char* refused : {"Ж", "une\ndeux"}) {
+    wxString behind;
+    driver.Answer("OK", [&](wxDialog&) { behind = Text("txtBox(0)").GetValue(); });
+    driver.Paste(wxString::FromUTF8(refused));
+    EXPECT_TRUE(WindowDriver::WaitUntil([&] { return driver.PendingAnswers() == 0; }));
+    driver.Settle();
+    EXPECT_EQ(behind, "abcd");
+    EXPECT_EQ(Text("txtBox(0)").GetValue(), "abcd");
+    EXPECT_EQ(Text("txtBox(0)").GetInsertionPoint(), 2);
+    EXPECT_EQ(form.txtBox[0].Text(), "abcd");
+  }
   driver.Paste(wxString::FromUTF8("œ€"));
   EXPECT_EQ(form.txtBox[0].Text(), "abœ€cd"_cp);
 }
@@ -134,9 +136,75 @@ TEST_F(MainWindowTest, AnActionIsChosenAndChosenAgain) {
   }
   driver.ClickLine("lstAct", 3);
   EXPECT_TRUE(List("lstAct").IsSelected(3)) << "an action is always chosen";
-  driver.Press(WXK_UP);
-  EXPECT_TRUE(form.lstAct.Selected(2));
-  EXPECT_FALSE(List("lstAct").IsSelected(3));
+}
+
+TEST_F(MainWindowTest, KeysMoveTheCaretOfTheActionsAndSpaceOrEnterChooses) {
+  OpenFirstRule();
+  const auto selected = [&] {
+    std::string lines;
+    for (int line = 0; line < 4; ++line) {
+      EXPECT_EQ(form.lstAct.Selected(line), List("lstAct").IsSelected(line)) << line;
+      if (List("lstAct").IsSelected(line)) lines += std::to_string(line);
+    }
+    return lines;
+  };
+  // As the tabulator gives it the focus: at the line that is selected.
+  List("lstAct").SetFocus();
+  driver.Settle();
+  driver.Press(WXK_RETURN);
+  driver.Press(WXK_SPACE);
+  EXPECT_EQ(selected(), "1");
+  for (const int key : {WXK_DOWN, WXK_DOWN, WXK_UP, WXK_UP, WXK_UP, WXK_UP, WXK_DOWN, WXK_DOWN,
+                        WXK_HOME, WXK_END, WXK_PAGEUP, WXK_PAGEDOWN, WXK_UP}) {
+    for (const int modifiers : {wxMOD_NONE, wxMOD_SHIFT}) {
+      driver.Press(key, modifiers);
+      EXPECT_EQ(selected(), "1") << key;
+    }
+  }
+  driver.Press('A', wxMOD_CONTROL);
+  EXPECT_EQ(selected(), "1");
+  EXPECT_FALSE(form.Menu("mnuRegContent").Enabled());
+  struct Case {
+    std::vector<int> keys;
+    const char* selected;
+  };
+  const Case cases[] = {{{WXK_HOME, WXK_DOWN, WXK_DOWN, WXK_SPACE}, "2"},
+                        {{WXK_SPACE}, "2"},
+                        {{WXK_DOWN, WXK_RETURN}, "3"},
+                        {{WXK_RETURN}, "3"},
+                        {{WXK_UP, WXK_UP, WXK_SPACE}, "1"},
+                        {{WXK_DOWN, WXK_UP, WXK_RETURN}, "1"},
+                        {{WXK_DOWN, WXK_UP, WXK_UP, WXK_DOWN, WXK_DOWN, WXK_SPACE}, "2"}};
+  for (const auto& [keys, chosen] : cases) {
+    for (const int key : keys) driver.Press(key);
+    EXPECT_EQ(selected(), chosen);
+  }
+  EXPECT_TRUE(form.Menu("mnuRegContent").Enabled());
+  // Of several that are shown, looking at one leaves them all.
+  const auto show = [&](int line, bool isSelected) {
+    const auto handler = std::exchange(form.lstAct.onClick, nullptr);
+    form.lstAct.SetSelected(line, isSelected);
+    form.lstAct.onClick = handler;
+    window->ShowChanges();
+  };
+  show(0, true);
+  show(3, true);
+  const auto shown = selected();
+  EXPECT_EQ(shown, "023");
+  for (const int key : {WXK_UP, WXK_UP, WXK_UP, WXK_DOWN, WXK_DOWN, WXK_DOWN}) {
+    driver.Press(key);
+    EXPECT_EQ(selected(), shown);
+  }
+  driver.Press(WXK_SPACE);
+  EXPECT_EQ(selected(), "3");
+  // Nothing is shown of a rule whose actions the list does not know.
+  show(3, false);
+  for (const int key : {WXK_UP, WXK_UP}) {
+    driver.Press(key);
+    EXPECT_EQ(selected(), "");
+  }
+  driver.Press(WXK_RETURN);
+  EXPECT_EQ(selected(), "1");
 }
 
 TEST_F(MainWindowTest, TheCheckBoxShowsWhatTheFormMadeOfTheClick) {

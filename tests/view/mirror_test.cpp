@@ -94,5 +94,32 @@ TEST_F(MirrorTest, TheEndOfTheProgramClosesTheWindowAndDropsWhatStillComes) {
   EXPECT_FALSE(gestures.Running());
 }
 
+TEST_F(MirrorTest, AnotherFailureLeavesTheWindowAlive) {
+  Gestures gestures(mirror, [] {});
+  Follow(list);
+  Follow(box);
+  Follow(frame);
+  mirror.Flush();
+  log.clear();
+  const auto fail = [] { throw std::runtime_error("no memory"); };
+  EXPECT_THROW(gestures.Perform(fail), std::runtime_error);
+  EXPECT_FALSE(gestures.Running());
+  gestures.Perform([this] { list.AddItem("mot"); });
+  EXPECT_EQ(log, (std::vector<std::string>{"list"}));
+  log.clear();
+  // In the midst of the widgets: those that are left get their changes soon, and gestures count.
+  onUpdate = fail;
+  EXPECT_THROW(gestures.Perform([this] {
+    list.AddItem("mot");
+    box.SetChecked(true);
+    frame.SetFocus();
+  }),
+               std::runtime_error);
+  onUpdate = nullptr;
+  scheduled = 0;
+  gestures.Perform([this] { box.SetChecked(false); });
+  EXPECT_EQ(log, (std::vector<std::string>{"list", "box", "frame", "frame focus"}));
+}
+
 }  // namespace
 }  // namespace morvelle

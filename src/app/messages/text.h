@@ -89,6 +89,11 @@ std::optional<std::string> FromUtf8(std::string_view utf8);
 /// Any text; nothing when the bytes are not well-formed UTF-8.
 std::optional<std::u16string> Utf16FromUtf8(std::string_view utf8);
 
+/// Whether a text holds a line break, a tab, a zero or another control character; the five bytes
+/// that Windows-1252 leaves without a character are some too. The user brings none into a word or
+/// a name; what is stored may hold them.
+bool HoldsControlCharacter(std::string_view text);
+
 /// Lower case by Windows-1252's own letters (É becomes é, Š š, Ÿ ÿ).
 char LowerCase(char character);
 std::string LowerCase(std::string_view text);
