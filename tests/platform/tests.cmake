@@ -10,6 +10,9 @@ morvelle_test(platform_tests
     platform/subkey_renames_test.cpp
   USES platform)
 target_link_libraries(platform_tests PRIVATE PkgConfig::HIVEX)
+target_compile_definitions(platform_tests PRIVATE
+  MORVELLE_BOOK_CASES="${CMAKE_CURRENT_LIST_DIR}/book_cases.txt"
+  MORVELLE_REG_CASES="${CMAKE_CURRENT_LIST_DIR}/reg_file_cases.txt")
 
 # What the store writes, read by a program that shares no line with ours.
 add_executable(reg_file_sample platform/reg_file_sample.cpp)

@@ -1,33 +1,9 @@
-
+#include "tests/support/temp_folder.h"
 #include "tests/ui/window.h"
 #include "ui/menu_table.h"
 
 namespace morvelle {
 namespace {
-
-/// A column for each state, in the order of the test's own list, and who does something there.
-constexpr const char* kTable = R"(
-.................... mnuWhiteListK9 cmdAdd(0) cmdChange(0) cmdFiltres
-...............x.... mnuChangeBook mnuAutoUpdateBook
-..............x..... lstCrit txtMerge cmdFileToMerge
-..........xxx....... lstRules picUp picDown cmdCancelOrder
-.........x.......... cmdDel(0)
-......x...xxx..x.x.. mnuChangeOrder mnuArrange
-....x...x........... mnuCritères mnuCriteriaYes mnuCriteriaNo cmdRestore(0)
-...xx..xxx....x.x..x mnuContent(0) mnuContentYes mnuContentNo mnuContent(1) mnuContentAll
-  mnuContentOne
-..x...x...xxx..x.xx. mnuExpOneRule mnuWhatRuleToFile mnuExpAllRules mnuPrintOneRule
-  mnuWhatRuleToPrint mnuPrintAllRules mnuChange mnuRename mnuRen
-  mnuChangeContent mnuMod mnuMergeContent mnuMerge mnuDelete mnuDel
-.x...x.....xxx.....x mnuRegOrder
-.x..xx..x....x.....x mnuRegContent cmdRecord(0)
-.x.xxx.xxx...xx.x..x mnuOptions chkEnabled lstAct optCriteria(0) lstBox(0) txtBox(0)
-  txtCop(0) cmdCancelRule(0) chkFilter(0)
-x.x...x...xxx....xx. mnuAddBook
-x.x...x...xxx..x.xx. mnuImpOneRule mnuImpAllRules mnuAddDel mnuAdd
-xxxxxxxxxxxxxxxxxxxx mnufilesVLX mnuImpSign mnuExpSign mnuQuit mnuTools mnuStore mnuWab
-  mnufiles mnuSilent mnuAide mnuHelp mnuPropos
-)";
 
 /// The window's states against every menu entry and every control that takes a gesture.
 struct CommandState : Window {
@@ -135,9 +111,10 @@ TEST_F(CommandState, OfEveryMenuEntryAndControl) {
     const auto width = line.size() - (line.rfind('\n') + 1);
     line += (width + name.size() > 70 ? "\n  " : " ") + name;
   }
-  std::string shown = "\n";
+  std::string shown;
   for (const auto& [column, line] : alike) shown += column + line + "\n";
-  EXPECT_EQ(shown, kTable);
+  // A column for each state, in the order of the list above, and who does something there.
+  EXPECT_EQ(shown, ReadFile(MORVELLE_COMMAND_STATES));
 }
 
 }  // namespace

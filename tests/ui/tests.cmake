@@ -7,3 +7,6 @@ morvelle_test(ui_tests
     ui/rule_order_test.cpp ui/word_lists_test.cpp
     ../samples/dbx_builder.cpp
   USES ui platform)
+target_compile_definitions(ui_tests PRIVATE
+  MORVELLE_CAPTIONS="${CMAKE_CURRENT_LIST_DIR}/captions"
+  MORVELLE_COMMAND_STATES="${CMAKE_CURRENT_LIST_DIR}/command_state.txt")
