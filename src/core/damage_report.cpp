@@ -36,6 +36,25 @@ void DamageReport::BadValueReport(std::string_view table) {
   });
 }
 
+void DamageReport::UnreadableValue(std::string_view description, std::string_view name) {
+  ++count_;
+  if (!unreadable_) {
+    messages_.Msg(description);
+    return;
+  }
+  unreadable_->Say(description, ruleLabel_ + ", " + std::string(name));
+}
+
+void DamageReport::BeginLoad() {
+  reported_ = false;
+  unreadable_.emplace(messages_);
+}
+
+void DamageReport::EndLoad() {
+  if (unreadable_) unreadable_->Finish("Ce qui n'a pu être lu non plus\u00A0:"_cp);
+  unreadable_.reset();
+}
+
 void DamageReport::UnreadableOrder() {
   if (std::exchange(orderTold_, true)) return;
   messages_.Msg(kUnreadableOrder, kBoxExclamation);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,8 +19,14 @@ class DamageReport {
   /// A value of the table with that label was not there.
   void BadValueReport(std::string_view table);
 
+  /// A value of the rule being loaded is there and cannot be read; `description` says why. A
+  /// damaged registry has many of them.
+  void UnreadableValue(std::string_view description, std::string_view name);
+
   /// A load begins: the next damaged rule is reported again.
-  void Reset() { reported_ = false; }
+  void BeginLoad();
+  /// It is over: what was left to tell is told.
+  void EndLoad();
 
   /// The program has started: that there is no rule yet is said no more.
   void EndStart() { starting_ = false; }
@@ -37,6 +44,7 @@ class DamageReport {
   const Messages& messages_;
   const std::string& ruleLabel_;
   bool reported_ = false;
+  std::optional<BoxSeries> unreadable_;  ///< During a load.
   int count_ = 0;
   /// Until the program has started, or the first load has met no order.
   bool starting_ = true;

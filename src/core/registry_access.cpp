@@ -98,7 +98,7 @@ RegistryStatus RegistryAccess::QueryValue(std::string_view table, KeyHandle key,
       return status;
     }
     if (status != kStatusSuccess) {
-      messages_.Msg(ErrorDescription(status));
+      damage_.UnreadableValue(ErrorDescription(status), name);
       return status;
     }
     return ReadTyped(key, name, kind, value);

@@ -143,13 +143,14 @@ void RuleLoader::MailFromBdR() {
     ArrangeRows(ids);
     tables_.Mail = std::move(mail);
     display_.EnableMnu();
-    registry_.Damage().Reset();
+    registry_.Damage().BeginLoad();
     display_.ShowPanel(9, "");
     bool anyEditable = false;
     for (std::int16_t row = 0; row < tables_.RuleCount; ++row) {
       anyEditable = LoadRow(row) || anyEditable;
     }
     display_.EnableContentMenus(anyEditable);
+    registry_.Damage().EndLoad();
     TellOverlong();
   });
 }

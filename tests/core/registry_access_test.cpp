@@ -83,7 +83,7 @@ TEST_F(RegistryAccessTest, AMissingValueIsReportedByItsTable) {
     query(table);
     query("Rule");
     dialogs.ExpectAllShown();
-    model.damage.Reset();
+    model.damage.BeginLoad();
   }
   store.describeStatus = 62;
   dialogs.Expect("L'entrée dépasse la fin de fichier"_cp, kBoxOk, "Morvelle");
