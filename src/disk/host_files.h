@@ -66,7 +66,7 @@ class FileLock {
 struct FileFault {
   std::string reason;  ///< French and Windows-1252, without capital or full stop.
   ErrorNumber number = ErrorNumber::DeviceError;  ///< The run-time error for it.
-  [[nodiscard]] bool empty() const { return reason.empty(); }
+  [[nodiscard]] bool Empty() const { return reason.empty(); }
 };
 
 /// What the program asks of the file system where a file must not be lost.

@@ -59,8 +59,8 @@ void WriteWholeFile(const path& file, std::string_view bytes) {
   path aside;
   FileStamp stamp;
   auto fault = files->WriteAside(target, content, aside, stamp);
-  if (fault.empty()) fault = files->PutInPlace(aside, target, stamp);
-  if (!fault.empty()) throw RuntimeError(fault.number);
+  if (fault.Empty()) fault = files->PutInPlace(aside, target, stamp);
+  if (!fault.Empty()) throw RuntimeError(fault.number);
 }
 
 bool IsReadOnly(const path& file) {

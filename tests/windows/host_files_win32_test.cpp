@@ -15,7 +15,7 @@ class Win32FilesTest : public testing::Test {
     WholeContent content(bytes);
     std::filesystem::path aside;
     const auto reason = files_->WriteAside(file, content, aside, stamp_);
-    return (reason.empty() ? files_->PutInPlace(aside, file, stamp_) : reason).reason;
+    return (reason.Empty() ? files_->PutInPlace(aside, file, stamp_) : reason).reason;
   }
 
   std::unique_ptr<HostFiles> files_ = MakeHostFiles();
