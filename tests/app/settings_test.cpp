@@ -1,7 +1,9 @@
 #include "app/settings.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include "app/messages/errors.h"
 #include "app/messages/text.h"
 #include "tests/support/scripted_dialogs.h"
 #include "tests/support/temp_folder.h"
@@ -84,6 +86,11 @@ TEST_F(SettingsTest, AFileThatMayNotBeWrittenStays) {
   dialogs.Expect("Permission refusée"_cp, kBoxOk, "WriteSettings");
   file.Write();
   EXPECT_EQ(ReadFile(ini), "Auto\r\nSilent\r\n");
+  std::filesystem::permissions(ini, std::filesystem::perms::none);
+  dialogs.Expect("Permission refusée"_cp, kBoxOk, "ReadSettings");
+  const bool administrator = ::seteuid(65534) == 0;  // Who may read everything.
+  EXPECT_THROW(file.Read(), ProgramEnd) << "taken for empty, it would be written over";
+  EXPECT_TRUE(!administrator || ::seteuid(0) == 0);
 }
 
 }  // namespace
