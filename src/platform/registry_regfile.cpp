@@ -16,7 +16,8 @@ namespace morvelle {
 namespace {
 
 std::string NoRegFile(const std::filesystem::path& path, std::string_view bytes) {
-  std::string error("Le fichier «\u00A0"_cp);
+  std::string error;
+  error += "Le fichier «\u00A0"_cp;
   error.append(PathText(path)).append("\u00A0» ne peut être ouvert\u00A0: "_cp);
   if (bytes.empty()) return error.append("il est vide");
   // Where hives are opened, they do not come here.
