@@ -62,11 +62,7 @@ void DamageReport::UnreadableOrder() {
 
 void DamageReport::TooManyWords(const std::vector<std::string>& names) {
   if (names.empty() || std::exchange(wordsTold_, true)) return;
-  constexpr std::size_t kMost = 10;
-  std::string text(kTooManyWords);
-  for (std::size_t i = 0; i < names.size() && i < kMost; ++i) text += "\r\"" + names[i] + "\"";
-  if (names.size() > kMost) text += "\r... (" + std::to_string(names.size()) + ")";
-  messages_.Msg(text, kBoxExclamation);
+  messages_.MsgNamed(kTooManyWords, names);
 }
 
 }  // namespace morvelle

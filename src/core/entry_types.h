@@ -13,6 +13,9 @@ inline constexpr std::string_view kActionDeleteFromServer = "8";
 inline constexpr std::string_view kActionNoDownload = "9";
 inline constexpr std::string_view kActionStop = "12";
 
+/// Whether "Logic" says how a criterion joins the others: "1" or, "2" and.
+inline bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
+
 /// How an entry of a type carries its argument.
 enum class Argument {
   Unknown,  ///< Not a type that the program knows: left alone.

@@ -39,8 +39,6 @@ std::string FreeActionId(const std::vector<ActionRecord>& actions, std::size_t f
   }
 }
 
-bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
-
 }  // namespace
 
 bool RuleWriter::IsStored(WritePlan& plan, const RuleRecord& rule, std::string_view entries,

@@ -13,10 +13,9 @@ std::string SafeFileName(std::string_view name) {
   constexpr std::string_view kRefused = "\\/:*?<>|";
   std::string safe(name);
   for (auto& character : safe) {
-    const auto unit = CodeUnitOf(character);
     if (character == '"') {
       character = '\'';
-    } else if (unit < 0x20 || (unit >= 0x7F && unit < 0xA0) ||
+    } else if (IsControlCharacter(character) ||
                kRefused.find(character) != std::string_view::npos) {
       character = '-';
     }

@@ -10,12 +10,6 @@ namespace {
 
 constexpr char kStandIn = "·"_cp[0];
 
-/// Control characters, the bytes of Windows-1252 without a character among them.
-bool IsPrintable(char character) {
-  const auto unit = CodeUnitOf(character);
-  return unit >= 0x20 && (unit < 0x7F || unit >= 0xA0);
-}
-
 }  // namespace
 
 void LineSink::Line(int indent, std::string_view text) {
@@ -26,8 +20,7 @@ void LineSink::Line(int indent, std::string_view text) {
   }
   auto& line = lines_.emplace_back(static_cast<std::size_t>(indent), ' ');
   line += text;
-  std::replace_if(
-      line.begin(), line.end(), [](char c) { return !IsPrintable(c); }, kStandIn);
+  std::replace_if(line.begin(), line.end(), IsControlCharacter, kStandIn);
 }
 
 void LineSink::Marker(std::string_view marker) {

@@ -72,10 +72,9 @@ void CheckHead(std::string_view bytes) {
   }
   if (HiveNumber(bytes, hive::kSequence1) != HiveNumber(bytes, hive::kSequence2)) {
     throw HiveError(
-        "Windows n'avait pas fini de l'écrire\u00A0; copiez-le avec les fichiers NTUSER.DAT.LOG* "
-        "de "
-        "son dossier, chargez puis déchargez la copie sous un Windows quelconque (reg load, reg "
-        "unload), et ouvrez-la ensuite"_cp);
+        "Windows n'avait pas fini de l'écrire\u00A0; copiez-le avec les fichiers "
+        "NTUSER.DAT.LOG* de son dossier, chargez puis déchargez la copie sous un Windows "
+        "quelconque (reg load, reg unload), et ouvrez-la ensuite"_cp);
   }
 }
 

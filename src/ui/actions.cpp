@@ -23,8 +23,6 @@ constexpr std::size_t kFolderIdLength = 3;
 
 std::size_t Index(int i) { return static_cast<std::size_t>(i); }
 
-bool IsAndOr(std::string_view logic) { return logic == "1" || logic == "2"; }
-
 }  // namespace
 
 void frmMorvelle::mnuMod_Click(int index) {

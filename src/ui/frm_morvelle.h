@@ -336,8 +336,6 @@ class frmMorvelle final : public RuleDisplay, public WordListDisplay, public Sta
   void MailToFile(bool oneRule, int row);
   void ImportRules(const char* procedure, RuleFileKind kind);
   void TellLeftOut(const RuleExport& writers);
-  /// Names the rules of which something is to be said, where there are any.
-  void TellNamed(std::string_view what, const std::vector<std::string>& names);
   // printing.cpp
   void mnuWhatRuleToPrint_Click(int index);
   void mnuPrintAllRules_Click();

@@ -2,6 +2,7 @@
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
+#include "core/entry_types.h"
 #include "disk/whole_file.h"
 #include "files/file_names.h"
 #include "ui/frm_morvelle.h"
@@ -27,7 +28,7 @@ std::string LogicOf(const RuleBlock& rule, const RuleTables& tables) {
   for (const bool wordLists : {true, false}) {
     for (const auto& criterion : rule.criteria) {
       const bool isList = tables.SlotOfType(criterion.Type) >= 0;
-      if (isList == wordLists && (criterion.Logic == "1" || criterion.Logic == "2")) {
+      if (isList == wordLists && IsAndOr(criterion.Logic)) {
         return criterion.Logic;
       }
     }

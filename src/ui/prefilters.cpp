@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <limits>
 #include <system_error>
 
 #include "app/messages/errors.h"
@@ -16,8 +15,6 @@ constexpr std::array<std::string_view, 4> kFixedFiles = {
     "Brisquet_asiatique.oe", "Brisquet_anglais.oe", "Brisquet_pseudos.oe", "Brisquet_sexe.oe"};
 constexpr std::size_t kCustom = 4;
 constexpr std::string_view kCustomProposal = "Brisquet_orvic";
-/// A list's words are counted in 16 bits.
-constexpr std::size_t kMostWords = std::numeric_limits<std::int16_t>::max();
 
 std::size_t Index(int i) { return static_cast<std::size_t>(i); }
 
@@ -77,7 +74,7 @@ SlotWords frmMorvelle::CheckedPrefilters() {
 
 bool frmMorvelle::CanBeCounted(const SlotWords& words) {
   const bool can = std::all_of(words.begin(), words.end(),
-                               [](const auto& list) { return list.size() <= kMostWords; });
+                               [](const auto& list) { return list.size() <= kMaxWords; });
   if (!can) {
     messages_.Msg("Une liste de mots dépasserait 32 767 mots : rien n'a été ajouté"_cp,
                   kBoxExclamation);

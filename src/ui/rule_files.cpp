@@ -13,15 +13,6 @@ namespace {
 
 constexpr std::string_view kCannotImport = "Ce fichier ne peut être importé"_cp;
 
-/// Names in quotes; beyond a few, how many more there are.
-std::string Listed(const std::vector<std::string>& names) {
-  constexpr std::size_t kMost = 10;
-  std::string text;
-  for (std::size_t i = 0; i < names.size() && i < kMost; ++i) text += "\r\"" + names[i] + "\"";
-  if (names.size() > kMost) text += "\r... (" + std::to_string(names.size()) + ")";
-  return text;
-}
-
 }  // namespace
 
 void frmMorvelle::ConnectFiles() {
@@ -85,11 +76,11 @@ void frmMorvelle::MailToFile(bool oneRule, int row) {
     writers.MailToFile(oneRule, row, ports_.progress);
     WriteWholeFile(*file, sink.FileText());
     TellLeftOut(writers);
-    TellNamed(
+    messages_.MsgNamed(
         "Le fichier est enregistré mais ne pourra pas être importé :\r"
         "un saut de ligne ou une valeur illisible se trouve dans la règle"_cp,
         writers.NotReadable());
-    TellNamed(
+    messages_.MsgNamed(
         "Le fichier est enregistré mais la règle sera inactive une fois importée\u00A0:\r"
         "une action ou un critère ne peut être lu dans la règle"_cp,
         writers.Damaged());
@@ -97,12 +88,8 @@ void frmMorvelle::MailToFile(bool oneRule, int row) {
 }
 
 void frmMorvelle::TellLeftOut(const RuleExport& writers) {
-  TellNamed("Cette règle est endommagée : elle n'est ni exportée ni imprimée"_cp,
-            writers.LeftOut());
-}
-
-void frmMorvelle::TellNamed(std::string_view what, const std::vector<std::string>& names) {
-  if (!names.empty()) messages_.Msg(std::string(what) + Listed(names), kBoxExclamation);
+  messages_.MsgNamed("Cette règle est endommagée : elle n'est ni exportée ni imprimée"_cp,
+                     writers.LeftOut());
 }
 
 void frmMorvelle::ImportRules(const char* procedure, RuleFileKind kind) {

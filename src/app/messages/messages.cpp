@@ -20,6 +20,15 @@ Button Messages::Msg(std::string_view prompt, int buttons) const {
   return Msg(prompt, buttons, title);
 }
 
+void Messages::MsgNamed(std::string_view prompt, const std::vector<std::string>& names) const {
+  if (names.empty()) return;
+  constexpr std::size_t kMost = 10;
+  std::string text(prompt);
+  for (std::size_t i = 0; i < names.size() && i < kMost; ++i) text += "\r\"" + names[i] + "\"";
+  if (names.size() > kMost) text += "\r... (" + std::to_string(names.size()) + ")";
+  Msg(text, kBoxExclamation);
+}
+
 bool Messages::TestOui(std::string_view prompt) const {
   return Trap(dialogs_, "TestOui", [&] {
     return Msg(prompt, kBoxYesNo + kBoxQuestion + kBoxSecondDefault) == Button::Yes;

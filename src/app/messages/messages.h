@@ -22,6 +22,10 @@ class Messages {
   Button Msg(std::string_view prompt, int buttons, std::string& title) const;
   Button Msg(std::string_view prompt, int buttons = kBoxOk) const;
 
+  /// An exclamation followed by names in quotes, a line each; beyond a few, how many there are.
+  /// Nothing without a name.
+  void MsgNamed(std::string_view prompt, const std::vector<std::string>& names) const;
+
   /// A question with Oui and Non, Non being the default; true only for Oui.
   [[nodiscard]] bool TestOui(std::string_view prompt) const;
 

@@ -118,13 +118,15 @@ std::optional<std::u16string> Utf16FromUtf8(std::string_view utf8) {
   return text;
 }
 
-bool HoldsControlCharacter(std::string_view text) {
+bool IsControlCharacter(char character) {
   constexpr char16_t kDelete = 0x7F;
   constexpr char16_t kNoBreakSpace = 0xA0;
-  return std::any_of(text.begin(), text.end(), [](char character) {
-    const auto unit = CodeUnitOf(character);
-    return unit < u' ' || (unit >= kDelete && unit < kNoBreakSpace);
-  });
+  const auto unit = CodeUnitOf(character);
+  return unit < u' ' || (unit >= kDelete && unit < kNoBreakSpace);
+}
+
+bool HoldsControlCharacter(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), IsControlCharacter);
 }
 
 char LowerCase(char character) { return kLower[static_cast<unsigned char>(character)]; }

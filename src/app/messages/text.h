@@ -89,6 +89,10 @@ std::optional<std::string> FromUtf8(std::string_view utf8);
 /// Any text; nothing when the bytes are not well-formed UTF-8.
 std::optional<std::u16string> Utf16FromUtf8(std::string_view utf8);
 
+/// A line break, a tab, a zero, or one of the five bytes that Windows-1252 leaves without a
+/// character: what has no shape of its own.
+bool IsControlCharacter(char character);
+
 /// Whether a text holds a line break, a tab, a zero or another control character; the five bytes
 /// that Windows-1252 leaves without a character are some too. The user brings none into a word or
 /// a name; what is stored may hold them.
