@@ -44,7 +44,7 @@ class RegText : public testing::TestWithParam<TextCase> {};
 
 TEST_P(RegText, IsWrittenBackAs) {
   const std::string in = std::string(kFive) + GetParam().in;
-  // All that is written ends its lines so; this is the whole file behind the header's empty line.
+  // The whole file behind the header's empty line; whatever is written ends its lines so.
   std::string written;
   for (const char unit : GetParam().out) written += unit == '\n' ? "\r\n" : std::string(1, unit);
   const std::string out = File(kFive, written);

@@ -10,10 +10,6 @@
 namespace morvelle {
 namespace {
 
-std::string Given(const char* name) {
-  return ReadFile(std::filesystem::path(MORVELLE_CAPTIONS) / name);
-}
-
 struct Captions : Window {
   Captions() { StartWithTwoRules(); }
 
@@ -39,16 +35,15 @@ TEST_F(Captions, OfTheMenus) {
   for (const auto& row : MenuTable()) {
     const Control& menu =
         row.perRule ? static_cast<Control&>(form->RuleMenu(row.name)) : form->Menu(row.name);
-    for (const auto* above = menu.Parent(); above != nullptr; above = above->Parent()) {
+    for (const auto* above = menu.Parent(); above != nullptr; above = above->Parent())
       shown += "  ";
-    }
     shown += menu.Name() + (row.perRule ? "" : " " + ToUtf8(menu.Caption())) + "\n";
   }
-  EXPECT_EQ(shown, Given("menus.txt"));
+  EXPECT_EQ(shown, ReadFile(MORVELLE_CAPTIONS "/menus.txt"));
 }
 
 TEST_F(Captions, OfTheControls) {
-  std::istringstream lines(Given("controls.txt"));
+  std::istringstream lines(ReadFile(MORVELLE_CAPTIONS "/controls.txt"));
   int count = 0;
   for (std::string line; std::getline(lines, line); ++count) {
     const auto name = line.substr(0, line.find(':'));
