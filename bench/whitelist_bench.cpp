@@ -44,7 +44,7 @@ void MergeWhitelist(benchmark::State& state, const std::filesystem::path& file,
     state.PauseTiming();
     std::ofstream(file, std::ios::binary) << before;
     state.ResumeTiming();
-    WriteWholeFile(file, MergedWhitelist(*ReadWholeFile(file), book));
+    WriteWholeFile(file, MergedWhitelist(*ReadWholeFile(file, kTextFileLimit), book));
   }
 }
 

@@ -35,7 +35,7 @@ std::optional<std::size_t> SlotOf(std::string_view heading) {
 }
 
 SlotWords WordsOf(const std::filesystem::path& file) {
-  const auto content = ReadWholeFile(file);
+  const auto content = ReadWholeFile(file, kTextFileLimit);
   if (!content) throw Fault(file, 0, "cannot be read");
   SlotWords words;
   std::optional<std::size_t> slot;

@@ -33,7 +33,7 @@ void SettingsFile::Read() {
   Trap(messages_.Boxes(), "ReadSettings", [&] {
     settings_.QuietMode.clear();
     if (!messages_.FileExists(Path())) return;
-    const auto content = ReadWholeFile(Path());
+    const auto content = ReadWholeFile(Path(), kSmallFileLimit);
     // Taken for empty, it would be written over.
     if (!content) throw RuntimeError(ErrorNumber::PermissionDenied);
     std::string_view rest = *content;
@@ -46,7 +46,7 @@ bool SettingsFile::Write() {
   bool written = false;
   TrapAndContinue(messages_.Boxes(), "WriteSettings", [&] {
     const auto content = settings_.BookMode + "\r\n" + settings_.QuietMode + "\r\n";
-    if (ReadWholeFile(Path()) != content) {
+    if (ReadWholeFile(Path(), kSmallFileLimit) != content) {
       // A new file under that name would pass over the mark.
       if (IsReadOnly(Path())) throw RuntimeError(ErrorNumber::PermissionDenied);
       WriteWholeFile(Path(), content);

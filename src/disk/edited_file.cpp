@@ -1,28 +1,17 @@
 #include "disk/edited_file.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
 #include <fstream>
 #include <utility>
 #include <vector>
 
 #include "app/messages/path_text.h"
 #include "app/messages/text.h"
+#include "disk/dated_copy.h"
 
 namespace morvelle {
 
 namespace {
-
-/// Local time, in a form that every file system takes and that sorts by age.
-std::string DateText(std::chrono::system_clock::time_point moment) {
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
-  std::tm local{};
-  // The program has one thread; localtime is the one form that every system has.
-  if (const std::tm* known = std::localtime(&seconds)) local = *known;  // NOLINT
-  std::array<char, 32> text{};
-  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H-%M-%S", &local)};
-}
 
 /// Whether two files hold the same bytes.
 bool SameBytes(const std::filesystem::path& left, const std::filesystem::path& right) {
@@ -65,7 +54,7 @@ std::unique_ptr<EditedFile> EditedFile::Open(const std::filesystem::path& path,
 }
 
 std::string EditedFile::ReadAgain(FileBytes& bytes) {
-  const auto reason = files_->Read(path_, bytes, stamp_).reason;
+  const auto reason = files_->Read(path_, kStoreLimit, bytes, stamp_).reason;
   return reason.empty() ? reason : Failure("ne peut être ouvert"_cp, reason);
 }
 
@@ -108,13 +97,15 @@ CommitOutcome EditedFile::ChangedMeanwhile(std::string& error) const {
 CommitOutcome EditedFile::PutInPlace(const std::filesystem::path& aside, bool withCopy,
                                      FileStamp& written, std::string& error) {
   std::filesystem::path copy;
-  std::string reason;
-  if (withCopy && !KeepDatedCopy(copy, reason)) {
-    files_->Remove(aside);
-    error = Failure("ne peut être enregistré"_cp, reason);
-    return CommitOutcome::Failed;
+  if (withCopy) {
+    const auto fault = KeepDatedCopy(*files_, path_, now_(), copy);
+    if (!fault.Empty()) {
+      files_->Remove(aside);
+      error = Failure("ne peut être enregistré"_cp, fault.reason);
+      return CommitOutcome::Failed;
+    }
   }
-  reason = files_->PutInPlace(aside, path_, written).reason;
+  const auto reason = files_->PutInPlace(aside, path_, written).reason;
   if (reason.empty()) {
     stamp_ = written;
     copyKept_ = true;
@@ -124,19 +115,6 @@ CommitOutcome EditedFile::PutInPlace(const std::filesystem::path& aside, bool wi
   if (!copy.empty() && files_->Stamp(path_).there) files_->Remove(copy);
   error = Failure("ne peut être enregistré"_cp, reason);
   return CommitOutcome::Failed;
-}
-
-bool EditedFile::KeepDatedCopy(std::filesystem::path& copy, std::string& reason) {
-  const std::string date = DateText(now_());
-  for (int number = 1;; ++number) {
-    std::filesystem::path name = path_.stem();
-    name += " (copie du " + date + (number > 1 ? " n" + std::to_string(number) : "") + ")";
-    name += path_.extension();
-    copy = path_.parent_path() / name;
-    const auto outcome = files_->KeepCopy(path_, copy, reason);
-    if (outcome == HostFiles::Copying::Done) return true;
-    if (outcome == HostFiles::Copying::Failed) return false;
-  }
 }
 
 std::string EditedFile::Failure(std::string_view what, std::string_view reason) const {

@@ -62,12 +62,21 @@ class FileLock {
   virtual ~FileLock() = default;
 };
 
+/// The most bytes that a file may have to be read at all; who writes one of this size has nothing
+/// good in mind, or took the wrong file.
+inline constexpr std::uint64_t kSmallFileLimit = std::uint64_t{1} << 20U;  ///< Settings, words.
+inline constexpr std::uint64_t kTextFileLimit = std::uint64_t{64} << 20U;  ///< Rules, books.
+inline constexpr std::uint64_t kStoreLimit = std::uint64_t{1} << 30U;      ///< A whole registry.
+
 /// Why the system refused something; empty when it did not.
 struct FileFault {
   std::string reason;  ///< French and Windows-1252, without capital or full stop.
   ErrorNumber number = ErrorNumber::DeviceError;  ///< The run-time error for it.
   [[nodiscard]] bool Empty() const { return reason.empty(); }
 };
+
+/// That a file has more bytes than `limit`.
+FileFault TooLarge(std::uint64_t limit);
 
 /// What the program asks of the file system where a file must not be lost.
 class HostFiles {
@@ -79,7 +88,10 @@ class HostFiles {
 
   /// The file itself behind links.
   [[nodiscard]] virtual std::filesystem::path Resolve(const std::filesystem::path& path) = 0;
-  virtual FileFault Read(const std::filesystem::path& path, FileBytes& bytes, FileStamp& stamp) = 0;
+  /// Reads a plain file of at most `limit` bytes; another is refused without waiting, and one that
+  /// is too large before a byte of it is read.
+  virtual FileFault Read(const std::filesystem::path& path, std::uint64_t limit, FileBytes& bytes,
+                         FileStamp& stamp) = 0;
   [[nodiscard]] virtual FileStamp Stamp(const std::filesystem::path& path) = 0;
 
   /// Why WriteAside would fail by now: no right to write the file, or to make one beside it.
@@ -108,7 +120,7 @@ class HostFiles {
   /// Leaves the present content of `from` under the name `to`, which must be free. To be followed
   /// by PutInPlace: until then both names may stand for the same file.
   virtual Copying KeepCopy(const std::filesystem::path& from, const std::filesystem::path& to,
-                           std::string& reason) = 0;
+                           FileFault& fault) = 0;
   virtual void Remove(const std::filesystem::path& path) = 0;
 };
 

@@ -90,6 +90,12 @@ FileStamp StampOf(const struct stat& status) {
           status.st_mtim.tv_sec * kNsPerSecond + status.st_mtim.tv_nsec, true};
 }
 
+/// What is there and cannot be read or written as a file.
+FileFault NoPlainFile(const struct stat& status) {
+  if (S_ISDIR(status.st_mode)) return Fault(EISDIR);
+  return {"ce n'est pas un fichier ordinaire", ErrorNumber::PermissionDenied};
+}
+
 /// 0 or the error.
 int WritePiece(int handle, std::string_view bytes) {
   while (!bytes.empty()) {
@@ -155,15 +161,16 @@ class PosixFiles : public HostFiles {
     return real.empty() ? std::filesystem::absolute(file, ignored) : real;
   }
 
-  FileFault Read(const path& file, FileBytes& bytes, FileStamp& stamp) override {
+  FileFault Read(const path& file, std::uint64_t limit, FileBytes& bytes,
+                 FileStamp& stamp) override {
     // A pipe must not hold the program up.
     const OpenFile input(file, O_RDONLY | O_NONBLOCK);
     if (!input) return Fault(errno);
     struct stat status {};
     if (::fstat(input.Handle(), &status) != 0) return Fault(errno);
-    if (S_ISDIR(status.st_mode)) return Fault(EISDIR);
-    if (!S_ISREG(status.st_mode)) return {"ce n'est pas un fichier ordinaire"};
+    if (!S_ISREG(status.st_mode)) return NoPlainFile(status);
     stamp = StampOf(status);
+    if (stamp.size > limit) return TooLarge(limit);
     bytes.data = std::make_unique_for_overwrite<char[]>(stamp.size);
     bytes.size = 0;
     while (bytes.size < stamp.size) {
@@ -212,6 +219,7 @@ class PosixFiles : public HostFiles {
                        FileStamp& stamp) override {
     struct stat old {};
     const bool wasThere = ::stat(file.c_str(), &old) == 0;
+    if (wasThere && !S_ISREG(old.st_mode)) return NoPlainFile(old);
     // The rename that follows would pass over the rights of the file.
     if (wasThere && ::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0) {
       return Fault(errno);
@@ -241,21 +249,21 @@ class PosixFiles : public HostFiles {
     return fault;
   }
 
-  Copying KeepCopy(const path& from, const path& to, std::string& reason) override {
+  Copying KeepCopy(const path& from, const path& to, FileFault& fault) override {
     // Replace gives the old name to a new file, so that the old content needs a name and no copy.
     if (::link(from.c_str(), to.c_str()) == 0) return Copying::Done;
     if (errno == EEXIST) return Copying::NameTaken;
     FileBytes bytes;
     FileStamp stamp;
-    reason = Read(from, bytes, stamp).reason;
-    if (!reason.empty()) return Copying::Failed;
+    fault = Read(from, kStoreLimit, bytes, stamp);
+    if (!fault.Empty()) return Copying::Failed;
     const OpenFile output(to, O_WRONLY | O_CREAT | O_EXCL, 0666);
     const int openError = errno;
     if (!output && openError == EEXIST) return Copying::NameTaken;
     WholeContent content(bytes.View());
     const int error = output ? WriteAll(output.Handle(), content) : openError;
     if (error != 0) {
-      reason = ReasonOf(error);
+      fault = Fault(error);
       if (output) Remove(to);
       return Copying::Failed;
     }

@@ -144,7 +144,8 @@ class Win32Files : public HostFiles {
     return real.empty() ? file : real;
   }
 
-  FileFault Read(const path& file, FileBytes& bytes, FileStamp& stamp) override {
+  FileFault Read(const path& file, std::uint64_t limit, FileBytes& bytes,
+                 FileStamp& stamp) override {
     const DWORD attributes = ::GetFileAttributesW(file.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return Fault(::GetLastError());
     if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
@@ -154,7 +155,7 @@ class Win32Files : public HostFiles {
     if (::GetFileType(input.Handle()) != FILE_TYPE_DISK)
       return {"ce n'est pas un fichier ordinaire"};
     stamp = StampOf(input.Handle());
-    if (!std::in_range<std::size_t>(stamp.size)) return Fault(ERROR_FILE_TOO_LARGE);
+    if (stamp.size > limit || !std::in_range<std::size_t>(stamp.size)) return TooLarge(limit);
     const auto size = static_cast<std::size_t>(stamp.size);
     bytes.data = std::make_unique_for_overwrite<char[]>(size);
     bytes.size = 0;
@@ -242,7 +243,7 @@ class Win32Files : public HostFiles {
     return Fault(error);
   }
 
-  Copying KeepCopy(const path& from, const path& to, std::string& reason) override {
+  Copying KeepCopy(const path& from, const path& to, FileFault& fault) override {
     if (::CopyFileW(from.c_str(), to.c_str(), TRUE) != FALSE) {
       // A copy that may not be written could not be taken back where the file cannot be replaced.
       const DWORD attributes = ::GetFileAttributesW(to.c_str());
@@ -256,7 +257,7 @@ class Win32Files : public HostFiles {
     }
     const DWORD error = ::GetLastError();
     if (error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS) return Copying::NameTaken;
-    reason = ReasonOf(error);
+    fault = Fault(error);
     return Copying::Failed;
   }
 

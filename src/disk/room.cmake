@@ -5,7 +5,8 @@ else()
   set(disk_system_sources disk/host_files_posix.cpp)
 endif()
 morvelle_room(disk
-  SOURCES disk/edited_file.cpp disk/whole_file.cpp ${disk_system_sources}
+  SOURCES disk/dated_copy.cpp disk/edited_file.cpp disk/file_fault.cpp
+    disk/whole_file.cpp ${disk_system_sources}
   USES messages)
 if(NOT WIN32)
   # A file is written in a thread of its own while its text is being made.

@@ -1,10 +1,11 @@
 #include "disk/whole_file.h"
 
-#include <fstream>
+#include <memory>
 #include <system_error>
+#include <utility>
 
 #include "app/messages/errors.h"
-#include "disk/host_files.h"
+#include "disk/dated_copy.h"
 
 namespace morvelle {
 
@@ -12,56 +13,61 @@ namespace {
 
 using std::filesystem::path;
 
-/// Why a file cannot be opened for writing: the stream does not say.
-ErrorNumber WhyNotOpened(const path& file) {
-  std::error_code ignored;
-  const auto folder = file.parent_path();
-  if (!folder.empty() && !std::filesystem::is_directory(folder, ignored)) {
-    return ErrorNumber::PathNotFound;
-  }
-  return ErrorNumber::PermissionDenied;
+/// The file itself behind links, with the content written beside it.
+struct Aside {
+  std::unique_ptr<HostFiles> files = MakeHostFiles();
+  path target;
+  path name;
+  FileStamp stamp;
+};
+
+void Check(const FileFault& fault) {
+  if (!fault.Empty()) throw RuntimeError(fault.number);
 }
 
-void WriteDirectly(const path& file, std::string_view bytes) {
-  std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  if (!out) throw RuntimeError(WhyNotOpened(file));
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  out.close();
-  if (!out) throw RuntimeError(ErrorNumber::DiskFull);
+Aside WriteAside(const path& file, std::string_view bytes) {
+  Aside aside;
+  aside.target = aside.files->Resolve(file);
+  WholeContent content(bytes);
+  Check(aside.files->WriteAside(aside.target, content, aside.name, aside.stamp));
+  return aside;
 }
 
 }  // namespace
 
-std::optional<std::string> ReadWholeFile(const path& file) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
-  const auto size = std::filesystem::file_size(file, error);
-  std::string bytes;
-  if (error || size > bytes.max_size()) return std::nullopt;
-  std::ifstream in(file, std::ios::binary);
-  bytes.resize(static_cast<std::size_t>(size));
-  in.read(bytes.data(), static_cast<std::streamsize>(size));
-  if (!in) return std::nullopt;
-  return bytes;
+std::optional<std::string> ReadWholeFile(const path& file, std::uint64_t limit, FileFault* fault) {
+  FileBytes bytes;
+  FileStamp stamp;
+  auto found = MakeHostFiles()->Read(file, limit, bytes, stamp);
+  const bool isRead = found.Empty();
+  if (fault != nullptr) *fault = std::move(found);
+  if (!isRead) return std::nullopt;
+  return std::string(bytes.View());
 }
 
 void WriteWholeFile(const path& file, std::string_view bytes) {
-  std::error_code error;
-  auto target = std::filesystem::canonical(file, error);
-  if (error) target = file;
-  const auto before = std::filesystem::status(target, error);
-  if (std::filesystem::exists(before) && !std::filesystem::is_regular_file(before)) {
-    WriteDirectly(target, bytes);
-    return;
-  }
-  const auto files = MakeHostFiles();
-  WholeContent content(bytes);
-  path aside;
-  FileStamp stamp;
-  auto fault = files->WriteAside(target, content, aside, stamp);
-  if (fault.Empty()) fault = files->PutInPlace(aside, target, stamp);
-  if (!fault.Empty()) throw RuntimeError(fault.number);
+  auto aside = WriteAside(file, bytes);
+  Check(aside.files->PutInPlace(aside.name, aside.target, aside.stamp));
 }
+
+void ReplaceWholeFile(const path& file, std::string_view bytes,
+                      std::chrono::system_clock::time_point now) {
+  auto aside = WriteAside(file, bytes);
+  path copy;
+  if (aside.files->Stamp(aside.target).there) {
+    const auto fault = KeepDatedCopy(*aside.files, aside.target, now, copy);
+    if (!fault.Empty()) aside.files->Remove(aside.name);
+    Check(fault);
+  }
+  const auto fault = aside.files->PutInPlace(aside.name, aside.target, aside.stamp);
+  // Where the file itself is gone, the copy is all that is left of it.
+  if (!fault.Empty() && !copy.empty() && aside.files->Stamp(aside.target).there) {
+    aside.files->Remove(copy);
+  }
+  Check(fault);
+}
+
+void MakeOwnFolder(const path& folder) { std::filesystem::create_directories(folder); }
 
 bool IsReadOnly(const path& file) {
   using std::filesystem::perms;

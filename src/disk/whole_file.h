@@ -1,22 +1,36 @@
 #pragma once
 
+#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 
+#include "disk/host_files.h"
+
 /// Files read and written whole.
 namespace morvelle {
 
-/// The bytes of a file; nothing when it is no file or cannot be read.
-std::optional<std::string> ReadWholeFile(const std::filesystem::path& file);
+/// The bytes of a plain file; nothing when it is none, cannot be read or has more than `limit`
+/// bytes. `fault` then says why.
+std::optional<std::string> ReadWholeFile(const std::filesystem::path& file, std::uint64_t limit,
+                                         FileFault* fault = nullptr);
 
 /// Writes a file beside the one of that name, down to the disk, and puts it in its place: one that
 /// was there stays as it was when the writing fails, and after a power cut one or the other is
-/// whole. What is no plain file is written to. Throws RuntimeError 61 when the disk is full, 70
-/// where writing is not allowed, 76 where the folder is missing, 57 for other failures of the
+/// whole. What is there and no plain file is refused. Throws RuntimeError 61 when the disk is full,
+/// 70 where writing is not allowed, 76 where the folder is missing, 57 for other failures of the
 /// system.
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
+
+/// As WriteWholeFile, with a dated copy of what was there left beside it.
+void ReplaceWholeFile(const std::filesystem::path& file, std::string_view bytes,
+                      std::chrono::system_clock::time_point now);
+
+/// Makes the folder, and those above it that are missing, for the user alone. An error of the
+/// system where that fails.
+void MakeOwnFolder(const std::filesystem::path& folder);
 
 /// Whether the file is there and marked as not to be written.
 bool IsReadOnly(const std::filesystem::path& file);

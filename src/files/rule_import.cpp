@@ -34,7 +34,7 @@ std::vector<std::string> DamagedRules(const RuleFile& file) {
 
 bool RuleImport::MailFromFile(const std::filesystem::path& path, RuleFileKind kind) {
   return Trap(registry_.Boxes().Boxes(), "MailFromFile", [&] {
-    const auto text = ReadWholeFile(path);
+    const auto text = ReadWholeFile(path, kTextFileLimit);
     if (!text) return false;
     auto file = ReadRuleFile(*text, kind);
     if (file.verdict == RuleFileVerdict::BadlySaved) {

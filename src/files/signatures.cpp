@@ -106,7 +106,7 @@ std::vector<Signatures::Outgoing> Signatures::ToWrite(const std::vector<std::str
     std::error_code error;
     if (!IsBlank(one.signature.file)) one.source = environment_.HostPath(one.signature.file);
     if (std::filesystem::is_regular_file(one.source, error)) {
-      one.text = ReadWholeFile(one.source);
+      one.text = ReadWholeFile(one.source, kTextFileLimit);
       if (!one.text) throw RuntimeError(ErrorNumber::PermissionDenied);
     }
     all.push_back(std::move(one));
@@ -123,7 +123,7 @@ std::vector<std::string> Signatures::TextsOfOthers(const std::vector<Outgoing>& 
       return EqualIgnoringCase(one.sgn, PathText(file.filename()));
     };
     if (!HasExtension(file, ".sgn") || std::any_of(written.begin(), written.end(), isIt)) continue;
-    const auto content = ReadWholeFile(file);
+    const auto content = ReadWholeFile(file, kSmallFileLimit);
     const auto signature = content ? ReadSignature(*content) : std::nullopt;
     if (signature) names.push_back(TextName(*signature));
   }
@@ -139,7 +139,7 @@ path Signatures::TextTarget(const Outgoing& one, const std::vector<Outgoing>& al
     return other.text != one.text && EqualIgnoringCase(TextName(other.signature), name);
   });
   const auto isIt = [&](const auto& other) { return EqualIgnoringCase(other, name); };
-  const auto present = ReadWholeFile(plain);
+  const auto present = ReadWholeFile(plain, kTextFileLimit);
   const bool namedThere =
       present && present != one.text && std::any_of(others.begin(), others.end(), isIt);
   // An import looks for the own name first: one that is there must not stay behind.
@@ -179,7 +179,7 @@ bool Signatures::ImpSign() {
   if (!HasFiles()) return false;
   const auto file = files_.ToOpen("sgn", folder_);
   if (!file) return true;
-  const auto content = ReadWholeFile(*file);
+  const auto content = ReadWholeFile(*file, kSmallFileLimit);
   const auto signature = content ? ReadSignature(*content) : std::nullopt;
   if (signature) {
     Write(*signature, *file);
@@ -242,12 +242,12 @@ bool Signatures::CopyTextBack(const Signature& signature, const path& sgn) const
   std::error_code error;
   if (!std::filesystem::exists(kept, error)) kept = folder_ / ToPath(TextName(signature));
   const auto place = environment_.HostPath(signature.file);
-  const auto content = ReadWholeFile(kept);
+  const auto content = ReadWholeFile(kept, kTextFileLimit);
   if (!content || !std::filesystem::is_directory(place.parent_path(), error)) {
     registry_.Boxes().Msg(kTextMissing);
     return false;
   }
-  if (ReadWholeFile(place) == content) return true;
+  if (ReadWholeFile(place, kTextFileLimit) == content) return true;
   KeepCopy(place);
   WriteWholeFile(place, *content);
   return true;

@@ -19,7 +19,7 @@ constexpr std::string_view kNotStarted = "K9 n'a pas pu être redémarré"_cp;
 /// Error 53 when the whitelist is not there, 70 when it is marked as not to be written: a new file
 /// under its name would pass over the mark.
 void MergeInto(const std::filesystem::path& emailsFile, std::vector<std::string> addresses) {
-  const auto present = ReadWholeFile(emailsFile);
+  const auto present = ReadWholeFile(emailsFile, kTextFileLimit);
   if (!present) throw RuntimeError(ErrorNumber::FileNotFound);
   if (IsReadOnly(emailsFile)) throw RuntimeError(ErrorNumber::PermissionDenied);
   WriteWholeFile(emailsFile, MergedWhitelist(*present, std::move(addresses)));

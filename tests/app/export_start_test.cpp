@@ -28,7 +28,8 @@ class OneFile final : public HostFiles {
   explicit OneFile(std::string& bytes) : bytes_(bytes) {}
   std::string readOnly;
   std::filesystem::path Resolve(const std::filesystem::path& path) override { return path; }
-  FileFault Read(const std::filesystem::path&, FileBytes& bytes, FileStamp& stamp) override {
+  FileFault Read(const std::filesystem::path&, std::uint64_t, FileBytes& bytes,
+                 FileStamp& stamp) override {
     bytes.data = std::make_unique<char[]>(bytes_.size());
     bytes.size = bytes_.copy(bytes.data.get(), bytes_.size());
     stamp = Stamp({});
@@ -52,7 +53,7 @@ class OneFile final : public HostFiles {
     return {};
   }
   Copying KeepCopy(const std::filesystem::path&, const std::filesystem::path&,
-                   std::string&) override {
+                   FileFault&) override {
     return Copying::Done;
   }
   void Remove(const std::filesystem::path&) override {}

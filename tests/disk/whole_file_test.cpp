@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "app/messages/errors.h"
+#include "tests/support/full_disk.h"
 #include "tests/support/temp_folder.h"
 
 namespace {
@@ -56,12 +57,16 @@ TEST(WholeFileTest, ReachesTheDiskBeforeItTakesTheName) {
 
 TEST(WholeFileTest, WhatCannotBeWrittenSaysWhy) {
   const FileFolder folder;
-  std::filesystem::create_symlink("/dev/full", folder / "plein.roe");
-  EXPECT_EQ(ErrorOf(folder / "plein.roe"), 61);
+  {
+    const FullDisk full;
+    EXPECT_EQ(ErrorOf(folder.Write("plein.roe", "")), 61);
+  }
   EXPECT_EQ(ErrorOf(folder / "absent" / "a.roe"), 76);
   std::filesystem::create_directory(folder / "dossier.roe");
   EXPECT_EQ(ErrorOf(folder / "dossier.roe"), 70);
-  EXPECT_EQ(folder.Names(), (std::set<std::string>{"dossier.roe", "plein.roe"}));
+  std::filesystem::create_symlink("/dev/null", folder / "rien.roe");
+  EXPECT_EQ(ErrorOf(folder / "rien.roe"), 70);
+  EXPECT_EQ(folder.Names(), (std::set<std::string>{"dossier.roe", "plein.roe", "rien.roe"}));
 }
 
 }  // namespace

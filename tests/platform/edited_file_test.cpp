@@ -40,8 +40,9 @@ class FailingFiles final : public HostFiles {
   std::filesystem::path Resolve(const std::filesystem::path& path) override {
     return real_->Resolve(path);
   }
-  FileFault Read(const std::filesystem::path& path, FileBytes& bytes, FileStamp& stamp) override {
-    return real_->Read(path, bytes, stamp);
+  FileFault Read(const std::filesystem::path& path, std::uint64_t limit, FileBytes& bytes,
+                 FileStamp& stamp) override {
+    return real_->Read(path, limit, bytes, stamp);
   }
   FileStamp Stamp(const std::filesystem::path& path) override { return real_->Stamp(path); }
   std::string WhyReadOnly(const std::filesystem::path& path) override {
@@ -63,9 +64,9 @@ class FailingFiles final : public HostFiles {
     return {"erreur"};
   }
   Copying KeepCopy(const std::filesystem::path& from, const std::filesystem::path& to,
-                   std::string& reason) override {
-    if (copyFails.empty()) return real_->KeepCopy(from, to, reason);
-    reason = copyFails;
+                   FileFault& fault) override {
+    if (copyFails.empty()) return real_->KeepCopy(from, to, fault);
+    fault.reason = copyFails;
     return Copying::Failed;
   }
   void Remove(const std::filesystem::path& path) override { real_->Remove(path); }

@@ -1,6 +1,7 @@
 #include <sstream>
 
 #include "core/new_rule.h"
+#include "tests/support/full_disk.h"
 #include "tests/ui/window.h"
 
 namespace morvelle {
@@ -117,11 +118,14 @@ TEST_F(RuleFilesTest, AFileIsReplacedOnlyWhenTheUserAgreesAndItIsNotProtected) {
 TEST_F(RuleFilesTest, WhatCannotBeWrittenIsToldAndTheWindowStays) {
   StartWithTwoRules();
   const auto before = Stored();
-  std::filesystem::create_symlink("/dev/full", File("plein.moe"));
+  WriteFile(File("plein.moe"), "");
   fileDialogs.Choose(File("plein.moe"));
   dialogs.Expect("plein.moe" + std::string(kReplace), Button::Yes);
   dialogs.Expect("Disque plein", kBoxOk, "MailToFile");
-  Choose("mnuExpAllRules");
+  {
+    const FullDisk full;
+    Choose("mnuExpAllRules");
+  }
   fileDialogs.Choose(std::nullopt);
   Choose("mnuExpAllRules");
   EXPECT_EQ(Stored(), before);

@@ -47,14 +47,14 @@ TEST_F(Win32FilesTest, ReplacesAFileWholeOrNotAtAll) {
 
 TEST_F(Win32FilesTest, TellsAFileFromTheSameFileWrittenAgain) {
   const auto file = folder_.Write("a.reg", "old");
-  EXPECT_EQ(files_->Read(file, bytes_, stamp_).reason, "");
+  EXPECT_EQ(files_->Read(file, kStoreLimit, bytes_, stamp_).reason, "");
   EXPECT_EQ(bytes_.View(), "old");
   EXPECT_EQ(files_->Stamp(file), stamp_);
   folder_.Write("a.reg", "longer");
   EXPECT_NE(files_->Stamp(file), stamp_);
   EXPECT_FALSE(files_->Stamp(folder_.Path() / "none").there);
-  EXPECT_NE(files_->Read(folder_.Path() / "none", bytes_, stamp_).reason, "");
-  EXPECT_NE(files_->Read(folder_.Path(), bytes_, stamp_).reason, "");
+  EXPECT_NE(files_->Read(folder_.Path() / "none", kStoreLimit, bytes_, stamp_).reason, "");
+  EXPECT_NE(files_->Read(folder_.Path(), kStoreLimit, bytes_, stamp_).reason, "");
 }
 
 TEST_F(Win32FilesTest, KeepsASecondEditorOff) {
@@ -72,22 +72,22 @@ TEST_F(Win32FilesTest, KeepsASecondEditorOff) {
 TEST_F(Win32FilesTest, ACopyNeverTakesTheNameOfAnother) {
   const auto file = folder_.Write("a.reg", "old");
   const auto copy = folder_.Path() / L"a (copie du 1er été).reg";
-  std::string reason;
-  EXPECT_EQ(files_->KeepCopy(file, copy, reason), HostFiles::Copying::Done);
+  FileFault fault;
+  EXPECT_EQ(files_->KeepCopy(file, copy, fault), HostFiles::Copying::Done);
   Replace(file, "new");
-  EXPECT_EQ(files_->KeepCopy(file, copy, reason), HostFiles::Copying::NameTaken);
-  EXPECT_EQ(files_->Read(copy, bytes_, stamp_).reason, "");
+  EXPECT_EQ(files_->KeepCopy(file, copy, fault), HostFiles::Copying::NameTaken);
+  EXPECT_EQ(files_->Read(copy, kStoreLimit, bytes_, stamp_).reason, "");
   EXPECT_EQ(bytes_.View(), "old");
-  EXPECT_EQ(files_->KeepCopy(folder_.Path() / "none", folder_.Path() / "c", reason),
+  EXPECT_EQ(files_->KeepCopy(folder_.Path() / "none", folder_.Path() / "c", fault),
             HostFiles::Copying::Failed);
-  EXPECT_NE(reason, "");
+  EXPECT_NE(fault.reason, "");
 }
 
 TEST_F(Win32FilesTest, TheCopyOfAFileThatMayNotBeWrittenCanBeTakenBack) {
   const auto file = folder_.Write("a.reg", "old");
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_READONLY);
-  std::string reason;
-  EXPECT_EQ(files_->KeepCopy(file, folder_.Path() / "copy.reg", reason), HostFiles::Copying::Done);
+  FileFault fault;
+  EXPECT_EQ(files_->KeepCopy(file, folder_.Path() / "copy.reg", fault), HostFiles::Copying::Done);
   files_->Remove(folder_.Path() / "copy.reg");
   EXPECT_EQ(folder_.Names(), std::set<std::string>{"a.reg"});
   ::SetFileAttributesW(file.c_str(), FILE_ATTRIBUTE_NORMAL);
