@@ -33,8 +33,10 @@ void SettingsFile::Read() {
   Trap(messages_.Boxes(), "ReadSettings", [&] {
     settings_.QuietMode.clear();
     if (!messages_.FileExists(Path())) return;
-    const auto content = ReadWholeFile(Path(), kSmallFileLimit);
+    FileFault fault;
+    const auto content = ReadWholeFile(Path(), kSmallFileLimit, &fault);
     // Taken for empty, it would be written over.
+    if (TellTooLarge(messages_, Path(), fault)) throw ProgramEnd{};
     if (!content) throw RuntimeError(ErrorNumber::PermissionDenied);
     std::string_view rest = *content;
     if (!rest.empty()) settings_.BookMode = TakeLine(rest);

@@ -4,6 +4,7 @@
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
+#include "disk/host_files.h"
 #include "wab/book_rule.h"
 
 namespace morvelle {
@@ -31,7 +32,7 @@ void StartUp::FindOwnPlaces() {
   settings.UserFilesFolder = settings.AppPath / "Fichiers VLX";
   TrapAndContinue(ports_.dialogs, "InitVLX", [&] {
     if (!Messages::FolderExists(settings.UserFilesFolder)) {
-      std::filesystem::create_directory(settings.UserFilesFolder);
+      MakeOwnFolder(settings.UserFilesFolder);
     }
   });
 }

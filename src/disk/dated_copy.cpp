@@ -18,8 +18,7 @@ std::string DateText(std::chrono::system_clock::time_point moment) {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H-%M-%S", &local)};
 }
 
-}  // namespace
-
+/// `copy` is then the name of the copy.
 FileFault KeepDatedCopy(HostFiles& files, const std::filesystem::path& file,
                         std::chrono::system_clock::time_point now, std::filesystem::path& copy) {
   const std::string date = DateText(now);
@@ -33,6 +32,21 @@ FileFault KeepDatedCopy(HostFiles& files, const std::filesystem::path& file,
     if (outcome == HostFiles::Copying::Done) return {};
     if (outcome == HostFiles::Copying::Failed) return fault;
   }
+}
+
+}  // namespace
+
+FileFault PutInPlaceKeepingCopy(HostFiles& files, const std::filesystem::path& aside,
+                                const std::filesystem::path& file,
+                                std::chrono::system_clock::time_point now, FileStamp& stamp) {
+  std::filesystem::path copy;
+  if (auto fault = KeepDatedCopy(files, file, now, copy); !fault.Empty()) {
+    files.Remove(aside);
+    return fault;
+  }
+  auto fault = files.PutInPlace(aside, file, stamp);
+  if (!fault.Empty() && files.Stamp(file).there) files.Remove(copy);
+  return fault;
 }
 
 }  // namespace morvelle

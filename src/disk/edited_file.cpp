@@ -41,12 +41,13 @@ std::unique_ptr<EditedFile> EditedFile::Open(const std::filesystem::path& path,
   std::unique_ptr<EditedFile> file(
       new EditedFile(std::move(real), std::move(files), std::move(now)));
   if (!file->files_->Stamp(file->path_).there) {
-    error = file->Failure("ne peut être ouvert"_cp, "il n'existe pas");
+    error = FileFailure(file->path_, "ne peut être ouvert"_cp, "il n'existe pas");
     return nullptr;
   }
   // Before reading, so that nobody writes in between.
   if (file->files_->Lock(file->path_, file->lock_) == HostFiles::Locking::HeldByAnother) {
-    error = file->Failure("ne peut être ouvert"_cp, "il est déjà ouvert dans un autre éditeur"_cp);
+    error = FileFailure(file->path_, "ne peut être ouvert"_cp,
+                        "il est déjà ouvert dans un autre éditeur"_cp);
     return nullptr;
   }
   error = file->ReadAgain(bytes);
@@ -55,12 +56,12 @@ std::unique_ptr<EditedFile> EditedFile::Open(const std::filesystem::path& path,
 
 std::string EditedFile::ReadAgain(FileBytes& bytes) {
   const auto reason = files_->Read(path_, kStoreLimit, bytes, stamp_).reason;
-  return reason.empty() ? reason : Failure("ne peut être ouvert"_cp, reason);
+  return reason.empty() ? reason : FileFailure(path_, "ne peut être ouvert"_cp, reason);
 }
 
 std::string EditedFile::ReadOnlyReason() const {
   const std::string reason = files_->WhyReadOnly(path_);
-  return reason.empty() ? reason : Failure("ne pourra être enregistré"_cp, reason);
+  return reason.empty() ? reason : FileFailure(path_, "ne pourra être enregistré"_cp, reason);
 }
 
 CommitOutcome EditedFile::Replace(FileContent& content, bool overwriteChanged, std::string& error) {
@@ -70,7 +71,7 @@ CommitOutcome EditedFile::Replace(FileContent& content, bool overwriteChanged, s
   FileStamp written;
   const auto reason = files_->WriteAside(path_, content, aside, written).reason;
   if (!reason.empty()) {
-    error = Failure("ne peut être enregistré"_cp, reason);
+    error = FileFailure(path_, "ne peut être enregistré"_cp, reason);
     return CommitOutcome::Failed;
   }
   // Writing takes its time.
@@ -96,36 +97,15 @@ CommitOutcome EditedFile::ChangedMeanwhile(std::string& error) const {
 
 CommitOutcome EditedFile::PutInPlace(const std::filesystem::path& aside, bool withCopy,
                                      FileStamp& written, std::string& error) {
-  std::filesystem::path copy;
-  if (withCopy) {
-    const auto fault = KeepDatedCopy(*files_, path_, now_(), copy);
-    if (!fault.Empty()) {
-      files_->Remove(aside);
-      error = Failure("ne peut être enregistré"_cp, fault.reason);
-      return CommitOutcome::Failed;
-    }
+  const auto fault = withCopy ? PutInPlaceKeepingCopy(*files_, aside, path_, now_(), written)
+                              : files_->PutInPlace(aside, path_, written);
+  if (!fault.Empty()) {
+    error = FileFailure(path_, "ne peut être enregistré"_cp, fault.reason);
+    return CommitOutcome::Failed;
   }
-  const auto reason = files_->PutInPlace(aside, path_, written).reason;
-  if (reason.empty()) {
-    stamp_ = written;
-    copyKept_ = true;
-    return CommitOutcome::Done;
-  }
-  // Where the file itself is gone, the copy is all that is left of it.
-  if (!copy.empty() && files_->Stamp(path_).there) files_->Remove(copy);
-  error = Failure("ne peut être enregistré"_cp, reason);
-  return CommitOutcome::Failed;
-}
-
-std::string EditedFile::Failure(std::string_view what, std::string_view reason) const {
-  std::string message;
-  message += "Le fichier « "_cp;
-  message += PathText(path_);
-  message += " » "_cp;
-  message += what;
-  message += " : ";
-  message += reason;
-  return message;
+  stamp_ = written;
+  copyKept_ = true;
+  return CommitOutcome::Done;
 }
 
 }  // namespace morvelle

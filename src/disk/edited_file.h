@@ -46,7 +46,6 @@ class EditedFile {
   /// With a dated copy of what was there, where it is asked for.
   CommitOutcome PutInPlace(const std::filesystem::path& aside, bool withCopy, FileStamp& written,
                            std::string& error);
-  [[nodiscard]] std::string Failure(std::string_view what, std::string_view reason) const;
 
   std::filesystem::path path_;
   std::shared_ptr<HostFiles> files_;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "app/messages/errors.h"
+#include "app/messages/text.h"
 
 namespace morvelle {
 
@@ -75,6 +76,9 @@ struct FileFault {
   [[nodiscard]] bool Empty() const { return reason.empty(); }
 };
 
+/// Why a file within its limit cannot be read all the same.
+inline constexpr std::string_view kNoMemory = "la mémoire ne suffit pas"_cp;
+
 /// That a file has more bytes than `limit`.
 FileFault TooLarge(std::uint64_t limit);
 
@@ -123,6 +127,10 @@ class HostFiles {
                            FileFault& fault) = 0;
   virtual void Remove(const std::filesystem::path& path) = 0;
 };
+
+/// Makes the folder, and those above it that are missing, for the user alone. Throws an error of
+/// the system where that fails.
+void MakeOwnFolder(const std::filesystem::path& folder);
 
 /// The file system of this machine.
 std::unique_ptr<HostFiles> MakeHostFiles();

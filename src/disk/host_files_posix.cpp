@@ -142,16 +142,69 @@ path Beside(const path& file, const std::string& suffix) {
   return file.parent_path() / name;
 }
 
+/// Whether the name is that of the open file, and what is open can be a lock file of ours: a plain
+/// file that holds nothing.
+enum class LockFile { Ours, Foreign, Gone };
+
+LockFile LookAtLock(int handle, const path& sidecar) {
+  struct stat status {};
+  struct stat named {};
+  if (::fstat(handle, &status) != 0 || !S_ISREG(status.st_mode) || status.st_size != 0) {
+    return LockFile::Foreign;
+  }
+  const bool same = ::lstat(sidecar.c_str(), &named) == 0 && named.st_ino == status.st_ino &&
+                    named.st_dev == status.st_dev;
+  return same ? LockFile::Ours : LockFile::Gone;
+}
+
 class SidecarLock : public FileLock {
  public:
   SidecarLock(path sidecar, std::unique_ptr<OpenFile> file)
       : sidecar_(std::move(sidecar)), file_(std::move(file)) {}
-  ~SidecarLock() override { ::unlink(sidecar_.c_str()); }
+  ~SidecarLock() override {
+    // What took its name meanwhile is another's.
+    if (LookAtLock(file_->Handle(), sidecar_) == LockFile::Ours) ::unlink(sidecar_.c_str());
+  }
 
  private:
   path sidecar_;
   std::unique_ptr<OpenFile> file_;
 };
+
+/// Gives a new file, which only its maker may read so far, owner, group and rights of another.
+/// Where the group cannot be kept its rights become those of the others. 0 or the error.
+int GiveRights(int handle, const struct stat& other) {
+  mode_t rights = other.st_mode & 0777U;
+  // Only an administrator may give a file away; the rights follow the owner that it has.
+  if (::fchown(handle, other.st_uid, other.st_gid) != 0 &&
+      ::fchown(handle, static_cast<uid_t>(-1), other.st_gid) != 0) {
+    rights = (rights & ~mode_t{S_IRWXG}) | (rights & S_IRWXO) << 3U;
+  }
+  struct stat status {};
+  if (::fstat(handle, &status) != 0) return errno;
+  // A disk without rights of its own, as most sticks are, refuses even those that it shows.
+  if ((status.st_mode & 0777U) == rights) return 0;
+  return ::fchmod(handle, rights) == 0 ? 0 : errno;
+}
+
+/// A new file of this name, for its maker alone: never one that is there, nor what a link names.
+std::unique_ptr<OpenFile> MakeFile(const path& file) {
+  return std::make_unique<OpenFile>(file, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, 0600);
+}
+
+/// Writes a new file with the rights of `like`, where there is one. What fails takes it along. 0 or
+/// the error.
+int Fill(const OpenFile& output, const path& name, FileContent& content, const struct stat* like) {
+  try {
+    int error = like != nullptr ? GiveRights(output.Handle(), *like) : 0;
+    if (error == 0) error = WriteAll(output.Handle(), content);
+    if (error != 0) ::unlink(name.c_str());
+    return error;
+  } catch (...) {
+    ::unlink(name.c_str());
+    throw;
+  }
+}
 
 class PosixFiles : public HostFiles {
  public:
@@ -163,11 +216,12 @@ class PosixFiles : public HostFiles {
 
   FileFault Read(const path& file, std::uint64_t limit, FileBytes& bytes,
                  FileStamp& stamp) override {
-    // A pipe must not hold the program up.
-    const OpenFile input(file, O_RDONLY | O_NONBLOCK);
-    if (!input) return Fault(errno);
     struct stat status {};
-    if (::fstat(input.Handle(), &status) != 0) return Fault(errno);
+    if (::stat(file.c_str(), &status) != 0) return Fault(errno);
+    if (!S_ISREG(status.st_mode)) return NoPlainFile(status);
+    // What takes its place meanwhile must not hold the program up either.
+    const OpenFile input(file, O_RDONLY | O_NONBLOCK);
+    if (!input || ::fstat(input.Handle(), &status) != 0) return Fault(errno);
     if (!S_ISREG(status.st_mode)) return NoPlainFile(status);
     stamp = StampOf(status);
     if (stamp.size > limit) return TooLarge(limit);
@@ -198,20 +252,21 @@ class PosixFiles : public HostFiles {
 
   Locking Lock(const path& file, std::unique_ptr<FileLock>& lock) override {
     const path sidecar = Beside(file, ".lock");
+    constexpr int kFlags = O_NOFOLLOW | O_NONBLOCK;
     while (true) {
-      auto opened = std::make_unique<OpenFile>(sidecar, O_RDWR | O_CREAT | O_NOFOLLOW, 0666);
-      if (!*opened) opened = std::make_unique<OpenFile>(sidecar, O_RDONLY | O_NOFOLLOW);
+      auto opened = std::make_unique<OpenFile>(sidecar, O_RDWR | O_CREAT | kFlags, 0666);
+      if (!*opened) opened = std::make_unique<OpenFile>(sidecar, O_RDONLY | kFlags);
       if (!*opened) return Locking::Impossible;
+      if (LookAtLock(opened->Handle(), sidecar) == LockFile::Foreign) return Locking::Impossible;
       if (::flock(opened->Handle(), LOCK_EX | LOCK_NB) != 0) {
         return errno == EWOULDBLOCK ? Locking::HeldByAnother : Locking::Impossible;
       }
       // The one who held the lock may have removed the file between our two steps.
-      struct stat status {};
-      if (::fstat(opened->Handle(), &status) == 0 &&
-          StampOf(status).inode == Stamp(sidecar).inode) {
-        lock = std::make_unique<SidecarLock>(sidecar, std::move(opened));
-        return Locking::Taken;
-      }
+      const auto found = LookAtLock(opened->Handle(), sidecar);
+      if (found == LockFile::Foreign) return Locking::Impossible;
+      if (found == LockFile::Gone) continue;
+      lock = std::make_unique<SidecarLock>(sidecar, std::move(opened));
+      return Locking::Taken;
     }
   }
 
@@ -224,18 +279,13 @@ class PosixFiles : public HostFiles {
     if (wasThere && ::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0) {
       return Fault(errno);
     }
-    aside = Beside(file, std::string(".").append(std::to_string(::getpid())).append(".tmp"));
-    ::unlink(aside.c_str());
-    int error = 0;
-    try {
-      error = WriteNew(aside, content, wasThere ? &old : nullptr, stamp);
-    } catch (...) {
-      ::unlink(aside.c_str());
-      throw;
+    const auto output = MakeAside(file, aside);
+    if (!*output) return Fault(errno);
+    if (const int error = Fill(*output, aside, content, wasThere ? &old : nullptr); error != 0) {
+      return Fault(error);
     }
-    if (error == 0) return {};
-    ::unlink(aside.c_str());
-    return Fault(error);
+    stamp = Stamp(aside);
+    return {};
   }
 
   FileFault PutInPlace(const path& aside, const path& file,
@@ -257,41 +307,49 @@ class PosixFiles : public HostFiles {
     FileStamp stamp;
     fault = Read(from, kStoreLimit, bytes, stamp);
     if (!fault.Empty()) return Copying::Failed;
-    const OpenFile output(to, O_WRONLY | O_CREAT | O_EXCL, 0666);
-    const int openError = errno;
-    if (!output && openError == EEXIST) return Copying::NameTaken;
+    struct stat like {};
+    if (::stat(from.c_str(), &like) != 0) return Failed(errno, fault);
+    const auto output = MakeFile(to);
+    if (!*output) return errno == EEXIST ? Copying::NameTaken : Failed(errno, fault);
     WholeContent content(bytes.View());
-    const int error = output ? WriteAll(output.Handle(), content) : openError;
-    if (error != 0) {
-      fault = Fault(error);
-      if (output) Remove(to);
-      return Copying::Failed;
-    }
-    return Copying::Done;
+    const int error = Fill(*output, to, content, &like);
+    return error == 0 ? Copying::Done : Failed(error, fault);
   }
 
   void Remove(const path& file) override { ::unlink(file.c_str()); }
 
  private:
-  /// 0 or the error.
-  static int WriteNew(const path& aside, FileContent& content, const struct stat* old,
-                      FileStamp& stamp) {
-    const OpenFile output(aside, O_WRONLY | O_CREAT | O_EXCL, 0666);
-    if (!output) return errno;
-    if (old != nullptr) {
-      // Only an administrator may give a file away; the rights follow the owner that it has.
-      [[maybe_unused]] const int owner = ::fchown(output.Handle(), old->st_uid, old->st_gid);
-      if (::fchmod(output.Handle(), old->st_mode & 07777U) != 0) return errno;
+  static Copying Failed(int error, FileFault& fault) {
+    fault = Fault(error);
+    return Copying::Failed;
+  }
+
+  /// A name of its own beside the file: what a run that was killed left, or somebody else put
+  /// there, stays as it is. Not open where there can be none, errno saying why.
+  static std::unique_ptr<OpenFile> MakeAside(const path& file, path& aside) {
+    constexpr int kNames = 100;
+    const auto process = "." + std::to_string(::getpid());
+    for (int number = 0;; ++number) {
+      aside = Beside(file, process + (number > 0 ? "-" + std::to_string(number) : "") + ".tmp");
+      auto output = MakeFile(aside);
+      if (*output || errno != EEXIST || number == kNames) return output;
     }
-    if (const int error = WriteAll(output.Handle(), content); error != 0) return error;
-    struct stat status {};
-    if (::fstat(output.Handle(), &status) != 0) return errno;
-    stamp = StampOf(status);
-    return 0;
   }
 };
 
 }  // namespace
+
+void MakeOwnFolder(const path& folder) {
+  if (::mkdir(folder.c_str(), S_IRWXU) == 0) return;
+  if (errno == ENOENT && folder.has_parent_path() && folder.parent_path() != folder) {
+    MakeOwnFolder(folder.parent_path());
+    if (::mkdir(folder.c_str(), S_IRWXU) == 0) return;
+  }
+  const std::error_code error(errno, std::generic_category());
+  if (!std::filesystem::is_directory(folder)) {
+    throw std::filesystem::filesystem_error("mkdir", folder, error);
+  }
+}
 
 std::unique_ptr<HostFiles> MakeHostFiles() { return std::make_unique<PosixFiles>(); }
 

@@ -1,8 +1,11 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 #include "app/messages/text.h"
 #include "disk/host_files.h"
@@ -68,9 +71,10 @@ FileFault Fault(DWORD error) { return {ReasonOf(error), NumberOf(error)}; }
 /// An open file, closed at the end.
 class OpenFile {
  public:
-  OpenFile(const path& file, DWORD access, DWORD sharing, DWORD creation, DWORD attributes)
-      : handle_(
-            ::CreateFileW(file.c_str(), access, sharing, nullptr, creation, attributes, nullptr)) {}
+  OpenFile(const path& file, DWORD access, DWORD sharing, DWORD creation, DWORD attributes,
+           SECURITY_ATTRIBUTES* security = nullptr)
+      : handle_(::CreateFileW(file.c_str(), access, sharing, security, creation, attributes,
+                              nullptr)) {}
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
   ~OpenFile() { Close(); }
@@ -127,6 +131,69 @@ path Beside(const path& file, const std::wstring& suffix) {
   return file.parent_path() / (L"." + file.filename().native() + suffix);
 }
 
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+FileFault NoPlainFile() {
+  return {"ce n'est pas un fichier ordinaire", ErrorNumber::PermissionDenied};
+}
+
+/// Whether a file that is there can be a lock file of ours: a plain file that holds nothing, and no
+/// link to one. True for one that is not there.
+bool IsOurLock(const path& sidecar) {
+  const OpenFile found(sidecar, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING,
+                       FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS);
+  if (!found) return ::GetLastError() == ERROR_FILE_NOT_FOUND;
+  constexpr DWORD kForeign = FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY;
+  BY_HANDLE_FILE_INFORMATION known{};
+  return ::GetFileType(found.Handle()) == FILE_TYPE_DISK &&
+         ::GetFileInformationByHandle(found.Handle(), &known) != FALSE &&
+         (known.dwFileAttributes & kForeign) == 0 && known.nFileSizeHigh == 0 &&
+         known.nFileSizeLow == 0;
+}
+
+/// The rights of a file, for a new one that is to take its place; of one that has none, as on a
+/// disk of another file system, those that its folder gives.
+class Rights {
+ public:
+  explicit Rights(const path& file) {
+    DWORD size = 0;
+    ::GetFileSecurityW(file.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+    descriptor_.resize(size);
+    if (size == 0 || ::GetFileSecurityW(file.c_str(), DACL_SECURITY_INFORMATION, descriptor_.data(),
+                                        size, &size) == FALSE) {
+      return;
+    }
+    attributes_ = {sizeof attributes_, descriptor_.data(), FALSE};
+  }
+  /// Null where the folder's hold.
+  SECURITY_ATTRIBUTES* Get() { return attributes_.nLength != 0 ? &attributes_ : nullptr; }
+
+ private:
+  std::vector<std::byte> descriptor_;
+  SECURITY_ATTRIBUTES attributes_{};
+};
+
+/// GetFinalPathNameByHandle, which Windows XP lacks: it has no links to files either.
+path BehindLinks(const path& file) {
+  using Function = DWORD(WINAPI*)(HANDLE, LPWSTR, DWORD, DWORD);
+  const auto finalName = reinterpret_cast<Function>(reinterpret_cast<void*>(
+      ::GetProcAddress(::GetModuleHandleW(L"kernel32"), "GetFinalPathNameByHandleW")));
+  const OpenFile opened(file, 0, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+  if (finalName == nullptr || !opened) return {};
+  std::wstring name(MAX_PATH, L'\0');
+  DWORD length = finalName(opened.Handle(), name.data(), MAX_PATH, 0);
+  if (length >= name.size()) {
+    name.resize(length);
+    length = finalName(opened.Handle(), name.data(), length, 0);
+  }
+  name.resize(length < name.size() ? length : 0);
+  // \\?\C:\x, and \\?\UNC\server\x for a network drive.
+  constexpr std::wstring_view kPrefix = L"\\\\?\\";
+  constexpr std::wstring_view kNetwork = L"\\\\?\\UNC\\";
+  if (name.starts_with(kNetwork)) return L"\\\\" + name.substr(kNetwork.size());
+  return name.starts_with(kPrefix) ? name.substr(kPrefix.size()) : name;
+}
+
 /// Opened for nobody else, and gone when it is closed, even by the end of the program.
 class SidecarLock : public FileLock {
  public:
@@ -139,6 +206,7 @@ class SidecarLock : public FileLock {
 class Win32Files : public HostFiles {
  public:
   path Resolve(const path& file) override {
+    if (auto real = BehindLinks(file); !real.empty()) return real;
     std::error_code ignored;
     auto real = std::filesystem::absolute(file, ignored);
     return real.empty() ? file : real;
@@ -152,8 +220,7 @@ class Win32Files : public HostFiles {
       return {"c'est un dossier", ErrorNumber::PermissionDenied};
     const OpenFile input(file, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, 0);
     if (!input) return Fault(::GetLastError());
-    if (::GetFileType(input.Handle()) != FILE_TYPE_DISK)
-      return {"ce n'est pas un fichier ordinaire"};
+    if (::GetFileType(input.Handle()) != FILE_TYPE_DISK) return NoPlainFile();
     stamp = StampOf(input.Handle());
     if (stamp.size > limit || !std::in_range<std::size_t>(stamp.size)) return TooLarge(limit);
     const auto size = static_cast<std::size_t>(stamp.size);
@@ -173,8 +240,7 @@ class Win32Files : public HostFiles {
   }
 
   FileStamp Stamp(const path& file) override {
-    const OpenFile known(file, FILE_READ_ATTRIBUTES,
-                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING, 0);
+    const OpenFile known(file, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING, 0);
     return known ? StampOf(known.Handle()) : FileStamp{};
   }
 
@@ -183,18 +249,20 @@ class Win32Files : public HostFiles {
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
       return ReasonOf(ERROR_ACCESS_DENIED);
     }
-    constexpr DWORD kAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const OpenFile writable(file, GENERIC_WRITE, kAll, OPEN_EXISTING, 0);
+    const OpenFile writable(file, GENERIC_WRITE, kShareAll, OPEN_EXISTING, 0);
     if (!writable) return ReasonOf(::GetLastError());
-    const OpenFile folder(file.parent_path(), FILE_ADD_FILE, kAll, OPEN_EXISTING,
+    const OpenFile folder(file.parent_path(), FILE_ADD_FILE, kShareAll, OPEN_EXISTING,
                           FILE_FLAG_BACKUP_SEMANTICS);
     return folder ? std::string() : ReasonOf(::GetLastError());
   }
 
   Locking Lock(const path& file, std::unique_ptr<FileLock>& lock) override {
-    auto sidecar =
-        std::make_unique<OpenFile>(Beside(file, L".lock"), GENERIC_READ | GENERIC_WRITE | DELETE, 0,
-                                   OPEN_ALWAYS, FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE);
+    const auto name = Beside(file, L".lock");
+    // Looked at before it is opened in a way that deletes it.
+    if (!IsOurLock(name)) return Locking::Impossible;
+    auto sidecar = std::make_unique<OpenFile>(
+        name, GENERIC_READ | GENERIC_WRITE | DELETE, 0, OPEN_ALWAYS,
+        FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT);
     if (!*sidecar) {
       return ::GetLastError() == ERROR_SHARING_VIOLATION ? Locking::HeldByAnother
                                                          : Locking::Impossible;
@@ -208,20 +276,24 @@ class Win32Files : public HostFiles {
     const DWORD attributes = ::GetFileAttributesW(file.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES) {
       if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) return Fault(ERROR_ACCESS_DENIED);
+      if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return Fault(ERROR_ACCESS_DENIED);
       // A new file under the old name would pass over the rights of the old one.
-      const OpenFile writable(file, GENERIC_WRITE,
-                              FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, OPEN_EXISTING,
-                              0);
+      const OpenFile writable(file, GENERIC_WRITE, kShareAll, OPEN_EXISTING, 0);
       if (!writable) return Fault(::GetLastError());
+      if (::GetFileType(writable.Handle()) != FILE_TYPE_DISK) return NoPlainFile();
     }
-    aside = Beside(file, L"." + std::to_wstring(::GetCurrentProcessId()) + L".tmp");
-    ::DeleteFileW(aside.c_str());
+    Rights rights(file);
     DWORD error = ERROR_SUCCESS;
-    try {
-      error = WriteNew(aside, content);
-    } catch (...) {
-      Remove(aside);
-      throw;
+    {
+      const auto output = MakeAside(file, aside, rights);
+      if (!*output) return Fault(::GetLastError());
+      try {
+        error = WriteAll(output->Handle(), content);
+      } catch (...) {
+        output->Close();
+        Remove(aside);
+        throw;
+      }
     }
     if (error != ERROR_SUCCESS) {
       Remove(aside);
@@ -264,10 +336,17 @@ class Win32Files : public HostFiles {
   void Remove(const path& file) override { ::DeleteFileW(file.c_str()); }
 
  private:
-  /// 0 or the error.
-  static DWORD WriteNew(const path& aside, FileContent& content) {
-    const OpenFile output(aside, GENERIC_WRITE, 0, CREATE_NEW, 0);
-    return output ? WriteAll(output.Handle(), content) : ::GetLastError();
+  /// A name of its own beside the file: what a run that was killed left, or somebody else put
+  /// there, stays as it is. Not open where there can be none, the last error saying why.
+  static std::unique_ptr<OpenFile> MakeAside(const path& file, path& aside, Rights& rights) {
+    constexpr int kNames = 100;
+    const auto process = L"." + std::to_wstring(::GetCurrentProcessId());
+    for (int number = 0;; ++number) {
+      aside = Beside(file, process + (number > 0 ? L"-" + std::to_wstring(number) : L"") + L".tmp");
+      auto output =
+          std::make_unique<OpenFile>(aside, GENERIC_WRITE, 0, CREATE_NEW, 0, rights.Get());
+      if (*output || ::GetLastError() != ERROR_FILE_EXISTS || number == kNames) return output;
+    }
   }
 
   /// ReplaceFile keeps the owner, the rights and the dates of the old file; not every file system
@@ -283,6 +362,8 @@ class Win32Files : public HostFiles {
 };
 
 }  // namespace
+
+void MakeOwnFolder(const path& folder) { std::filesystem::create_directories(folder); }
 
 std::unique_ptr<HostFiles> MakeHostFiles() { return std::make_unique<Win32Files>(); }
 

@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "app/messages/errors.h"
+#include "app/messages/path_text.h"
+#include "app/messages/text.h"
 #include "disk/dated_copy.h"
 
 namespace morvelle {
@@ -45,6 +47,12 @@ std::optional<std::string> ReadWholeFile(const path& file, std::uint64_t limit, 
   return std::string(bytes.View());
 }
 
+bool TellTooLarge(const Messages& messages, const path& file, const FileFault& fault) {
+  if (fault.number != ErrorNumber::OutOfMemory) return false;
+  messages.Msg(FileFailure(file, "ne peut être ouvert"_cp, fault.reason), kBoxExclamation);
+  return true;
+}
+
 void WriteWholeFile(const path& file, std::string_view bytes) {
   auto aside = WriteAside(file, bytes);
   Check(aside.files->PutInPlace(aside.name, aside.target, aside.stamp));
@@ -53,21 +61,11 @@ void WriteWholeFile(const path& file, std::string_view bytes) {
 void ReplaceWholeFile(const path& file, std::string_view bytes,
                       std::chrono::system_clock::time_point now) {
   auto aside = WriteAside(file, bytes);
-  path copy;
-  if (aside.files->Stamp(aside.target).there) {
-    const auto fault = KeepDatedCopy(*aside.files, aside.target, now, copy);
-    if (!fault.Empty()) aside.files->Remove(aside.name);
-    Check(fault);
-  }
-  const auto fault = aside.files->PutInPlace(aside.name, aside.target, aside.stamp);
-  // Where the file itself is gone, the copy is all that is left of it.
-  if (!fault.Empty() && !copy.empty() && aside.files->Stamp(aside.target).there) {
-    aside.files->Remove(copy);
-  }
-  Check(fault);
+  auto& files = *aside.files;
+  Check(files.Stamp(aside.target).there
+            ? PutInPlaceKeepingCopy(files, aside.name, aside.target, now, aside.stamp)
+            : files.PutInPlace(aside.name, aside.target, aside.stamp));
 }
-
-void MakeOwnFolder(const path& folder) { std::filesystem::create_directories(folder); }
 
 bool IsReadOnly(const path& file) {
   using std::filesystem::perms;

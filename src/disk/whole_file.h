@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/messages/messages.h"
 #include "disk/host_files.h"
 
 /// Files read and written whole.
@@ -16,6 +17,10 @@ namespace morvelle {
 /// bytes. `fault` then says why.
 std::optional<std::string> ReadWholeFile(const std::filesystem::path& file, std::uint64_t limit,
                                          FileFault* fault = nullptr);
+
+/// Says of a file that could not be read that it is too large, where that is why; whether it did.
+bool TellTooLarge(const Messages& messages, const std::filesystem::path& file,
+                  const FileFault& fault);
 
 /// Writes a file beside the one of that name, down to the disk, and puts it in its place: one that
 /// was there stays as it was when the writing fails, and after a power cut one or the other is
@@ -27,10 +32,6 @@ void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 /// As WriteWholeFile, with a dated copy of what was there left beside it.
 void ReplaceWholeFile(const std::filesystem::path& file, std::string_view bytes,
                       std::chrono::system_clock::time_point now);
-
-/// Makes the folder, and those above it that are missing, for the user alone. An error of the
-/// system where that fails.
-void MakeOwnFolder(const std::filesystem::path& folder);
 
 /// Whether the file is there and marked as not to be written.
 bool IsReadOnly(const std::filesystem::path& file);

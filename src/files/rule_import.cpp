@@ -34,8 +34,12 @@ std::vector<std::string> DamagedRules(const RuleFile& file) {
 
 bool RuleImport::MailFromFile(const std::filesystem::path& path, RuleFileKind kind) {
   return Trap(registry_.Boxes().Boxes(), "MailFromFile", [&] {
-    const auto text = ReadWholeFile(path, kTextFileLimit);
-    if (!text) return false;
+    FileFault fault;
+    const auto text = ReadWholeFile(path, kTextFileLimit, &fault);
+    if (!text) {
+      TellTooLarge(registry_.Boxes(), path, fault);
+      return false;
+    }
     auto file = ReadRuleFile(*text, kind);
     if (file.verdict == RuleFileVerdict::BadlySaved) {
       registry_.Boxes().Msg(

@@ -1,23 +1,18 @@
 #include "platform/address_book_file.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <numeric>
-#include <system_error>
 
 #include "app/messages/errors.h"
+#include "disk/whole_file.h"
 
 namespace morvelle {
 
 bool FileAddressBook::Open(const std::filesystem::path& file, BookHandle& book) {
   Close(book);
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(file, error)) return false;
-  std::ifstream input(file, std::ios::binary);
-  const std::string bytes{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
-  if (!input) return false;
-  auto read = ReadBook(bytes);
+  const auto bytes = ReadWholeFile(file, kTextFileLimit);
+  if (!bytes) return false;
+  auto read = ReadBook(*bytes);
   if (!read) return false;
   book_ = std::move(*read);
   book = 1;

@@ -1,6 +1,7 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <new>
 #include <utility>
 
 #include "app/messages/path_text.h"
@@ -29,10 +30,10 @@ OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& versio
   OpenedDesktop desktop;
   auto environment =
       std::make_unique<PosixEnvironment>(WindowsFolders{line.drives, line.profile, {}}, version);
+  std::filesystem::path file;
   try {
-    const auto file =
-        line.file ? *line.file
-                  : OwnSampleIdentity(ShippedSample(*environment), environment->UserFolder());
+    file = line.file ? *line.file
+                     : OwnSampleIdentity(ShippedSample(*environment), environment->UserFolder());
     environment->SetRegistryFolder(file.parent_path());
     // An NTUSER.DAT lies in the profile's own folder.
     const bool isHive = IsHive(file);
@@ -41,6 +42,8 @@ OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& versio
     auto opened = open(file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
     desktop.store = std::move(opened.store);
     desktop.error = std::move(opened.error);
+  } catch (const std::bad_alloc&) {
+    desktop.error = FileFailure(file, "ne peut être ouvert"_cp, kNoMemory);
   } catch (const std::filesystem::filesystem_error& failure) {
     desktop.error = PathText(failure.path1()) + std::string(" : ne peut être ouvert ("_cp) +
                     FromUtf8(failure.code().message()).value_or("") + ")";

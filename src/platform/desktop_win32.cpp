@@ -3,8 +3,10 @@
 #include <shellapi.h>
 
 #include <chrono>
+#include <new>
 #include <utility>
 
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "disk/host_files.h"
 #include "platform/address_book_file.h"
@@ -31,10 +33,14 @@ OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& /*vers
   desktop.addressBook = std::make_unique<FileAddressBook>();
   desktop.environment = std::make_unique<Win32Environment>(
       WindowsFolders{line.drives, line.profile, line.file->parent_path()});
-  auto opened =
-      OpenRegFile(*line.file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
-  desktop.store = std::move(opened.store);
-  desktop.error = std::move(opened.error);
+  try {
+    auto opened =
+        OpenRegFile(*line.file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
+    desktop.store = std::move(opened.store);
+    desktop.error = std::move(opened.error);
+  } catch (const std::bad_alloc&) {
+    desktop.error = FileFailure(*line.file, "ne peut être ouvert"_cp, kNoMemory);
+  }
   return desktop;
 }
 

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <unordered_set>
 #include <utility>
 
@@ -46,16 +47,6 @@ void CollectKeys(const RegistryKey& key, std::unordered_set<const RegistryKey*>&
   for (const auto& subkey : key.subkeys) CollectKeys(*subkey, keys);
 }
 
-std::string Failure(const std::filesystem::path& path, std::string_view what,
-                    std::string_view reason) {
-  return std::string("Le fichier « "_cp)
-      .append(PathText(path))
-      .append(" » "_cp)
-      .append(what)
-      .append(" : ")
-      .append(reason);
-}
-
 class HiveStore final : public TreeStore {
  public:
   HiveStore(std::unique_ptr<EditedFile> file, FileBytes base, EditedFile::Clock now)
@@ -75,7 +66,7 @@ class HiveStore final : public TreeStore {
     try {
       ReadHive(base_.View(), Tree(), *KeyAt({}), &origins_);
     } catch (const HiveError& failure) {
-      error = Failure(file_->Path(), "ne peut être ouvert"_cp, failure.what());
+      error = FileFailure(file_->Path(), "ne peut être ouvert"_cp, failure.what());
     }
     return error.empty();
   }
@@ -85,7 +76,7 @@ class HiveStore final : public TreeStore {
       bytes = WriteHive(base_.View(), *KeyAt({}), origins_, FileTime(now_()));
       CheckReadsBack(bytes);
     } catch (const HiveError& failure) {
-      error = Failure(file_->Path(), "ne peut être enregistré"_cp, failure.what());
+      error = FileFailure(file_->Path(), "ne peut être enregistré"_cp, failure.what());
       return CommitOutcome::Failed;
     }
     WholeContent content(bytes);
@@ -122,6 +113,8 @@ class HiveStore final : public TreeStore {
 }  // namespace
 
 bool IsHive(const std::filesystem::path& path) {
+  // A pipe would hold the program up.
+  if (std::error_code error; !std::filesystem::is_regular_file(path, error)) return false;
   std::ifstream file(path, std::ios::binary);
   std::array<char, 4> start{};
   file.read(start.data(), start.size());
@@ -138,7 +131,7 @@ OpenedStore OpenHive(const std::filesystem::path& path, std::shared_ptr<HostFile
   try {
     opened.store = std::make_unique<HiveStore>(std::move(file), std::move(bytes), std::move(now));
   } catch (const HiveError& failure) {
-    opened.error = Failure(path, "ne peut être ouvert"_cp, failure.what());
+    opened.error = FileFailure(path, "ne peut être ouvert"_cp, failure.what());
   }
   return opened;
 }

@@ -4,15 +4,15 @@ namespace morvelle {
 
 namespace {
 
-/// Shipped files may be write-protected; the user's own are to be written.
-void MakeWritable(const std::filesystem::path& folder) {
+/// Shipped files may be write-protected, and are there for all; the user's own are to be written,
+/// and for the user alone.
+void MakeOwn(const std::filesystem::path& folder) {
   using std::filesystem::perms;
-  std::filesystem::permissions(folder, perms::owner_all, std::filesystem::perm_options::add);
+  std::filesystem::permissions(folder, perms::owner_all);
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    const bool isFolder = entry.is_directory();
     std::filesystem::permissions(
-        entry.path(),
-        entry.is_directory() ? perms::owner_all : perms::owner_read | perms::owner_write,
-        std::filesystem::perm_options::add);
+        entry.path(), isFolder ? perms::owner_all : perms::owner_read | perms::owner_write);
   }
 }
 
@@ -26,7 +26,7 @@ std::filesystem::path OwnSampleIdentity(const std::filesystem::path& shippedFold
   const auto unfinished = userFolder / "identite.copie-en-cours";
   std::filesystem::remove_all(unfinished);
   std::filesystem::copy(shippedFolder, unfinished, std::filesystem::copy_options::recursive);
-  MakeWritable(unfinished);
+  MakeOwn(unfinished);
   std::filesystem::rename(unfinished, own);
   return file;
 }

@@ -65,7 +65,9 @@ void frmMorvelle::cmdFileToMerge_Click() {
   Ending("cmdFileToMerge_Click", [&] {
     const auto file = Files().ToOpen("roe", state_.settings.UserFilesFolder);
     if (!file) return;
-    const auto content = ReadWholeFile(*file, kTextFileLimit);
+    FileFault fault;
+    const auto content = ReadWholeFile(*file, kTextFileLimit, &fault);
+    if (TellTooLarge(messages_, *file, fault)) return;
     const auto read = content ? ReadRuleFile(*content, RuleFileKind::OneRule) : RuleFile{};
     if (read.verdict != RuleFileVerdict::Good) {
       messages_.FileDoesNotExist(*file);

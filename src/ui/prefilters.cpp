@@ -59,7 +59,9 @@ SlotWords frmMorvelle::CheckedPrefilters() {
   SlotWords all;
   for (std::size_t i = 0; i < chkFilter.size(); ++i) {
     if (!chkFilter[i].Checked()) continue;
-    const auto content = ReadWholeFile(PrefilterFile(i), kSmallFileLimit);
+    FileFault fault;
+    const auto content = ReadWholeFile(PrefilterFile(i), kSmallFileLimit, &fault);
+    if (TellTooLarge(messages_, PrefilterFile(i), fault)) continue;
     const auto words = content ? ReadPrefilter(*content, tables_.SlotType) : std::nullopt;
     if (!words) {
       messages_.FileDoesNotExist(i == kCustom ? ToPath(sCustomFilter) : ToPath(kFixedFiles[i]));

@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include "app/messages/errors.h"
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
+#include "disk/host_files.h"
 #include "tests/support/scripted_dialogs.h"
 #include "tests/support/temp_folder.h"
 
@@ -86,6 +88,9 @@ TEST_F(SettingsTest, AFileThatMayNotBeWrittenStays) {
   dialogs.Expect("Permission refusée"_cp, kBoxOk, "WriteSettings");
   file.Write();
   EXPECT_EQ(ReadFile(ini), "Auto\r\nSilent\r\n");
+  std::filesystem::resize_file(ini, kSmallFileLimit + 1);
+  dialogs.Expect(FileFailure(ini, "ne peut être ouvert"_cp, "il est trop grand (plus de 1 Mo)"));
+  EXPECT_THROW(file.Read(), ProgramEnd);
   std::filesystem::permissions(ini, std::filesystem::perms::none);
   dialogs.Expect("Permission refusée"_cp, kBoxOk, "ReadSettings");
   const bool administrator = ::seteuid(65534) == 0;  // Who may read everything.

@@ -1,3 +1,3 @@
 morvelle_test(disk_tests
-  SOURCES disk/whole_file_test.cpp
+  SOURCES disk/host_files_posix_test.cpp disk/whole_file_test.cpp
   USES disk)

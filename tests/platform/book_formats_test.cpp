@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/messages/text.h"
+#include "disk/host_files.h"
 #include "platform/address_book_file.h"
 #include "tests/support/text_cases.h"
 
@@ -38,6 +39,9 @@ TEST(FileAddressBook, GivesWhatItsFileHolds) {
   BookHandle handle = 0;
   EXPECT_FALSE(book.Open(folder / "absent.csv", handle));
   EXPECT_FALSE(book.Open(folder.Path(), handle));
+  std::filesystem::resize_file(folder.Write("vaste.csv", "E-mail\r\na@b.fr\r\n"),
+                               kTextFileLimit + 1);
+  EXPECT_FALSE(book.Open(folder / "vaste.csv", handle));
   const std::string tooLong = std::string(251, 'x') + "@b.fr";
   ASSERT_TRUE(book.Open(folder.Write("b.csv", "Nom;E-mail\nA;a@b.fr\nB;\u03B1@b.fr\nC;" + tooLong),
                         handle));

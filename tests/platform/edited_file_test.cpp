@@ -151,6 +151,8 @@ TEST_F(EditedFileTest, SaysWhyAFileCannotBeOpened) {
   std::filesystem::create_directory(folder_ / "folder.reg");
   WriteFile(folder_ / "wrong.reg", "[HKEY_CURRENT_USER]");
   WriteFile(folder_ / "empty.reg", "");
+  WriteFile(folder_ / "huge.reg", "");
+  std::filesystem::resize_file(folder_ / "huge.reg", kStoreLimit + 1);
   WriteFile(folder_ / "NTUSER.DAT", "regf");
   const std::pair<const char*, const char*> cases[] = {
       {"none.reg", "none.reg \xBB ne peut \xEAtre ouvert : il n'existe pas"},
@@ -158,6 +160,7 @@ TEST_F(EditedFileTest, SaysWhyAFileCannotBeOpened) {
       {"pipe", "ce n'est pas un fichier ordinaire"},
       {"wrong.reg", "ce n'est ni une ruche (NTUSER.DAT) ni un fichier de registre"},
       {"empty.reg", "il est vide"},
+      {"huge.reg", "il est trop grand (plus de 1 Go)"},
       {"NTUSER.DAT", "que Morvelle n'ouvre que sous Linux"},
   };
   for (const auto& [name, reason] : cases) {
@@ -165,8 +168,8 @@ TEST_F(EditedFileTest, SaysWhyAFileCannotBeOpened) {
     EXPECT_EQ(opened.store, nullptr);
     EXPECT_THAT(opened.error, HasSubstr(reason));
   }
-  EXPECT_THAT(folder_.Names(),
-              UnorderedElementsAre("NTUSER.DAT", "empty.reg", "folder.reg", "pipe", "wrong.reg"));
+  EXPECT_THAT(folder_.Names(), UnorderedElementsAre("NTUSER.DAT", "empty.reg", "folder.reg",
+                                                    "huge.reg", "pipe", "wrong.reg"));
 }
 
 TEST_F(EditedFileTest, WhatAnotherProgramWroteIsNotOverwrittenWithoutAQuestion) {

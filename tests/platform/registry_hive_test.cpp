@@ -3,6 +3,8 @@
 
 #include "platform/registry_hive.h"
 
+#include <sys/stat.h>
+
 #include <gmock/gmock.h>
 #include <hivex.h>
 
@@ -336,6 +338,8 @@ TEST_F(HiveStoreTest, RefusesWhatItCannotEditSafely) {
   for (std::size_t size = 0; size < whole.size(); size += size < 5000 ? 97 : 256) {
     ExpectRefused(whole.substr(0, size), Not(""));
   }
+  ::mkfifo((folder_ / "tube").c_str(), 0600);
+  EXPECT_FALSE(IsHive(folder_ / "tube")) << "and does not wait for it";
   EXPECT_FALSE(IsHive(folder_.Write("a.reg", "REGEDIT4\r\n")));
   EXPECT_FALSE(IsHive(folder_.Write("a.reg", "re")));
   EXPECT_TRUE(IsHive(folder_.Write("a.reg", "CREG")));

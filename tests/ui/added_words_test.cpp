@@ -1,4 +1,6 @@
 
+#include "app/messages/path_text.h"
+#include "disk/host_files.h"
 #include "tests/ui/window.h"
 
 namespace morvelle {
@@ -61,6 +63,8 @@ TEST_F(AddedWordsTest, AFilterThatCannotBeReadIsNamedAndAddsNothing) {
   StartWithTwoRules();
   WriteFile(Own(kEnglish), std::string(kType) + "12\nmot\nEOR\n");
   Filter(Own("Brisquet_sexe.oe"), "8", "mot\n");
+  WriteFile(Own("Brisquet_asiatique.oe"), "");
+  std::filesystem::resize_file(Own("Brisquet_asiatique.oe"), kSmallFileLimit + 1);
   Open(0);
   Check(1);
   ClickWord(kSender, 1);
@@ -70,7 +74,8 @@ TEST_F(AddedWordsTest, AFilterThatCannotBeReadIsNamedAndAddsNothing) {
             "cmdDel(0) cmdFiltres")
       << "nothing read, nothing changed";
   for (const int i : {0, 3}) Check(i);
-  dialogs.Expect("Fichier Brisquet_asiatique.oe" + std::string(kUnreadable));
+  dialogs.Expect(FileFailure(Own("Brisquet_asiatique.oe"), "ne peut être ouvert"_cp,
+                             "il est trop grand (plus de 1 Mo)"));
   dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
   Click("cmdFiltres");
   EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta"));

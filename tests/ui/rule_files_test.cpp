@@ -1,6 +1,8 @@
 #include <sstream>
 
+#include "app/messages/path_text.h"
 #include "core/new_rule.h"
+#include "disk/host_files.h"
 #include "tests/support/full_disk.h"
 #include "tests/ui/window.h"
 
@@ -305,6 +307,13 @@ TEST_F(RuleFilesTest, WhatIsNoGoodFileChangesNothing) {
     dialogs.Expect(kCannotImport);
     Import("mnuImpAllRules", content);
   }
+  WriteFile(File("vaste.moe"), "");
+  std::filesystem::resize_file(File("vaste.moe"), kTextFileLimit + 1);
+  fileDialogs.Choose(File("vaste.moe"));
+  dialogs.Expect(FileFailure(File("vaste.moe"), "ne peut être ouvert"_cp,
+                             "il est trop grand (plus de 64 Mo)"));
+  dialogs.Expect(kCannotImport);
+  Choose("mnuImpAllRules");
   dialogs.Expect(kCannotImport);
   Import("mnuImpAllRules", Replaced(Exported(), "Ordre des actions\r\n000\r\nID d'action\r\n000",
                                     "Ordre des actions\r\n000\r\nID d'action"));

@@ -69,6 +69,23 @@ TEST_F(Win32FilesTest, KeepsASecondEditorOff) {
   EXPECT_EQ(other->Lock(file, second), HostFiles::Locking::Taken);
 }
 
+TEST_F(Win32FilesTest, WhatIsNotOursIsLeftAlone) {
+  const auto file = folder_.Write("a.reg", "old");
+  std::unique_ptr<FileLock> lock;
+  folder_.Write(".a.reg.lock", "another's");
+  EXPECT_EQ(files_->Lock(file, lock), HostFiles::Locking::Impossible);
+  EXPECT_EQ(folder_.Read(".a.reg.lock"), "another's");
+  std::filesystem::remove(folder_ / ".a.reg.lock");
+  std::filesystem::create_directory(folder_ / ".a.reg.lock");
+  EXPECT_EQ(files_->Lock(file, lock), HostFiles::Locking::Impossible);
+  const auto aside = ".a.reg." + std::to_string(::GetCurrentProcessId()) + ".tmp";
+  folder_.Write(aside, "another's");
+  EXPECT_EQ(Replace(file, "new"), "");
+  EXPECT_EQ(folder_.Read(aside) + folder_.Read("a.reg"), "another'snew");
+  EXPECT_NE(Replace(L"NUL", "refused"), "");
+  EXPECT_EQ(files_->Read(file, 2, bytes_, stamp_).reason, TooLarge(2).reason);
+}
+
 TEST_F(Win32FilesTest, ACopyNeverTakesTheNameOfAnother) {
   const auto file = folder_.Write("a.reg", "old");
   const auto copy = folder_.Path() / L"a (copie du 1er été).reg";

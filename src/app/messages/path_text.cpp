@@ -27,4 +27,14 @@ std::string PathText(const std::filesystem::path& path) {
   return path.string();
 }
 
+std::string FileFailure(const std::filesystem::path& path, std::string_view what,
+                        std::string_view reason) {
+  std::string message;
+  message += "Le fichier « "_cp;
+  message += PathText(path);
+  message += " » "_cp;
+  message.append(what).append(" : ").append(reason);
+  return message;
+}
+
 }  // namespace morvelle
