@@ -10,6 +10,7 @@
 #include "platform/address_book_file.h"
 #include "platform/desktop.h"
 #include "platform/environment_posix.h"
+#include "platform/memory_guard.h"
 #include "platform/registry_hive.h"
 #include "platform/registry_regfile.h"
 #include "platform/sample_identity.h"
@@ -38,6 +39,7 @@ OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& versio
     // An NTUSER.DAT lies in the profile's own folder.
     const bool isHive = IsHive(file);
     if (isHive && !line.profile) environment->SetProfile(file.parent_path());
+    const MemoryGuard guard;
     const auto open = isHive ? OpenHive : OpenRegFile;
     auto opened = open(file, MakeHostFiles(), [] { return std::chrono::system_clock::now(); });
     desktop.store = std::move(opened.store);

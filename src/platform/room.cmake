@@ -13,6 +13,7 @@ else()
     platform/hive_cells.cpp
     platform/hive_reader.cpp
     platform/hive_writer.cpp
+    platform/memory_guard_posix.cpp
     platform/processes_posix.cpp
     platform/registry_hive.cpp)
 endif()

@@ -2,6 +2,7 @@ morvelle_test(platform_tests
   SOURCES
     platform/book_formats_test.cpp
     platform/edited_file_test.cpp
+    platform/memory_guard_test.cpp
     platform/processes_posix_test.cpp
     platform/reg_file_test.cpp
     platform/registry_contract_test.cpp
