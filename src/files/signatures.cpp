@@ -26,6 +26,9 @@ constexpr std::string_view kAskReplace =
     "Le nom de cette signature existe déjà,\rDésirez-vous remplacer la signature existante ?"_cp;
 constexpr std::string_view kNoFreeName =
     "Cette identité a déjà trop de signatures : celle-ci n'a pas été importée"_cp;
+constexpr std::string_view kNotCopied =
+    "Sont copiés les textes .txt, .htm ou .html qui se trouvent sur les disques de cette "
+    "identité.\rCeux-ci ne l'ont pas été\u00A0:"_cp;
 constexpr std::string_view kFirstSubkey = "00000000";
 /// Names that are tried for a new signature.
 constexpr int kCandidates = 12;
@@ -57,13 +60,11 @@ path OwnName(const Signature& signature, const path& sgn) {
 
 }  // namespace
 
-/// A signature on its way out: the name of its .sgn, and its text file where it has one that is
-/// there.
+/// A signature on its way out: the name of its .sgn, and its text file.
 struct Signatures::Outgoing {
   Signature signature;
   std::string sgn;
-  path source;
-  std::optional<std::string> text;
+  NamedText text;
 };
 
 std::string Signatures::KeyPath() const {
@@ -91,7 +92,7 @@ Signature Signatures::Read(const std::string& subkey) {
 std::vector<Signatures::Outgoing> Signatures::ToWrite(const std::vector<std::string>& subkeys) {
   std::vector<Outgoing> all;
   for (const auto& subkey : subkeys) {
-    Outgoing one{Read(subkey), {}, {}, {}};
+    Outgoing one{Read(subkey), {}, {}};
     const auto stem = SafeFileName(one.signature.name + " " + ShortDate(environment_.Now()));
     // Of signatures of one name the last is written, as asked for. Two names that only the file
     // system takes for one are two files; what tells them apart is their place among the
@@ -103,12 +104,7 @@ std::vector<Signatures::Outgoing> Signatures::ToWrite(const std::vector<std::str
     for (int number = 2; std::any_of(all.begin(), all.end(), isTaken); ++number) {
       one.sgn = stem + " (" + std::to_string(number) + ").sgn";
     }
-    std::error_code error;
-    if (!IsBlank(one.signature.file)) one.source = environment_.HostPath(one.signature.file);
-    if (std::filesystem::is_regular_file(one.source, error)) {
-      one.text = ReadWholeFile(one.source, kTextFileLimit);
-      if (!one.text) throw RuntimeError(ErrorNumber::PermissionDenied);
-    }
+    if (!IsBlank(one.signature.file)) one.text = texts_.Read(one.signature.file);
     all.push_back(std::move(one));
   }
   return all;
@@ -136,12 +132,12 @@ path Signatures::TextTarget(const Outgoing& one, const std::vector<Outgoing>& al
   const auto plain = folder_ / ToPath(name);
   auto own = folder_ / OwnName(one.signature, ToPath(one.sgn));
   const bool namedHere = std::any_of(all.begin(), all.end(), [&](const Outgoing& other) {
-    return other.text != one.text && EqualIgnoringCase(TextName(other.signature), name);
+    return other.text.bytes != one.text.bytes && EqualIgnoringCase(TextName(other.signature), name);
   });
   const auto isIt = [&](const auto& other) { return EqualIgnoringCase(other, name); };
   const auto present = ReadWholeFile(plain, kTextFileLimit);
   const bool namedThere =
-      present && present != one.text && std::any_of(others.begin(), others.end(), isIt);
+      present && present != one.text.bytes && std::any_of(others.begin(), others.end(), isIt);
   // An import looks for the own name first: one that is there must not stay behind.
   std::error_code error;
   return namedHere || namedThere || std::filesystem::exists(own, error) ? own : plain;
@@ -153,18 +149,23 @@ bool Signatures::ExpSign() {
   const auto all = ToWrite(subkeys);
   const auto others = TextsOfOthers(all);
   bool textCopied = false;
+  std::vector<std::string> leftOut;
   for (const auto& one : all) {
     WriteWholeFile(folder_ / ToPath(one.sgn), SignatureText(one.signature));
-    if (!one.text) continue;
+    if (one.text.isLeftOut) leftOut.push_back(ShownPath(one.signature.file));
+    if (!one.text.bytes) continue;
     textCopied = true;
     const auto target = TextTarget(one, all, others);
     std::error_code error;
-    if (!std::filesystem::equivalent(one.source, target, error)) WriteWholeFile(target, *one.text);
+    if (!std::filesystem::equivalent(one.text.place, target, error)) {
+      WriteWholeFile(target, *one.text.bytes);
+    }
   }
   const auto what = subkeys.size() == 1 && !textCopied
                         ? "Le fichier de signature a été enregistré"_cp
                         : "Les fichiers de signatures ont été enregistrés"_cp;
   registry_.Boxes().Msg(std::string(what) + " dans le dossier :\r" + PathText(folder_));
+  registry_.Boxes().MsgNamed(kNotCopied, leftOut);
   return true;
 }
 
@@ -241,31 +242,12 @@ bool Signatures::CopyTextBack(const Signature& signature, const path& sgn) const
   auto kept = folder_ / OwnName(signature, sgn);
   std::error_code error;
   if (!std::filesystem::exists(kept, error)) kept = folder_ / ToPath(TextName(signature));
-  const auto place = environment_.HostPath(signature.file);
-  const auto content = ReadWholeFile(kept, kTextFileLimit);
-  if (!content || !std::filesystem::is_directory(place.parent_path(), error)) {
+  if (!std::filesystem::exists(kept, error)) {
     registry_.Boxes().Msg(kTextMissing);
     return false;
   }
-  if (ReadWholeFile(place, kTextFileLimit) == content) return true;
-  KeepCopy(place);
-  WriteWholeFile(place, *content);
+  texts_.PutBack(signature.file, kept);
   return true;
-}
-
-void Signatures::KeepCopy(const path& present) const {
-  std::error_code error;
-  if (!std::filesystem::exists(present, error)) return;
-  const auto date = ShortDate(environment_.Now());
-  for (int number = 1;; ++number) {
-    path copy = present.stem();
-    copy += ToPath(" (copie du " + date + (number > 1 ? " n" + std::to_string(number) : "") + ")");
-    copy += present.extension();
-    copy = present.parent_path() / copy;
-    if (std::filesystem::exists(copy, error)) continue;
-    std::filesystem::copy_file(present, copy);
-    return;
-  }
 }
 
 }  // namespace morvelle

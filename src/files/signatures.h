@@ -10,6 +10,7 @@
 #include "core/registry_access.h"
 #include "files/file_choice.h"
 #include "files/signature_file.h"
+#include "files/signature_texts.h"
 #include "ports/environment.h"
 
 namespace morvelle {
@@ -24,10 +25,11 @@ class Signatures {
         identity_(identity),
         environment_(environment),
         files_(files),
+        texts_(environment, registry.Boxes()),
         folder_(std::move(folder)) {}
 
-  /// Writes every signature, and a copy of the text file that it names, into the folder. False when
-  /// there is none.
+  /// Writes every signature, and a copy of the text file that it names, into the folder; names the
+  /// texts that are not copied. False when there is none.
   bool ExpSign();
   /// Brings the signature of a file of the user's choice into the identity. False when the folder
   /// has no such file.
@@ -52,17 +54,17 @@ class Signatures {
   [[nodiscard]] std::filesystem::path TextTarget(const Outgoing& one,
                                                  const std::vector<Outgoing>& all,
                                                  const std::vector<std::string>& others) const;
-  /// False, after saying so, when the signature's text file cannot be put back in its place.
+  /// Puts the signature's text file back in its place where that may be. False, after saying so,
+  /// when the folder has no such text.
   [[nodiscard]] bool CopyTextBack(const Signature& signature,
                                   const std::filesystem::path& sgn) const;
-  /// A dated copy beside a file that is to be replaced.
-  void KeepCopy(const std::filesystem::path& present) const;
   [[nodiscard]] RegistryStatus Store(const std::string& path, const Signature& signature);
 
   RegistryAccess& registry_;
   const Identity& identity_;
   const Environment& environment_;
   FileChoice& files_;
+  SignatureTexts texts_;
   std::filesystem::path folder_;
 };
 

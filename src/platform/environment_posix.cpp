@@ -1,11 +1,7 @@
 #include "platform/environment_posix.h"
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <system_error>
-
-#include "app/messages/text.h"
 
 namespace morvelle {
 
@@ -29,16 +25,7 @@ std::filesystem::path PosixEnvironment::UserFolder() const {
   return folder;
 }
 
-std::optional<std::string> PosixEnvironment::Variable(const std::string& name) const {
-  // The profile's folder may have a name that Windows-1252 lacks: HostPath knows it by its sign.
-  if (folders_.profile && EqualIgnoringCase(name, "UserProfile")) return std::nullopt;
-  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-    const std::string_view text(*entry);
-    const auto equals = text.find('=');
-    if (equals == std::string_view::npos) continue;
-    const auto key = FromUtf8(text.substr(0, equals));
-    if (key && EqualIgnoringCase(*key, name)) return FromUtf8(text.substr(equals + 1));
-  }
+std::optional<std::string> PosixEnvironment::Variable(const std::string& /*name*/) const {
   return std::nullopt;
 }
 

@@ -17,6 +17,7 @@ class PosixEnvironment final : public Environment {
   [[nodiscard]] std::filesystem::path ProgramFile() const override;
   /// `morvelle` in the user's data folder (XDG_DATA_HOME, else ~/.local/share), made when missing.
   [[nodiscard]] std::filesystem::path UserFolder() const override;
+  /// The registry is a file here, of a machine whose variables nobody knows.
   [[nodiscard]] std::optional<std::string> Variable(const std::string& name) const override;
   [[nodiscard]] std::string GetFileVersion(const std::filesystem::path& file) const override;
   [[nodiscard]] std::filesystem::path HostPath(const std::string& windowsPath) const override;
@@ -27,7 +28,7 @@ class PosixEnvironment final : public Environment {
   void SetRegistryFolder(std::filesystem::path folder) {
     folders_.registryFolder = std::move(folder);
   }
-  /// What %UserProfile% stands for, when the command line does not say it.
+  /// What %UserProfile% stands for, when the command line does not say it; without it, nothing.
   void SetProfile(std::filesystem::path folder) { folders_.profile = std::move(folder); }
 
  private:

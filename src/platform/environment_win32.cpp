@@ -11,8 +11,6 @@ namespace morvelle {
 
 namespace {
 
-constexpr std::string_view kProfileVariable = "UserProfile";
-
 /// A variable's value; nothing when there is none of that name.
 std::optional<std::wstring> WideVariable(const std::wstring& name) {
   // With the zero; 0 when there is none.
@@ -68,18 +66,6 @@ std::string NarrowPath(const std::filesystem::path& file) {
   return NarrowOf(shortName).value_or("");
 }
 
-/// Whether the folders say where the path lies. A variable that they do not know is this machine's.
-bool HasFolderFor(const WindowsFolders& folders, const std::string& windowsPath) {
-  if (windowsPath.starts_with('%')) return folders.profile.has_value();
-  if (windowsPath.size() < 2 || windowsPath[1] != ':') return true;
-  const char letter = LowerCase(windowsPath[0]);
-  if (letter < 'a' || letter > 'z') return true;
-  if (folders.drives.contains(static_cast<char>(letter - 'a' + 'A'))) return true;
-  std::error_code error;
-  return std::filesystem::is_directory(folders.registryFolder / (std::string("drive_") + letter),
-                                       error);
-}
-
 }  // namespace
 
 std::filesystem::path Win32Environment::ProgramFile() const {
@@ -94,10 +80,7 @@ std::filesystem::path Win32Environment::ProgramFile() const {
 std::filesystem::path Win32Environment::UserFolder() const { return ProgramFile().parent_path(); }
 
 std::optional<std::string> Win32Environment::Variable(const std::string& name) const {
-  // The profile's folder may have a name that the code page lacks: HostPath knows it by its sign.
-  if (folders_ && folders_->profile && EqualIgnoringCase(name, kProfileVariable)) {
-    return std::nullopt;
-  }
+  if (folders_) return std::nullopt;
   // A folder's name may have letters that the code page lacks: the sign stays, for HostPath.
   const auto value = WideVariable(WideOf(name));
   return value ? NarrowOf(*value) : std::nullopt;
@@ -126,9 +109,7 @@ std::string Win32Environment::GetFileVersion(const std::filesystem::path& file) 
 }
 
 std::filesystem::path Win32Environment::HostPath(const std::string& windowsPath) const {
-  if (folders_ && HasFolderFor(*folders_, windowsPath)) {
-    return FindWindowsPath(*folders_, windowsPath);
-  }
+  if (folders_) return FindWindowsPath(*folders_, windowsPath);
   return Expanded(WideOf(windowsPath));
 }
 

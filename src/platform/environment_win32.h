@@ -11,7 +11,8 @@ namespace morvelle {
 /// The environment on Windows.
 class Win32Environment final : public Environment {
  public:
-  /// `folders` when the registry is a file: the drives of another machine may lie beside it.
+  /// `folders` when the registry is a file: it is another machine's, whose drives may lie beside it
+  /// and whose variables nobody knows.
   explicit Win32Environment(std::optional<WindowsFolders> folders) : folders_(std::move(folders)) {}
 
   [[nodiscard]] std::filesystem::path ProgramFile() const override;
@@ -19,8 +20,8 @@ class Win32Environment final : public Environment {
   [[nodiscard]] std::filesystem::path UserFolder() const override;
   [[nodiscard]] std::optional<std::string> Variable(const std::string& name) const override;
   [[nodiscard]] std::string GetFileVersion(const std::filesystem::path& file) const override;
-  /// The path itself, unless the registry is a file with that drive beside it. A variable at its
-  /// head is replaced here where `Variable` could not give it as text of the code page.
+  /// The path itself, unless the registry is a file. A variable at its head is replaced here where
+  /// `Variable` could not give it as text of the code page.
   [[nodiscard]] std::filesystem::path HostPath(const std::string& windowsPath) const override;
   [[nodiscard]] std::chrono::system_clock::time_point Now() const override;
   void SetCurrentFolder(const std::filesystem::path& folder) override;

@@ -4,6 +4,7 @@ if(WIN32)
     platform/address_book_win32.cpp
     platform/desktop_win32.cpp platform/environment_win32.cpp
     platform/processes_win32.cpp
+    platform/real_path_win32.cpp
     platform/registry_win32.cpp)
 else()
   include(${PROJECT_SOURCE_DIR}/cmake/MorvelleHivex.cmake)
@@ -15,6 +16,7 @@ else()
     platform/hive_writer.cpp
     platform/memory_guard_posix.cpp
     platform/processes_posix.cpp
+    platform/real_path_posix.cpp
     platform/registry_hive.cpp)
 endif()
 

@@ -1,8 +1,29 @@
 #include "app/messages/errors.h"
+#include "files/file_names.h"
 #include "ui/frm_morvelle.h"
 
 /// Folders, quiet quitting, help and the about box.
 namespace morvelle {
+
+namespace {
+
+/// What a store names need not be a folder: a desktop would start a program of that name.
+void OpenFolder(const Ports& ports, const std::filesystem::path& folder,
+                const std::filesystem::path& shown) {
+  if (Messages::FolderExists(folder)) {
+    ports.shell.OpenFolder(folder);
+  } else {
+    Messages(ports.dialogs).FileDoesNotExist(shown);
+  }
+}
+
+/// A folder of the old machine; where it has no place here, its name there is all that can be said.
+void OpenWindowsFolder(const Ports& ports, const std::string& name) {
+  const auto folder = ports.environment.HostPath(name);
+  OpenFolder(ports, folder, folder.empty() ? ToPath(name) : folder);
+}
+
+}  // namespace
 
 void frmMorvelle::ConnectTools() {
   Menu("mnuAddBook").onClick = [this] { mnuAddBook_Click(); };
@@ -23,19 +44,21 @@ void frmMorvelle::EnableWab(bool known) { Menu("mnuWab").SetEnabled(known); }
 void frmMorvelle::ShowWhiteListK9(bool shown) { Menu("mnuWhiteListK9").SetVisible(shown); }
 
 void frmMorvelle::mnuStore_Click() {
-  Ending("mnuStore_Click",
-         [&] { ports_.shell.OpenFolder(ports_.environment.HostPath(state_.identity.StoreRoot)); });
+  Ending("mnuStore_Click", [&] { OpenWindowsFolder(ports_, state_.identity.StoreRoot); });
 }
 
 void frmMorvelle::mnuWab_Click() {
   Ending("mnuWab_Click", [&] {
     const auto& folder = state_.book.WabFolder;
-    if (!folder.empty()) ports_.shell.OpenFolder(ports_.environment.HostPath(folder));
+    if (!folder.empty()) OpenWindowsFolder(ports_, folder);
   });
 }
 
 void frmMorvelle::mnufiles_Click() {
-  Ending("mnufiles_Click", [&] { ports_.shell.OpenFolder(state_.settings.UserFilesFolder); });
+  Ending("mnufiles_Click", [&] {
+    const auto& folder = state_.settings.UserFilesFolder;
+    OpenFolder(ports_, folder, folder);
+  });
 }
 
 void frmMorvelle::mnuSilent_Click() {

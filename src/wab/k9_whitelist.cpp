@@ -1,6 +1,7 @@
 #include "wab/k9_whitelist.h"
 
 #include "app/messages/errors.h"
+#include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "disk/whole_file.h"
 #include "wab/processes.h"
@@ -11,18 +12,20 @@ namespace morvelle {
 namespace {
 
 constexpr const char* kK9Key = "Software\\KeirNet\\K9";
+constexpr std::string_view kFileName = "whitelist.txt";
 constexpr std::string_view kK9Program = "K9-F.exe";
 constexpr std::string_view kNotStopped =
     "K9 n'a pas pu être arrêté : sa 'whitelist' n'a pas été modifiée"_cp;
 constexpr std::string_view kNotStarted = "K9 n'a pas pu être redémarré"_cp;
 
-/// Error 53 when the whitelist is not there, 70 when it is marked as not to be written: a new file
-/// under its name would pass over the mark.
-void MergeInto(const std::filesystem::path& emailsFile, std::vector<std::string> addresses) {
+/// Error 53 when the whitelist cannot be read, 70 when it is marked as not to be written: a new
+/// file under its name would pass over the mark.
+void MergeInto(const std::filesystem::path& emailsFile, std::vector<std::string> addresses,
+               std::chrono::system_clock::time_point now) {
   const auto present = ReadWholeFile(emailsFile, kTextFileLimit);
   if (!present) throw RuntimeError(ErrorNumber::FileNotFound);
   if (IsReadOnly(emailsFile)) throw RuntimeError(ErrorNumber::PermissionDenied);
-  WriteWholeFile(emailsFile, MergedWhitelist(*present, std::move(addresses)));
+  ReplaceWholeFile(emailsFile, MergedWhitelist(*present, std::move(addresses)), now);
 }
 
 }  // namespace
@@ -33,8 +36,10 @@ std::filesystem::path K9Whitelist::EmailsPath() {
     if (!key.IsOpen()) return {};
     const auto folder = TextOf(registry_.Peek(key.Handle(), "EmailsPath"));
     if (folder.empty()) return {};
-    auto file = environment_.HostPath(folder + "\\DB\\whitelist.txt");
-    return registry_.Boxes().FileExists(file) ? file : std::filesystem::path{};
+    auto file = environment_.HostPath(folder + "\\DB\\" + std::string(kFileName));
+    // Through a link it could be any file, which would then be made over into a list.
+    const bool isIt = EqualIgnoringCase(PathText(file.filename()), kFileName);
+    return isIt && registry_.Boxes().FileExists(file) ? file : std::filesystem::path{};
   });
 }
 
@@ -55,7 +60,9 @@ void K9Whitelist::UpDateWhiteListK9(const std::filesystem::path& emailsFile) {
         return;
       }
     }
-    MergeInto(emailsFile, std::move(addresses));
+    // It was found when the program started: something else may stand there by now.
+    if (EmailsPath() != emailsFile) throw RuntimeError(ErrorNumber::FileNotFound);
+    MergeInto(emailsFile, std::move(addresses), environment_.Now());
     if (!program.empty() && !processes_.StartProcess(program)) {
       messages.Msg(kNotStarted, kBoxExclamation);
     }

@@ -19,9 +19,10 @@ class K9Whitelist {
   /// Path of K9's whitelist file; empty when K9 or its file is not there.
   [[nodiscard]] std::filesystem::path EmailsPath();
 
-  /// Merges the book's addresses into the file, K9 being stopped meanwhile. A book without an
-  /// address, or a K9 that cannot be stopped, leaves the file untouched. An unexpected error ends
-  /// the program, the file being as it was and K9 stopped.
+  /// Merges the book's addresses into the file, which EmailsPath gave, K9 being stopped meanwhile;
+  /// a dated copy of it stays. A book without an address, or a K9 that cannot be stopped, leaves
+  /// the file untouched. An unexpected error ends the program, the file being as it was and K9
+  /// stopped.
   void UpDateWhiteListK9(const std::filesystem::path& emailsFile);
 
  private:

@@ -9,10 +9,12 @@ morvelle_test(platform_tests
     platform/registry_hive_test.cpp
     platform/registry_regfile_test.cpp
     platform/subkey_renames_test.cpp
+    platform/windows_paths_test.cpp
   USES platform)
 target_link_libraries(platform_tests PRIVATE PkgConfig::HIVEX)
 target_compile_definitions(platform_tests PRIVATE
   MORVELLE_BOOK_CASES="${CMAKE_CURRENT_LIST_DIR}/book_cases.txt"
+  MORVELLE_PATH_CASES="${CMAKE_CURRENT_LIST_DIR}/windows_paths_cases.txt"
   MORVELLE_REG_CASES="${CMAKE_CURRENT_LIST_DIR}/reg_file_cases.txt")
 
 # What the store writes, read by a program that shares no line with ours.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -31,6 +32,8 @@ class FakeEnvironment : public Environment {
   /// 15 November 2026, 10:20:30 UTC, until the test says otherwise.
   std::chrono::system_clock::time_point now{std::chrono::seconds(1794738030)};
   std::filesystem::path currentFolder;
+  /// Finds the paths instead, where a test is about that.
+  std::function<std::filesystem::path(const std::string&)> finder;
 
   [[nodiscard]] std::filesystem::path ProgramFile() const override { return programFile; }
   [[nodiscard]] std::filesystem::path UserFolder() const override { return userFolder; }
@@ -44,6 +47,7 @@ class FakeEnvironment : public Environment {
     return found == fileVersions.end() ? std::string() : found->second;
   }
   [[nodiscard]] std::filesystem::path HostPath(const std::string& windowsPath) const override {
+    if (finder) return finder(windowsPath);
     auto path = windowsPath;
     std::filesystem::path host = drives;
     if (path.size() >= 2 && path[1] == ':') {

@@ -59,6 +59,16 @@ inline std::string ReadFile(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+/// The contents of the dated copies in a folder.
+inline std::multiset<std::string> DatedCopies(const std::filesystem::path& folder) {
+  std::multiset<std::string> contents;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    const auto name = entry.path().filename().string();
+    if (name.find(" (copie du ") != name.npos) contents.insert(ReadFile(entry.path()));
+  }
+  return contents;
+}
+
 /// A folder whose files are reached by name.
 class FileFolder : public TempFolder {
  public:

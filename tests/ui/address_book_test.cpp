@@ -233,13 +233,22 @@ TEST_F(BookWindow, K9sEntryIsThereWithItsFileAlone) {
 }
 
 TEST_F(BookWindow, ToolsOpenTheirFolders) {
+  const auto carnet = environment.HostPath("C:\\Carnet");
+  std::filesystem::create_directory(carnet);
   StartWithTwoRules();
   Choose("mnuStore");
   Choose("mnuWab");
   Choose("mnufiles");
-  EXPECT_THAT(shell.folders,
-              ElementsAre(environment.HostPath("C:\\Courrier"), environment.HostPath("C:\\Carnet"),
-                          environment.userFolder / "Fichiers VLX"));
+  EXPECT_THAT(shell.folders, ElementsAre(environment.HostPath("C:\\Courrier"), carnet,
+                                         environment.userFolder / "Fichiers VLX"));
+  std::filesystem::remove(carnet);
+  WriteFile(carnet, "");
+  dialogs.Expect("Fichier " + carnet.string() + std::string(" introuvable ou endommagé"_cp));
+  Choose("mnuWab");
+  environment.finder = [](const auto&) { return std::filesystem::path(); };
+  dialogs.Expect("Fichier C:\\Courrier introuvable ou endommagé"_cp);
+  Choose("mnuStore");
+  environment.finder = {};
   rules.Remove(std::string(kTestBookKey), "");
   Start();
   EXPECT_FALSE(Can("mnuWab"));

@@ -1,4 +1,6 @@
-
+#include "files/file_names.h"
+#include "platform/windows_paths.h"
+#include "tests/support/text_cases.h"
 #include "tests/ui/window.h"
 
 namespace morvelle {
@@ -12,8 +14,13 @@ constexpr std::string_view kAskReplace =
 constexpr std::string_view kOne = "Le fichier de signature a été enregistré dans le dossier :\r"_cp;
 constexpr std::string_view kSeveral =
     "Les fichiers de signatures ont été enregistrés dans le dossier :\r"_cp;
+constexpr std::string_view kReplaced =
+    "\rUn autre fichier s'y trouve, dont une copie datée sera gardée."_cp;
 
 struct SignaturesTest : Window {
+  SignaturesTest() {
+    environment.finder = [this](const auto& name) { return FindWindowsPath(folders, name); };
+  }
   void Store(const std::string& subkey, const std::string& name, const std::string& text,
              const std::string& file = {}, std::uint32_t type = 1) {
     const auto key = kSignatures + "\\" + subkey;
@@ -33,14 +40,33 @@ struct SignaturesTest : Window {
     dialogs.Expect(std::string(message) + Folder());
     Choose("mnuExpSign");
   }
-  /// Imports a signature that is there already.
-  void ImportAgain(const std::string& name) {
+  /// The question before a text is written.
+  void ExpectQuestion(const std::string& file, bool isReplaced, int defaultButton,
+                      Button answer = Button::Yes) {
+    std::string prompt;
+    prompt += "Le fichier texte de cette signature va être écrit ici\u00A0:"_cp;
+    prompt += "\r\"" + file + "\"\r\"" + environment.HostPath(file).string() + "\"";
+    prompt += isReplaced ? kReplaced : "";
+    prompt += "\rÊtes-vous d'accord\u00A0?"_cp;
+    dialogs.Expect(prompt, kBoxYesNo + kBoxQuestion + defaultButton, kAppTitle, answer);
+  }
+  void ExpectNotPutBack(std::string_view reason, const std::string& file) {
+    std::string prompt;
+    prompt += "Le fichier texte de cette signature n'a pas été remis à sa place ("_cp;
+    prompt.append(reason).append(")\u00A0:\r\""_cp);
+    dialogs.Expect(prompt + file + "\"", kBoxExclamation, kAppTitle);
+  }
+  /// Imports a signature that is there already; its text goes to `file`.
+  void ImportAgain(const std::string& name, const std::string& file, bool isThere = false) {
     fileDialogs.Choose(Own(name));
     dialogs.Expect(kAskReplace, Button::Yes);
+    ExpectQuestion(file, isThere, isThere ? kBoxSecondDefault : 0);
     dialogs.Expect(kImported);
     Choose("mnuImpSign");
   }
   [[nodiscard]] std::string Dump() { return DumpOf(store, kSignatures); }
+
+  WindowsFolders folders{{}, {}, folder.Path()};
 };
 
 TEST_F(SignaturesTest, EachSignatureGetsAFile) {
@@ -76,8 +102,8 @@ TEST_F(SignaturesTest, TextsOfOneNameComeBackToTheirOwnSignatures) {
   Export(kSeveral);
   std::filesystem::remove(first);
   std::filesystem::remove(second);
-  ImportAgain("A 151126.sgn");
-  ImportAgain("B 151126.sgn");
+  ImportAgain("A 151126.sgn", "C:\\a\\s.txt");
+  ImportAgain("B 151126.sgn", "C:\\b\\S.txt");
   EXPECT_EQ(ReadFile(first), "un");
   EXPECT_EQ(ReadFile(second), "deux");
   // A text that is not there is not another's.
@@ -109,7 +135,7 @@ TEST_F(SignaturesTest, ATextThatAnotherFileNamesIsNotWrittenOver) {
   WriteFile(place, "trois");
   Export(kSeveral);
   WriteFile(place, "quatre");
-  ImportAgain("A 151126.sgn");
+  ImportAgain("A 151126.sgn", "C:\\a\\s.txt", true);
   EXPECT_EQ(ReadFile(place), "trois");
 }
 
@@ -181,26 +207,93 @@ TEST_F(SignaturesTest, ADamagedFileWritesNothing) {
 
 TEST_F(SignaturesTest, ItsTextFileIsPutBackAndTheOneThereIsKept) {
   StartWithTwoRules();
-  const std::string content = "C:\\Textes\\s.txt\r\nPerso\r\n\r\n 2 \r\n";
+  const std::string file = "C:\\Textes\\s.txt";
+  const std::string content = file + "\r\nPerso\r\n\r\n 2 \r\n";
   dialogs.Expect("Le fichier texte de signature est absent", kBoxOk, kAppTitle);
   Import(content);
+  EXPECT_FALSE(store.HasKey(kSignatures));
   WriteFile(Own("s.txt"), "copie");
-  dialogs.Expect("Le fichier texte de signature est absent");
-  Import(content);
-  EXPECT_FALSE(store.HasKey(kSignatures)) << "the folder is missing";
-  const auto place = environment.HostPath("C:\\Textes\\s.txt");
-  WriteFile(place, "plus recent");
+  ExpectNotPutBack("son dossier n'existe pas", file);
   dialogs.Expect(kImported);
   Import(content);
+  const auto place = environment.HostPath(file);
+  std::filesystem::create_directory(place.parent_path());
+  ImportAgain("a.sgn", file);
   EXPECT_EQ(ReadFile(place), "copie");
-  ImportAgain("a.sgn");
-  WriteFile(place, "plus ancien");
-  std::filesystem::last_write_time(
-      place, std::filesystem::last_write_time(Own("s.txt")) - std::chrono::hours(1));
-  ImportAgain("a.sgn");
-  EXPECT_EQ(ReadFile(place), "copie");
-  EXPECT_EQ(ReadFile(place.parent_path() / "s (copie du 151126).txt"), "plus recent");
-  EXPECT_EQ(ReadFile(place.parent_path() / "s (copie du 151126 n2).txt"), "plus ancien");
+  dialogs.Expect(kAskReplace, Button::Yes);
+  dialogs.Expect(kImported);
+  Import(content);
+  for (const auto* present : {"plus recent", "plus ancien"}) {
+    WriteFile(place, present);
+    ImportAgain("a.sgn", file, true);
+    EXPECT_EQ(ReadFile(place), "copie");
+  }
+  const auto copies = DatedCopies(place.parent_path());
+  EXPECT_EQ(copies, (std::multiset<std::string>{"plus ancien", "plus recent"}));
+}
+
+TEST_F(SignaturesTest, ATextOfBadIntentIsNotPutBackAndItsSignatureComesIn) {
+  StartWithTwoRules();
+  const auto drive = environment.HostPath("C:");
+  for (const auto& own : {folder / "home" / ".bashrc", drive / "s.txt"}) WriteFile(own, "mien");
+  std::filesystem::create_directory_symlink(folder / "home", drive / "out");
+  std::filesystem::create_symlink(drive / "s.txt.bat", drive / "run.txt");
+  std::filesystem::create_symlink(drive / "s.txt", drive / "menu.bat");
+  std::filesystem::create_directory(drive / "dir.htm");
+  for (const auto& [what, file, reason] : TextCases(MORVELLE_REFUSED_TEXTS)) {
+    SCOPED_TRACE(what);
+    WriteFile(Own(SafeFileName(WindowsFileName(file))), "code");
+    auto shown = file;
+    std::replace(shown.begin(), shown.end(), '\r', '?');
+    ExpectNotPutBack(reason, shown);
+    dialogs.Expect(kImported);
+    Import(file + "\r\n" + what + "\r\n\r\n 2 \r\n");
+  }
+  WriteFile(Own("s.txt"), "code");
+  ExpectQuestion("C:\\s.txt", true, kBoxSecondDefault, Button::No);
+  ExpectNotPutBack("vous ne l'avez pas voulu", "C:\\s.txt");
+  dialogs.Expect(kImported);
+  Import("C:\\s.txt\r\nPerso\r\n\r\n 2 \r\n");
+  EXPECT_TRUE(store.HasKey(kSignatures + "\\00000009"));
+  EXPECT_EQ(ReadFile(drive / "s.txt"), "mien");
+  EXPECT_EQ(ReadFile(folder / "home" / ".bashrc"), "mien");
+}
+
+TEST_F(SignaturesTest, AnotherMachineIsNotAskedBeforeTheUserIs) {
+  StartWithTwoRules();
+  // As with the registry of Windows itself, where a path is what it says. A text of the same bytes
+  // elsewhere needs no question.
+  const auto place = folder / "share" / "s.txt";
+  environment.finder = [&](const std::string&) { return place; };
+  WriteFile(place, "copie");
+  WriteFile(Own("s.txt"), "copie");
+  ExpectQuestion("\\\\pc\\s.txt", false, kBoxSecondDefault, Button::No);
+  ExpectNotPutBack("vous ne l'avez pas voulu", "\\\\pc\\s.txt");
+  dialogs.Expect(kImported);
+  Import("\\\\pc\\s.txt\r\nPerso\r\n\r\n 2 \r\n");
+}
+
+TEST_F(SignaturesTest, AnExportTakesTextsAndNothingElse) {
+  const auto drive = environment.HostPath("C:\\");
+  WriteFile(folder / "home" / "id_rsa", "secret");
+  WriteFile(drive / "s.doc", "x");
+  WriteFile(drive / "large.txt", "");
+  std::filesystem::resize_file(drive / "large.txt", (std::uintmax_t{64} << 20U) + 1);
+  std::filesystem::create_symlink(folder / "home" / "id_rsa", drive / "key.txt");
+  for (const std::string name : {"0C:\\s.doc", "1C:\\key.txt", "2C:\\large.txt", "3C:\\no.txt",
+                                 "4C:\\no.doc", "5Q:\\s.txt"}) {
+    Store("0000000" + name.substr(0, 1), name, "", name.substr(1), 2);
+  }
+  StartWithTwoRules();
+  dialogs.Expect(std::string(kSeveral) + Folder());
+  dialogs.Expect(
+      "Sont copiés les textes .txt, .htm ou .html qui se trouvent sur les disques de cette "
+      "identité.\rCeux-ci ne l'ont pas été\u00A0:\r\"C:\\s.doc\"\r\"C:\\key.txt\"\r\"C:\\large.txt\""_cp,
+      kBoxExclamation, kAppTitle);
+  Choose("mnuExpSign");
+  for (const auto* name : {"s.doc", "large.txt", "key.txt"}) {
+    EXPECT_FALSE(std::filesystem::exists(Own(name))) << name;
+  }
 }
 
 TEST_F(SignaturesTest, WhatCannotBeWrittenIsTold) {

@@ -1,6 +1,7 @@
 #include "wab/k9_whitelist.h"
 
 #include "app/messages/errors.h"
+#include "platform/windows_paths.h"
 #include "tests/wab/book_machine.h"
 #include "wab/processes.h"
 #include "wab/whitelist_file.h"
@@ -91,6 +92,23 @@ TEST_F(K9Test, ItsFileIsBelowTheFolderOfTheRegistry) {
   EXPECT_EQ(k9.EmailsPath(), "");
 }
 
+TEST_F(K9Test, ItsFileIsNoOtherBehindALink) {
+  environment.finder = [this](const auto& path) {
+    return FindWindowsPath({{}, {}, folder.Path()}, path);
+  };
+  EXPECT_EQ(k9.EmailsPath(), file);
+  for (const auto* name : {"whitelist.txt", "drive_c/.profile"}) {
+    WriteFile(folder / name, kOld);
+    std::filesystem::remove(file);
+    std::filesystem::create_symlink(folder / name, file);
+    EXPECT_EQ(k9.EmailsPath(), "") << name;
+    // It became a link since the program started.
+    dialogs.Expect("Fichier introuvable", kBoxOk, "UpDateWhiteListK9");
+    EXPECT_THROW(k9.UpDateWhiteListK9(file), ProgramEnd);
+    EXPECT_EQ(ReadFile(folder / name), kOld);
+  }
+}
+
 TEST_F(K9Test, IsStoppedAndStartedAgain) {
   Running();
   dialogs.Expect(kDone, kBoxInformation, kAppTitle);
@@ -156,6 +174,7 @@ TEST_F(K9Test, TheFileIsReplacedInOneStepUnlessItIsMarked) {
   k9.UpDateWhiteListK9(file);
   EXPECT_EQ(ReadFile(file), kNew);
   EXPECT_EQ(ReadFile(second), kOld) << "the old file was not written into";
+  EXPECT_THAT(DatedCopies(file.parent_path()), ElementsAre(kOld));
   WriteFile(file, kOld);
   std::filesystem::permissions(file, std::filesystem::perms{0400});
   dialogs.Expect("Permission refusée"_cp, kBoxOk, "UpDateWhiteListK9");

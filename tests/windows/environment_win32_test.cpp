@@ -18,14 +18,11 @@ TEST(Win32Environment, GivesVariablesAsThePercentSignsWould) {
 
 TEST(Win32Environment, APathKeepsTheLettersOfAVariableThatTheCodePageLacks) {
   ::SetEnvironmentVariableW(L"MorvelleTest", L"C:\\Ωmega");
-  const FileFolder folder;
-  for (const auto& folders : {std::optional<WindowsFolders>(), {{{}, {}, folder.Path()}}}) {
-    const Win32Environment environment(folders);
-    EXPECT_EQ(environment.Variable("MorvelleTest"), std::nullopt);
-    EXPECT_EQ(environment.HostPath(std::string("%morvelleTEST%\\Été"_cp)), L"C:\\Ωmega\\Été");
-    EXPECT_EQ(environment.HostPath("%MorvelleNone%\\x"), L"%MorvelleNone%\\x");
-    EXPECT_EQ(environment.HostPath("%"), L"%");
-  }
+  const Win32Environment environment(std::nullopt);
+  EXPECT_EQ(environment.Variable("MorvelleTest"), std::nullopt);
+  EXPECT_EQ(environment.HostPath(std::string("%morvelleTEST%\\Été"_cp)), L"C:\\Ωmega\\Été");
+  EXPECT_EQ(environment.HostPath("%MorvelleNone%\\x"), L"%MorvelleNone%\\x");
+  EXPECT_EQ(environment.HostPath("%"), L"%");
 }
 
 TEST(Win32Environment, ReadsTheVersionResourceOfAFile) {
@@ -45,14 +42,30 @@ TEST(Win32Environment, ItsFolderIsTheProgramsOwn) {
   EXPECT_EQ(environment.UserFolder() / "windows_tests.exe", environment.ProgramFile());
 }
 
-TEST(Win32Environment, APathIsItselfUnlessItsDriveLiesBesideTheRegistryFile) {
+TEST(Win32Environment, APathIsItselfWhereTheRegistryIsNoFile) {
   EXPECT_EQ(Win32Environment(std::nullopt).HostPath(std::string("C:\\Été\\x"_cp)), L"C:\\Été\\x");
+}
+
+TEST(Win32Environment, AFileHasNoSayInThePathsOfThisMachine) {
   const FileFolder folder;
   const Win32Environment environment(WindowsFolders{{}, {}, folder.Path()});
-  EXPECT_EQ(environment.HostPath("C:\\x"), L"C:\\x");
+  ::SetEnvironmentVariableW(L"MorvelleTest", L"C:\\x");
+  EXPECT_EQ(environment.Variable("MorvelleTest"), std::nullopt);
+  for (const auto* path : {"C:\\windows", "%MorvelleTest%\\x", "%UserProfile%\\x", "\\\\pc\\x"}) {
+    EXPECT_EQ(environment.HostPath(path), L"") << path;
+  }
   std::filesystem::create_directories(folder.Path() / "drive_c" / L"Été");
-  EXPECT_EQ(environment.HostPath(std::string("c:\\Été\\x"_cp)),
-            folder.Path() / "drive_c" / L"Été" / "x");
+  const auto drive = environment.HostPath("C:");
+  EXPECT_TRUE(std::filesystem::equivalent(drive, folder.Path() / "drive_c"));
+  EXPECT_EQ(environment.HostPath(std::string("c:\\..\\Été\\absent\\x"_cp)),
+            drive / L"Été" / "absent" / "x");
+  for (const std::string name : {"NUL", "com1.txt", "Lpt\xB9.x", "con .txt", "a.exe:s.txt",
+                                 "s.txt.", "s.txt ", "CONOUT$", ".. "}) {
+    EXPECT_EQ(environment.HostPath("C:\\" + name), L"") << name;
+  }
+  for (const auto* name : {"COM0.txt", "console.txt", "com10", "com.txt"}) {
+    EXPECT_EQ(environment.HostPath(std::string("C:\\") + name), drive / name);
+  }
 }
 
 }  // namespace

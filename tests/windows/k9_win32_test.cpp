@@ -24,6 +24,7 @@ TEST_F(BookMachine, K9IsStoppedUpdatedAndStartedAgain) {
   const auto before = FindProcess(*system, "k9-f.EXE");
   ASSERT_NE(before, 0U);
   ASSERT_TRUE(HasItsPath(*system, before));
+  rules.PutText("Software\\KeirNet\\K9", "EmailsPath", "K9 pour moi");
   Book({"a@b.fr"});
   dialogs.Expect(kDone, kBoxInformation, kAppTitle);
   K9Whitelist(registry, environment, *system, reader).UpDateWhiteListK9(file);
