@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/messages/text.h"
+#include "disk/final_path_win32.h"
 #include "disk/host_files.h"
 
 namespace morvelle {
@@ -173,27 +174,6 @@ class Rights {
   SECURITY_ATTRIBUTES attributes_{};
 };
 
-/// GetFinalPathNameByHandle, which Windows XP lacks: it has no links to files either.
-path BehindLinks(const path& file) {
-  using Function = DWORD(WINAPI*)(HANDLE, LPWSTR, DWORD, DWORD);
-  const auto finalName = reinterpret_cast<Function>(reinterpret_cast<void*>(
-      ::GetProcAddress(::GetModuleHandleW(L"kernel32"), "GetFinalPathNameByHandleW")));
-  const OpenFile opened(file, 0, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
-  if (finalName == nullptr || !opened) return {};
-  std::wstring name(MAX_PATH, L'\0');
-  DWORD length = finalName(opened.Handle(), name.data(), MAX_PATH, 0);
-  if (length >= name.size()) {
-    name.resize(length);
-    length = finalName(opened.Handle(), name.data(), length, 0);
-  }
-  name.resize(length < name.size() ? length : 0);
-  // \\?\C:\x, and \\?\UNC\server\x for a network drive.
-  constexpr std::wstring_view kPrefix = L"\\\\?\\";
-  constexpr std::wstring_view kNetwork = L"\\\\?\\UNC\\";
-  if (name.starts_with(kNetwork)) return L"\\\\" + name.substr(kNetwork.size());
-  return name.starts_with(kPrefix) ? name.substr(kPrefix.size()) : name;
-}
-
 /// Opened for nobody else, and gone when it is closed, even by the end of the program.
 class SidecarLock : public FileLock {
  public:
@@ -206,7 +186,9 @@ class SidecarLock : public FileLock {
 class Win32Files : public HostFiles {
  public:
   path Resolve(const path& file) override {
-    if (auto real = BehindLinks(file); !real.empty()) return real;
+    const OpenFile opened(file, 0, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    // Where this is not known there are no links to files either.
+    if (auto real = opened ? FinalPath(opened.Handle()) : path{}; !real.empty()) return real;
     std::error_code ignored;
     auto real = std::filesystem::absolute(file, ignored);
     return real.empty() ? file : real;

@@ -1,6 +1,6 @@
 # What touches the system itself, one file per system.
 if(WIN32)
-  set(disk_system_sources disk/host_files_win32.cpp)
+  set(disk_system_sources disk/final_path_win32.cpp disk/host_files_win32.cpp)
 else()
   set(disk_system_sources disk/host_files_posix.cpp)
 endif()

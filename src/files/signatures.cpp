@@ -180,7 +180,9 @@ bool Signatures::ImpSign() {
   if (!HasFiles()) return false;
   const auto file = files_.ToOpen("sgn", folder_);
   if (!file) return true;
-  const auto content = ReadWholeFile(*file, kSmallFileLimit);
+  FileFault fault;
+  const auto content = ReadWholeFile(*file, kSmallFileLimit, &fault);
+  if (TellTooLarge(registry_.Boxes(), *file, fault)) return true;
   const auto signature = content ? ReadSignature(*content) : std::nullopt;
   if (signature) {
     Write(*signature, *file);

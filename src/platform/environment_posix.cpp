@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "disk/host_files.h"
+
 namespace morvelle {
 
 std::filesystem::path PosixEnvironment::ProgramFile() const {
@@ -20,8 +22,11 @@ std::filesystem::path PosixEnvironment::UserFolder() const {
     folder = std::filesystem::path(home != nullptr ? home : "/") / ".local" / "share";
   }
   folder /= "morvelle";
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
+  try {
+    MakeOwnFolder(folder);
+  } catch (const std::filesystem::filesystem_error&) {
+    // What is to be written there will say so.
+  }
   return folder;
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/messages/text.h"
+#include "disk/final_path_win32.h"
 #include "platform/real_path.h"
 
 namespace morvelle {
@@ -12,34 +13,6 @@ namespace morvelle {
 namespace {
 
 using std::filesystem::path;
-
-using FinalPathFunction = DWORD(WINAPI*)(HANDLE file, LPWSTR text, DWORD size, DWORD flags);
-
-/// Windows XP has none.
-FinalPathFunction FinalPath() {
-  return reinterpret_cast<FinalPathFunction>(reinterpret_cast<void*>(
-      ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "GetFinalPathNameByHandleW")));
-}
-
-/// "\\?\C:\a" as "C:\a" and "\\?\UNC\server\a" as "\\server\a": what the desktop's programs take.
-std::wstring WithoutPrefix(std::wstring text) {
-  constexpr std::wstring_view kPrefix = L"\\\\?\\";
-  constexpr std::wstring_view kNetwork = L"\\\\?\\UNC\\";
-  if (text.starts_with(kNetwork)) return L"\\\\" + text.substr(kNetwork.size());
-  return text.starts_with(kPrefix) ? text.substr(kPrefix.size()) : text;
-}
-
-/// Where an open file or folder really lies; empty where the system does not say.
-std::wstring RealPlace(HANDLE file) {
-  const auto finalPath = FinalPath();
-  if (finalPath == nullptr) return {};
-  // With the zero.
-  const DWORD size = finalPath(file, nullptr, 0, 0);
-  std::wstring text(size, L'\0');
-  const DWORD length = size == 0 ? 0 : finalPath(file, text.data(), size, 0);
-  text.resize(length < size ? length : 0);
-  return WithoutPrefix(std::move(text));
-}
 
 bool IsLinkBetween(path place, const path& start) {
   for (; place != start && place.has_relative_path(); place = place.parent_path()) {
@@ -68,7 +41,7 @@ std::optional<path> RealPath(const path& place, const path& start) {
       ::CreateFileW(present.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                     nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
-  path real = RealPlace(handle);
+  path real = FinalPath(handle);
   ::CloseHandle(handle);
   if (real.empty()) return IsLinkBetween(place, start) ? std::nullopt : std::optional(place);
   return missing.empty() ? real : real / missing;

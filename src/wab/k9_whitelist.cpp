@@ -18,14 +18,17 @@ constexpr std::string_view kNotStopped =
     "K9 n'a pas pu être arrêté : sa 'whitelist' n'a pas été modifiée"_cp;
 constexpr std::string_view kNotStarted = "K9 n'a pas pu être redémarré"_cp;
 
-/// Error 53 when the whitelist cannot be read, 70 when it is marked as not to be written: a new
-/// file under its name would pass over the mark.
-void MergeInto(const std::filesystem::path& emailsFile, std::vector<std::string> addresses,
-               std::chrono::system_clock::time_point now) {
-  const auto present = ReadWholeFile(emailsFile, kTextFileLimit);
+/// False, after saying so, when the whitelist is too large. Error 53 when it cannot be read, 70
+/// when it is marked as not to be written: a new file under its name would pass over the mark.
+bool MergeInto(const Messages& messages, const std::filesystem::path& emailsFile,
+               std::vector<std::string> addresses, std::chrono::system_clock::time_point now) {
+  FileFault fault;
+  const auto present = ReadWholeFile(emailsFile, kTextFileLimit, &fault);
+  if (TellTooLarge(messages, emailsFile, fault)) return false;
   if (!present) throw RuntimeError(ErrorNumber::FileNotFound);
   if (IsReadOnly(emailsFile)) throw RuntimeError(ErrorNumber::PermissionDenied);
   ReplaceWholeFile(emailsFile, MergedWhitelist(*present, std::move(addresses)), now);
+  return true;
 }
 
 }  // namespace
@@ -62,11 +65,11 @@ void K9Whitelist::UpDateWhiteListK9(const std::filesystem::path& emailsFile) {
     }
     // It was found when the program started: something else may stand there by now.
     if (EmailsPath() != emailsFile) throw RuntimeError(ErrorNumber::FileNotFound);
-    MergeInto(emailsFile, std::move(addresses), environment_.Now());
+    const bool merged = MergeInto(messages, emailsFile, std::move(addresses), environment_.Now());
     if (!program.empty() && !processes_.StartProcess(program)) {
       messages.Msg(kNotStarted, kBoxExclamation);
     }
-    messages.Msg("La 'whitelist' de K9 a été mise à jour !"_cp, kBoxInformation);
+    if (merged) messages.Msg("La 'whitelist' de K9 a été mise à jour !"_cp, kBoxInformation);
   });
 }
 

@@ -1,0 +1,34 @@
+#include "disk/final_path_win32.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace morvelle {
+
+namespace {
+
+/// "\\?\C:\a" as "C:\a" and "\\?\UNC\server\a" as "\\server\a": what the desktop's programs take.
+std::wstring WithoutPrefix(std::wstring text) {
+  constexpr std::wstring_view kPrefix = L"\\\\?\\";
+  constexpr std::wstring_view kNetwork = L"\\\\?\\UNC\\";
+  if (text.starts_with(kNetwork)) return L"\\\\" + text.substr(kNetwork.size());
+  return text.starts_with(kPrefix) ? text.substr(kPrefix.size()) : text;
+}
+
+}  // namespace
+
+std::filesystem::path FinalPath(HANDLE file) {
+  using Function = DWORD(WINAPI*)(HANDLE file, LPWSTR text, DWORD size, DWORD flags);
+  const auto finalPath = reinterpret_cast<Function>(reinterpret_cast<void*>(
+      ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "GetFinalPathNameByHandleW")));
+  if (finalPath == nullptr) return {};
+  // With the zero.
+  const DWORD size = finalPath(file, nullptr, 0, 0);
+  std::wstring text(size, L'\0');
+  const DWORD length = size == 0 ? 0 : finalPath(file, text.data(), size, 0);
+  text.resize(length < size ? length : 0);
+  return WithoutPrefix(std::move(text));
+}
+
+}  // namespace morvelle
