@@ -73,6 +73,7 @@ std::filesystem::path FindProgram(const std::string& name) {
 bool StartProgram(std::vector<std::string> words) {
   if (words.empty() || !words.front().starts_with('/')) return false;
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (auto& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   std::array<int, 2> report{};
