@@ -15,6 +15,7 @@ if(MORVELLE_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(morvelle_flags INTERFACE -fsanitize=address,undefined)
 endif()
+include(${CMAKE_CURRENT_LIST_DIR}/MorvelleHardening.cmake)
 
 if(MORVELLE_FUZZ)
   # What leads an input to new code is known only where every room counts its branches.

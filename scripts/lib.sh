@@ -79,10 +79,17 @@ configure_and_build() {
 display_pids=()
 display_folder=
 
+# add_cookie FILE SCREEN COOKIE: into a file of display_folder; not by the command line, which is
+# everybody's to read.
+add_cookie() {
+  quietly xauth -f "$display_folder/$1" source - <<<"add $2 . $3" || die "no cookie for the screen"
+}
+
 # enter_display WIDTHxHEIGHT: starts a virtual screen with a window manager and points DISPLAY at it.
-# Nothing of the user's desktop is used: no settings, no session bus, no clipboard.
+# Nothing of the user's desktop is used: no settings, no session bus, no clipboard. Who lacks the
+# cookie, as other users of the machine do, can neither look at the screen nor type into it.
 enter_display() {
-  local size=$1 number='' i
+  local size=$1 number='' cookie i
   display_folder=$(mktemp -d)
   trap leave_display EXIT
   trap 'exit 130' INT
@@ -94,9 +101,12 @@ enter_display() {
   printf '[Settings]\ngtk-cursor-blink=0\ngtk-enable-animations=0\n' \
     >"$display_folder/config/gtk-3.0/settings.ini"
 
+  # The server goes by the cookie alone; the number beside it is for those who connect.
+  cookie=$(mcookie)
+  add_cookie server :0 "$cookie"
   # With -displayfd the server itself takes the first free number, and says it when it is ready.
   Xvfb -displayfd 3 -screen 0 "${size}x24" -nolisten tcp \
-    3>"$display_folder/number" >"$display_folder/xvfb.log" 2>&1 &
+    -auth "$display_folder/server" 3>"$display_folder/number" >"$display_folder/xvfb.log" 2>&1 &
   display_pids+=($!)
   for ((i = 0; i < 200; i++)); do
     number=$(<"$display_folder/number")
@@ -109,9 +119,10 @@ enter_display() {
     die "the virtual screen did not start"
   fi
 
-  unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS XAUTHORITY GTK_THEME GTK_MODULES
+  add_cookie authority ":$number" "$cookie"
+  unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS GTK_THEME GTK_MODULES
   unset XDG_CONFIG_HOME XDG_DATA_HOME XDG_CACHE_HOME XDG_STATE_HOME
-  export DISPLAY=":$number"
+  export DISPLAY=":$number" XAUTHORITY="$display_folder/authority"
   export HOME="$display_folder/home" XDG_RUNTIME_DIR="$display_folder/runtime"
   export XDG_CONFIG_DIRS="$display_folder/config:/etc/xdg"
   export LANG=C.UTF-8 LC_ALL=C.UTF-8 GDK_BACKEND=x11

@@ -81,6 +81,7 @@ class MorvelleApp final : public wxApp {
 }  // namespace morvelle
 
 int main(int argc, char** argv) {
+  morvelle::PrepareProcess();
   auto commandLine = morvelle::ParseCommandLine(morvelle::Arguments(argc, argv));
   if (!commandLine.error.empty()) {
     morvelle::Say(morvelle::Saying::Complaint, "morvelle : " + commandLine.error + "\n");

@@ -59,17 +59,20 @@ std::optional<std::filesystem::path> FileChoice::ToSave(std::string_view extensi
 }
 
 FileChoice::Verdict FileChoice::MayBeWritten(const std::filesystem::path& file) const {
+  const auto title = FileTitle(file);
+  const auto another = [&](std::string_view reason) {
+    const auto answer = messages_.Msg(title + std::string(reason) + ", choisir un autre nom",
+                                      kBoxOkCancel + kBoxExclamation);
+    return answer == Button::Ok ? Verdict::AskAgain : Verdict::GivenUp;
+  };
+  if (IsDeviceName(title)) return another(" est un nom réservé par Windows"_cp);
   std::error_code error;
   if (!std::filesystem::exists(file, error)) return Verdict::Taken;
-  const auto title = FileTitle(file);
   const auto replace =
       messages_.Msg(title + std::string(" existe déjà.\rVoulez-vous le remplacer ?"_cp),
                     kBoxYesNo + kBoxExclamation + kBoxSecondDefault);
   if (replace != Button::Yes) return Verdict::AskAgain;
-  if (!IsReadOnly(file)) return Verdict::Taken;
-  const auto again = messages_.Msg(title + std::string(" est protégé, choisir un autre nom"_cp),
-                                   kBoxOkCancel + kBoxExclamation);
-  return again == Button::Ok ? Verdict::AskAgain : Verdict::GivenUp;
+  return IsReadOnly(file) ? another(" est protégé"_cp) : Verdict::Taken;
 }
 
 }  // namespace morvelle

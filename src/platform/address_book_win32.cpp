@@ -2,7 +2,11 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
+
+#include "platform/environment_win32.h"
+#include "platform/programs_win32.h"
 
 namespace morvelle {
 
@@ -78,7 +82,10 @@ class KWabAddressBook final : public AddressBook {
 
  private:
   bool Load() {
-    if (library_ == nullptr) library_ = ::LoadLibraryA("kWab.dll");
+    if (library_ == nullptr) {
+      library_ =
+          LoadLibraryAt(Win32Environment(std::nullopt).ProgramFile().parent_path() / "kWab.dll");
+    }
     if (library_ == nullptr) return false;
     Find(library_, "kWabOpen", 4, functions_.open);
     Find(library_, "kWabGetNumEntries", 4, functions_.numEntries);

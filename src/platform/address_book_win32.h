@@ -7,8 +7,7 @@
 namespace morvelle {
 
 /// The Windows Address Book of the user, through `kWab.dll`, which is loaded when a book is first
-/// opened, from the program's folder or where Windows looks for libraries. Without the library, no
-/// book opens.
+/// opened, from the program's own folder alone. Without the library, no book opens.
 std::unique_ptr<AddressBook> MakeWindowsAddressBook();
 
 }  // namespace morvelle

@@ -13,6 +13,10 @@
 /// What main.cpp asks of the system that it was built for: each system has its own file of these.
 namespace morvelle {
 
+/// Before anything else: what is wrong in how this process was started must not reach the user's
+/// files.
+void PrepareProcess();
+
 struct OpenedDesktop {
   std::unique_ptr<Environment> environment;
   /// Null when it cannot be opened; `error` is then the message, Windows-1252.

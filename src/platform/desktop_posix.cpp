@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -26,6 +29,16 @@ std::filesystem::path ShippedSample(const PosixEnvironment& environment) {
 }
 
 }  // namespace
+
+void PrepareProcess() {
+  // Where a standard stream is closed, the first file that is opened gets its number, and every
+  // warning of the toolkit is written into it.
+  int opened = 0;
+  do {
+    opened = ::open("/dev/null", O_RDWR);
+  } while (opened >= 0 && opened <= STDERR_FILENO);
+  if (opened >= 0) ::close(opened);
+}
 
 OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& version) {
   OpenedDesktop desktop;

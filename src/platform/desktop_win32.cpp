@@ -13,12 +13,15 @@
 #include "platform/address_book_win32.h"
 #include "platform/desktop.h"
 #include "platform/environment_win32.h"
+#include "platform/programs_win32.h"
 #include "platform/registry_regfile.h"
 #include "platform/registry_win32.h"
 #include "platform/system_processes.h"
 #include "platform/unicode.h"
 
 namespace morvelle {
+
+void PrepareProcess() { LeaveOutWorkingFolder(); }
 
 OpenedDesktop OpenThisDesktop(const CommandLine& line, const std::string& /*version*/) {
   OpenedDesktop desktop;

@@ -1,10 +1,6 @@
-#include <fcntl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <csignal>
@@ -15,6 +11,7 @@
 #include <system_error>
 #include <thread>
 
+#include "platform/programs_posix.h"
 #include "platform/system_processes.h"
 
 namespace morvelle {
@@ -129,34 +126,9 @@ class PosixProcesses final : public Processes {
   }
 
   bool StartProcess(const std::filesystem::path& program) override {
-    auto path = program.string();
-    std::string wine = "wine";
-    std::array<char*, 3> words{path.data(), nullptr, nullptr};
-    if (IsWindowsPath(path)) words = {wine.data(), path.data(), nullptr};
-    std::array<int, 2> report{};
-    if (::pipe2(report.data(), O_CLOEXEC) != 0) return false;
-    const auto child = ::fork();
-    if (child == 0) RunDetached(words, report[1]);
-    ::close(report[1]);
-    int failure = child < 0 ? errno : 0;
-    // Closed without a word when the program has taken the place of our copy.
-    if (child > 0 && ::read(report[0], &failure, sizeof failure) <= 0) failure = 0;
-    ::close(report[0]);
-    if (child > 0) ::waitpid(child, nullptr, 0);
-    return failure == 0;
-  }
-
- private:
-  /// In the child: a process of a session of its own, whose parent is not this program, so that
-  /// nobody has to wait for it. Only what is safe between fork and exec.
-  [[noreturn]] static void RunDetached(const std::array<char*, 3>& words, int report) {
-    ::setsid();
-    if (::fork() == 0) {
-      ::execvp(words[0], words.data());
-      const int failure = errno;
-      [[maybe_unused]] const auto written = ::write(report, &failure, sizeof failure);
-    }
-    ::_exit(0);
+    if (!IsWindowsPath(program.string())) return StartProgram({program.string()});
+    const auto wine = FindProgram("wine");
+    return !wine.empty() && StartProgram({wine.string(), program.string()});
   }
 };
 

@@ -6,6 +6,7 @@
 #include <array>
 #include <string>
 
+#include "platform/programs_win32.h"
 #include "platform/system_processes.h"
 
 namespace morvelle {
@@ -75,18 +76,7 @@ class Win32Processes final : public Processes {
   }
 
   bool StartProcess(const std::filesystem::path& program) override {
-    // Without the quotes, C:\Program Files\x.exe would start C:\Program.exe where there is one.
-    auto line = L"\"" + program.native() + L"\"";
-    STARTUPINFOW start{};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION started{};
-    if (::CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, NORMAL_PRIORITY_CLASS,
-                         nullptr, nullptr, &start, &started) == FALSE) {
-      return false;
-    }
-    ::CloseHandle(started.hProcess);
-    ::CloseHandle(started.hThread);
-    return true;
+    return StartProgramAt(program, L"\"" + program.native() + L"\"", SW_SHOWNORMAL);
   }
 };
 

@@ -3,9 +3,11 @@ if(WIN32)
   set(platform_system_sources
     platform/address_book_win32.cpp
     platform/desktop_win32.cpp platform/environment_win32.cpp
+    platform/programs_win32.cpp
     platform/processes_win32.cpp
     platform/real_path_win32.cpp
-    platform/registry_win32.cpp)
+    platform/registry_win32.cpp
+    platform/shell_win32.cpp)
 else()
   include(${PROJECT_SOURCE_DIR}/cmake/MorvelleHivex.cmake)
   set(platform_system_sources
@@ -16,6 +18,7 @@ else()
     platform/hive_writer.cpp
     platform/memory_guard_posix.cpp
     platform/processes_posix.cpp
+    platform/programs_posix.cpp
     platform/real_path_posix.cpp
     platform/registry_hive.cpp)
 endif()

@@ -3,9 +3,12 @@
 #include <shellapi.h>
 
 #include <string>
-#include <type_traits>
+#include <system_error>
 
 #include "app/messages/messages.h"
+#include "app/messages/text.h"
+#include "platform/programs_win32.h"
+#include "platform/shell_win32.h"
 #include "platform/system_shell.h"
 
 namespace morvelle {
@@ -24,13 +27,19 @@ class Win32Shell final : public Shell {
   ~Win32Shell() override = default;
 
   void OpenFolder(const std::filesystem::path& folder) override {
-    auto path = folder;
-    const auto arguments = L"/n,/root," + path.make_preferred().native();
-    ::ShellExecuteW(nullptr, nullptr, L"explorer", arguments.c_str(), nullptr, SW_SHOWNOACTIVATE);
+    std::error_code error;
+    const auto place = std::filesystem::absolute(folder, error);
+    const auto explorer = WindowsFolder() / "explorer.exe";
+    if (!Messages::FolderExists(folder) ||
+        !StartProgramAt(explorer, FolderCommand(explorer, place), SW_SHOWNOACTIVATE)) {
+      messages_.FileDoesNotExist(folder);
+    }
   }
 
   void OpenLink(const std::string& address) override {
-    ::ShellExecuteA(nullptr, "Open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    if (!IsWebAddress(address) || !Browse(address)) {
+      messages_.Msg(std::string("Aucun navigateur n'a pu ouvrir "_cp) + address, kBoxExclamation);
+    }
   }
 
   void ShowHelp(const std::filesystem::path& helpFile, const std::string& page) override {
@@ -46,9 +55,17 @@ class Win32Shell final : public Shell {
  private:
   using HtmlHelp = HWND(WINAPI*)(HWND, LPCWSTR, UINT, DWORD_PTR);
 
+  static bool Browse(const std::string& address) {
+    // Up to this number it is the reason of a failure.
+    constexpr INT_PTR kLastFailure = 32;
+    const auto opened =
+        ::ShellExecuteA(nullptr, "Open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    return reinterpret_cast<INT_PTR>(opened) > kLastFailure;
+  }
+
   /// The viewer of Windows, which is loaded when it is first wanted: not every edition has it.
   HtmlHelp Viewer() {
-    if (library_ == nullptr) library_ = ::LoadLibraryA("hhctrl.ocx");
+    if (library_ == nullptr) library_ = LoadLibraryAt(SystemFolder() / "hhctrl.ocx");
     if (library_ == nullptr) return nullptr;
     return reinterpret_cast<HtmlHelp>(
         reinterpret_cast<void*>(::GetProcAddress(library_, "HtmlHelpW")));
@@ -59,6 +76,12 @@ class Win32Shell final : public Shell {
 };
 
 }  // namespace
+
+std::wstring FolderCommand(const std::filesystem::path& explorer, std::filesystem::path folder) {
+  // A backslash before the closing quote may be taken for a sign that it is none.
+  if (!folder.has_filename()) folder = folder.parent_path();
+  return L"\"" + explorer.native() + L"\" /n,/root,\"" + folder.make_preferred().native() + L"\"";
+}
 
 std::unique_ptr<Shell> MakeShell(Dialogs& dialogs, const Environment& /*environment*/) {
   return std::make_unique<Win32Shell>(dialogs);

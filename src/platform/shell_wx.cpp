@@ -5,13 +5,14 @@
 #include <wx/html/htmlwin.h>
 #include <wx/image.h>
 #include <wx/sstream.h>
-#include <wx/utils.h>
 
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include "app/messages/messages.h"
 #include "app/messages/text.h"
+#include "platform/programs_posix.h"
 #include "platform/system_shell.h"
 
 namespace morvelle {
@@ -41,21 +42,23 @@ class PageFilter final : public wxHtmlFilter {
   }
 };
 
-/// The system's own programs through wxWidgets, and the manual in a window of our own.
+/// The desktop's own programs, and the manual in a window of our own.
 class WxShell final : public Shell {
  public:
   WxShell(Dialogs& dialogs, std::filesystem::path manual)
       : messages_(dialogs), manual_(std::move(manual)) {}
 
   void OpenFolder(const std::filesystem::path& folder) override {
-    if (!Messages::FolderExists(folder) ||
-        !wxLaunchDefaultApplication(wxString::FromUTF8(folder.string()))) {
+    std::error_code error;
+    // A full path begins with no dash, by which it would be taken for an option.
+    const auto place = std::filesystem::absolute(folder, error);
+    if (!Messages::FolderExists(folder) || !Open(place.string())) {
       messages_.FileDoesNotExist(folder);
     }
   }
 
   void OpenLink(const std::string& address) override {
-    if (!wxLaunchDefaultBrowser(wxString::FromUTF8(ToUtf8(address)))) {
+    if (!IsWebAddress(address) || !Open(ToUtf8(address))) {
       messages_.Msg(std::string("Aucun navigateur n'a pu ouvrir "_cp) + address, kBoxExclamation);
     }
   }
@@ -80,6 +83,12 @@ class WxShell final : public Shell {
   }
 
  private:
+  /// What the user has chosen for things of this kind opens it.
+  static bool Open(const std::string& thing) {
+    const auto opener = FindProgram("xdg-open");
+    return !opener.empty() && StartProgram({opener.string(), thing});
+  }
+
   bool OpenManual() {
     if (!messages_.FileExists(manual_)) return false;
     auto controller = std::make_unique<wxHtmlHelpController>(

@@ -1,15 +1,14 @@
 # The windows, and the halves of the desktop ports that are answered with wxWidgets.
 if(MORVELLE_WX)
   include(${PROJECT_SOURCE_DIR}/cmake/MorvelleWx.cmake)
-  if(WIN32)
-    set(platform_wx_system_sources platform/shell_win32.cpp)
-  else()
+  if(NOT WIN32)
+    # The manual has a window of the toolkit; Windows shows it by itself.
     set(platform_wx_system_sources platform/shell_wx.cpp)
   endif()
   morvelle_room(platform_wx
     SOURCES platform/dialogs_wx.cpp platform/file_dialogs_wx.cpp platform/printed_pages_wx.cpp
       platform/printer_wx.cpp platform/progress_wx.cpp ${platform_wx_system_sources}
-    USES messages ports wx)
+    USES platform messages ports wx)
   if(WIN32)
     set(view_system_sources view/french_win32.cpp view/list_caret_win32.cpp)
   else()

@@ -1,9 +1,11 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 
 #include <chrono>
 #include <functional>
 #include <thread>
 
+#include "platform/desktop.h"
 #include "platform/system_processes.h"
 #include "tests/support/temp_folder.h"
 
@@ -77,6 +79,37 @@ TEST_F(PosixProcesses, OneThatDoesNotListenIsForced) {
   EXPECT_FALSE(processes->StartProcess(folder / "absent"));
   EXPECT_FALSE(processes->KillProcess(0)) << "our own group of processes";
   EXPECT_EQ(processes->ProcessPath(static_cast<ProcessId>(-1)), "");
+}
+
+TEST_F(PosixProcesses, ItIsFoundByFullPathsAloneAndGetsNothingOfOurs) {
+  const int ours = ::open("/dev/null", O_RDWR);
+  const auto said = folder / "dit";
+  const auto file = "'" + said.string() + "'";
+  const auto wine =
+      Script("bin/wine", "{ echo \"$1\"; ls /proc/$$/fd/" + std::to_string(ours) + "; } >" + file +
+                             ".neu 2>/dev/null\nmv " + file + ".neu " + file + "\n");
+  const std::string usual = ::getenv("PATH");
+  fs::current_path(wine.parent_path());
+  // Where a search through the working folder would find it.
+  ::setenv("PATH", ".::../bin:bin", 1);
+  EXPECT_FALSE(processes->StartProcess("wine"));
+  EXPECT_FALSE(processes->StartProcess("C:\\K9\\K9-F.exe"));
+  ::setenv("PATH", (".:" + wine.parent_path().string() + ":" + usual).c_str(), 1);
+  EXPECT_TRUE(processes->StartProcess("C:\\K9\\K9-F.exe"));
+  for (int i = 0; i < 250 && !fs::exists(said); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  EXPECT_EQ(ReadFile(said), "C:\\K9\\K9-F.exe\n");
+  ::close(ours);
+}
+
+TEST(PreparedProcess, NoFileGetsTheNumberOfAStandardStream) {
+  const auto next = [] {
+    for (const int standard : {0, 1, 2}) ::close(standard);
+    PrepareProcess();
+    ::_exit(::open("/dev/null", O_RDONLY) > STDERR_FILENO ? 0 : 1);
+  };
+  EXPECT_EXIT(next(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

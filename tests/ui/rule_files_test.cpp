@@ -95,7 +95,7 @@ TEST_F(RuleFilesTest, AFileIsReplacedOnlyWhenTheUserAgreesAndItIsNotProtected) {
   WriteFile(File("a.moe"), "ancien");
   WriteFile(File("b.moe"), "ancien");
   std::filesystem::permissions(File("b.moe"), std::filesystem::perms::owner_read);
-  for (int answer = 0; answer < 4; ++answer) fileDialogs.Choose(File(answer == 0 ? "a" : "b"));
+  for (const auto* name : {"a", "b", "b", "Com1", "b"}) fileDialogs.Choose(File(name));
   const std::string replace(kReplace);
   std::string isProtected = "b.moe";
   isProtected += " est protégé, choisir un autre nom"_cp;
@@ -104,6 +104,9 @@ TEST_F(RuleFilesTest, AFileIsReplacedOnlyWhenTheUserAgreesAndItIsNotProtected) {
   dialogs.Expect("b.moe" + replace, Button::Yes);
   dialogs.Expect(isProtected, kBoxOkCancel + kBoxExclamation, kAppTitle, Button::Ok);
   dialogs.Expect("b.moe" + replace, Button::No);
+  std::string isReserved = "Com1.moe";
+  isReserved += " est un nom réservé par Windows, choisir un autre nom"_cp;
+  dialogs.Expect(isReserved, kBoxOkCancel + kBoxExclamation, kAppTitle, Button::Ok);
   dialogs.Expect("b.moe" + replace, Button::Yes);
   dialogs.Expect(isProtected, Button::Cancel);
   Choose("mnuExpAllRules");

@@ -89,5 +89,33 @@ TEST_F(HelpWindow, AManualOrFolderThatIsMissingIsTold) {
   EXPECT_EQ(Shown(), nullptr);
 }
 
+TEST_F(HelpWindow, TheDesktopOpensOnlyFoldersAndWebPages) {
+  const auto said = folder / "dit";
+  const auto file = "'" + said.string() + "'";
+  const auto opener = folder / "xdg-open";
+  WriteFile(opener, "#!/bin/sh\necho \"$*\" >" + file + ".neu\nmv " + file + ".neu " + file + "\n");
+  std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+  ::setenv("PATH", (folder.Path().string() + ":" + ::getenv("PATH")).c_str(), 1);
+  const auto shell = MakeShell(dialogs, environment);
+  const auto told = [&] {
+    EXPECT_TRUE(WindowDriver::WaitUntil([&] { return std::filesystem::exists(said); }));
+    const auto text = ReadFile(said);
+    std::filesystem::remove(said);
+    return text;
+  };
+  std::filesystem::create_directory(folder / "-a; b");
+  std::filesystem::current_path(folder.Path());
+  shell->OpenFolder("-a; b");
+  EXPECT_EQ(told(), (folder / "-a; b\n").string());
+  shell->OpenLink("https://a.fr/$(b)?c=1&d");
+  EXPECT_EQ(told(), "https://a.fr/$(b)?c=1&d\n");
+  dialogs.Expect("Fichier xdg-open introuvable ou endommag\xE9");
+  shell->OpenFolder("xdg-open");
+  for (const std::string address : {"file:///a", "http://a b", "http://a\"b", "-h"}) {
+    dialogs.Expect("Aucun navigateur n'a pu ouvrir " + address);
+    shell->OpenLink(address);
+  }
+}
+
 }  // namespace
 }  // namespace morvelle

@@ -45,7 +45,13 @@ TEST(WindowsAddressBook, WithoutBookOrLibraryNoneOpens) {
   away += ".away";
   std::filesystem::rename(library, away);
   const auto book = MakeWindowsAddressBook();
+  // One that lies where Windows would look too is not the user's.
+  const auto elsewhere = library.parent_path() / "ailleurs";
+  std::filesystem::create_directory(elsewhere);
+  std::filesystem::copy_file(away, elsewhere / "kWab.dll");
+  ::SetEnvironmentVariableW(L"PATH", elsewhere.c_str());
   EXPECT_FALSE(book->Open({}, handle));
+  std::filesystem::remove_all(elsewhere);
   book->Close(handle);
   std::filesystem::rename(away, library);
   EXPECT_TRUE(book->Open({}, handle)) << "it is looked for again";
