@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "app/messages/errors.h"
 #include "app/messages/messages.h"
 #include "app/program.h"
 #include "core/identity.h"
@@ -63,6 +64,16 @@ class MorvelleApp final : public wxApp {
     desktop_->dialogs.BeforeBox([window] { window->ShowChanges(); });
     window->Start();
     return true;
+  }
+
+  // What no command of the window has caught: there was not even the memory to show something.
+  bool OnExceptionInMainLoop() override {
+    OnUnhandledException();
+    return false;
+  }
+  void OnUnhandledException() override {
+    WxDialogs boxes;
+    ReportCurrentError(boxes, "Morvelle");
   }
 
   int OnExit() override {

@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "app/messages/text.h"
+#include "disk/device_names.h"
 #include "disk/whole_file.h"
 #include "files/file_names.h"
 

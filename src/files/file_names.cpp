@@ -1,28 +1,14 @@
 #include "files/file_names.h"
 
-#include <algorithm>
-#include <array>
-
 #include "app/messages/path_text.h"
 #include "app/messages/text.h"
+#include "disk/device_names.h"
 
 namespace morvelle {
 
 std::string FileTitle(const std::filesystem::path& path) { return PathText(path.filename()); }
 
 std::filesystem::path ToPath(std::string_view name) { return {ToUtf16(name)}; }
-
-bool IsDeviceName(std::string_view name) {
-  constexpr std::array<std::string_view, 6> kDevices = {"con", "prn",    "aux",
-                                                        "nul", "conin$", "conout$"};
-  // The raised digits too.
-  constexpr std::string_view kNumbers = "123456789¹²³"_cp;
-  name = name.substr(0, name.find('.'));
-  const auto stem = LowerCase(std::string(name.substr(0, name.find_last_not_of(' ') + 1)));
-  if (std::find(kDevices.begin(), kDevices.end(), stem) != kDevices.end()) return true;
-  return stem.size() == 4 && (stem.starts_with("com") || stem.starts_with("lpt")) &&
-         kNumbers.find(stem.back()) != std::string_view::npos;
-}
 
 std::string SafeFileName(std::string_view name) {
   constexpr std::string_view kRefused = "\\/:*?<>|";

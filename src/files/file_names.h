@@ -13,10 +13,6 @@ std::string FileTitle(const std::filesystem::path& path);
 /// A Windows-1252 file name as a path.
 std::filesystem::path ToPath(std::string_view name);
 
-/// Whether Windows would take a file of this name, with or without an extension, for a device:
-/// "con", "NUL.roe", "Com1 .txt".
-bool IsDeviceName(std::string_view name);
-
 /// `name` as a file can be called on every system, for files travel: an apostrophe for each double
 /// quote, "-" for the other characters that Windows refuses, none of the dots and blanks at its
 /// end, which Windows drops, and "_" before what would be a device, a hidden file or nothing.

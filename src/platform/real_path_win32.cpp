@@ -1,10 +1,6 @@
 #include <windows.h>
 
-#include <algorithm>
-#include <array>
-#include <string>
-
-#include "app/messages/text.h"
+#include "disk/device_names.h"
 #include "disk/final_path_win32.h"
 #include "platform/real_path.h"
 
@@ -52,18 +48,7 @@ bool MayBeFileName(std::string_view name) {
   constexpr std::string_view kRefused = ":*?\"<>|";
   if (name.empty() || name.ends_with(' ') || name.ends_with('.')) return false;
   if (name.find_first_of(kRefused) != std::string_view::npos) return false;
-  // A device stays one under any extension, and with blanks before that.
-  auto stem = name.substr(0, name.find('.'));
-  stem = stem.substr(0, stem.find_last_not_of(' ') + 1);
-  const auto isStem = [&](std::string_view device) { return EqualIgnoringCase(stem, device); };
-  constexpr std::array<std::string_view, 6> kDevices = {"CON", "PRN",    "AUX",
-                                                        "NUL", "CONIN$", "CONOUT$"};
-  if (std::any_of(kDevices.begin(), kDevices.end(), isStem)) return false;
-  constexpr std::size_t kPortLength = 4;
-  const auto port = stem.substr(0, kPortLength - 1);
-  const bool isPort = EqualIgnoringCase(port, "COM") || EqualIgnoringCase(port, "LPT");
-  return !isPort || stem.size() != kPortLength ||
-         "123456789\u00B9\u00B2\u00B3"_cp.find(stem.back()) == std::string_view::npos;
+  return !IsDeviceName(name);
 }
 
 }  // namespace morvelle
