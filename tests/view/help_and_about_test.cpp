@@ -95,7 +95,9 @@ TEST_F(HelpWindow, TheDesktopOpensOnlyFoldersAndWebPages) {
   const auto opener = folder / "xdg-open";
   WriteFile(opener, "#!/bin/sh\necho \"$*\" >" + file + ".neu\nmv " + file + ".neu " + file + "\n");
   std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
-  ::setenv("PATH", (folder.Path().string() + ":" + ::getenv("PATH")).c_str(), 1);
+  const std::string path = ::getenv("PATH");
+  const auto place = std::filesystem::current_path();
+  ::setenv("PATH", (folder.Path().string() + ":" + path).c_str(), 1);
   const auto shell = MakeShell(dialogs, environment);
   const auto told = [&] {
     EXPECT_TRUE(WindowDriver::WaitUntil([&] { return std::filesystem::exists(said); }));
@@ -115,6 +117,8 @@ TEST_F(HelpWindow, TheDesktopOpensOnlyFoldersAndWebPages) {
     dialogs.Expect("Aucun navigateur n'a pu ouvrir " + address);
     shell->OpenLink(address);
   }
+  std::filesystem::current_path(place);
+  ::setenv("PATH", path.c_str(), 1);
 }
 
 }  // namespace
