@@ -8,10 +8,11 @@ FileFault TooLarge(std::uint64_t limit) {
   constexpr std::uint64_t kMegabyte = std::uint64_t{1} << 20U;
   constexpr std::uint64_t kGigabyte = std::uint64_t{1} << 30U;
   const bool inGigabytes = limit >= kGigabyte;
-  return {"il est trop grand (plus de " +
-              std::to_string(limit / (inGigabytes ? kGigabyte : kMegabyte)) +
-              (inGigabytes ? " Go)" : " Mo)"),
-          ErrorNumber::OutOfMemory};
+  const auto count = std::to_string(limit / (inGigabytes ? kGigabyte : kMegabyte));
+  FileFault fault{"", ErrorNumber::OutOfMemory};
+  fault.reason += "il dépasse la taille permise, "_cp;
+  fault.reason += count + (inGigabytes ? " Go" : " Mo");
+  return fault;
 }
 
 }  // namespace morvelle

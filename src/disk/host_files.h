@@ -128,6 +128,9 @@ class HostFiles {
   virtual void Remove(const std::filesystem::path& path) = 0;
 };
 
+/// Whether the name is that of a link, whatever it leads to.
+bool IsLink(const std::filesystem::path& file);
+
 /// Makes the folder, and those above it that are missing, for the user alone. Throws an error of
 /// the system where that fails.
 void MakeOwnFolder(const std::filesystem::path& folder);

@@ -1,6 +1,9 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#ifdef __linux__
+#include <sys/xattr.h>
+#endif
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +12,7 @@
 #include <future>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "app/messages/text.h"
 #include "disk/host_files.h"
@@ -171,18 +175,39 @@ class SidecarLock : public FileLock {
   std::unique_ptr<OpenFile> file_;
 };
 
-/// Gives a new file, which only its maker may read so far, owner, group and rights of another.
-/// Where the group cannot be kept its rights become those of the others. 0 or the error.
-int GiveRights(int handle, const struct stat& other) {
-  mode_t rights = other.st_mode & 0777U;
+/// Gives a new file the access list of another, where that has one: its rights then show the most
+/// that the list allows, not what the group may.
+bool GiveAccessList([[maybe_unused]] int handle, [[maybe_unused]] const path& like) {
+#ifdef __linux__
+  constexpr const char* kList = "system.posix_acl_access";
+  constexpr std::size_t kMost = 65536;  // XATTR_SIZE_MAX of the kernel.
+  std::vector<char> list(kMost);
+  const auto size = ::getxattr(like.c_str(), kList, list.data(), list.size());
+  if (size > 0) {
+    return ::fsetxattr(handle, kList, list.data(), static_cast<std::size_t>(size), 0) == 0;
+  }
+#endif
+  return true;
+}
+
+/// Gives a new file, which only its maker may read so far, owner, group and rights of `like`. Where
+/// the group or an access list cannot be kept, the group gets the rights of the others. 0 or the
+/// error.
+int GiveRights(int handle, const path& like) {
+  struct stat other {};
+  struct stat status {};
+  if (::stat(like.c_str(), &other) != 0) return errno;
   // Only an administrator may give a file away; the rights follow the owner that it has.
-  if (::fchown(handle, other.st_uid, other.st_gid) != 0 &&
-      ::fchown(handle, static_cast<uid_t>(-1), other.st_gid) != 0) {
+  if (::fchown(handle, other.st_uid, other.st_gid) != 0) {
+    [[maybe_unused]] const int group = ::fchown(handle, static_cast<uid_t>(-1), other.st_gid);
+  }
+  if (::fstat(handle, &status) != 0) return errno;
+  mode_t rights = other.st_mode & 0777U;
+  if (status.st_gid != other.st_gid || !GiveAccessList(handle, like)) {
     rights = (rights & ~mode_t{S_IRWXG}) | (rights & S_IRWXO) << 3U;
   }
-  struct stat status {};
-  if (::fstat(handle, &status) != 0) return errno;
   // A disk without rights of its own, as most sticks are, refuses even those that it shows.
+  if (::fstat(handle, &status) != 0) return errno;
   if ((status.st_mode & 0777U) == rights) return 0;
   return ::fchmod(handle, rights) == 0 ? 0 : errno;
 }
@@ -194,9 +219,9 @@ std::unique_ptr<OpenFile> MakeFile(const path& file) {
 
 /// Writes a new file with the rights of `like`, where there is one. What fails takes it along. 0 or
 /// the error.
-int Fill(const OpenFile& output, const path& name, FileContent& content, const struct stat* like) {
+int Fill(const OpenFile& output, const path& name, FileContent& content, const path& like) {
   try {
-    int error = like != nullptr ? GiveRights(output.Handle(), *like) : 0;
+    int error = like.empty() ? 0 : GiveRights(output.Handle(), like);
     if (error == 0) error = WriteAll(output.Handle(), content);
     if (error != 0) ::unlink(name.c_str());
     return error;
@@ -281,9 +306,8 @@ class PosixFiles : public HostFiles {
     }
     const auto output = MakeAside(file, aside);
     if (!*output) return Fault(errno);
-    if (const int error = Fill(*output, aside, content, wasThere ? &old : nullptr); error != 0) {
-      return Fault(error);
-    }
+    const int error = Fill(*output, aside, content, wasThere ? file : path{});
+    if (error != 0) return Fault(error);
     stamp = Stamp(aside);
     return {};
   }
@@ -307,12 +331,10 @@ class PosixFiles : public HostFiles {
     FileStamp stamp;
     fault = Read(from, kStoreLimit, bytes, stamp);
     if (!fault.Empty()) return Copying::Failed;
-    struct stat like {};
-    if (::stat(from.c_str(), &like) != 0) return Failed(errno, fault);
     const auto output = MakeFile(to);
     if (!*output) return errno == EEXIST ? Copying::NameTaken : Failed(errno, fault);
     WholeContent content(bytes.View());
-    const int error = Fill(*output, to, content, &like);
+    const int error = Fill(*output, to, content, from);
     return error == 0 ? Copying::Done : Failed(error, fault);
   }
 
@@ -338,6 +360,11 @@ class PosixFiles : public HostFiles {
 };
 
 }  // namespace
+
+bool IsLink(const path& file) {
+  std::error_code error;
+  return std::filesystem::is_symlink(file, error);
+}
 
 void MakeOwnFolder(const path& folder) {
   if (::mkdir(folder.c_str(), S_IRWXU) == 0) return;

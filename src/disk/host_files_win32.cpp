@@ -298,26 +298,37 @@ class Win32Files : public HostFiles {
   }
 
   Copying KeepCopy(const path& from, const path& to, FileFault& fault) override {
-    if (::CopyFileW(from.c_str(), to.c_str(), TRUE) != FALSE) {
-      // A copy that may not be written could not be taken back where the file cannot be replaced.
-      const DWORD attributes = ::GetFileAttributesW(to.c_str());
-      if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        ::SetFileAttributesW(to.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
+    FileBytes bytes;
+    FileStamp stamp;
+    fault = Read(from, kStoreLimit, bytes, stamp);
+    if (!fault.Empty()) return Copying::Failed;
+    Rights rights(from);
+    DWORD error = ERROR_SUCCESS;
+    {
+      const auto output = MakeFile(to, rights);
+      if (!*output) {
+        error = ::GetLastError();
+        fault = Fault(error);
+        return error == ERROR_FILE_EXISTS ? Copying::NameTaken : Copying::Failed;
       }
-      // The copy must be on the disk before the file itself is replaced.
-      const OpenFile copy(to, GENERIC_WRITE, FILE_SHARE_READ, OPEN_EXISTING, 0);
-      if (copy) ::FlushFileBuffers(copy.Handle());
-      return Copying::Done;
+      WholeContent content(bytes.View());
+      error = WriteAll(output->Handle(), content);
     }
-    const DWORD error = ::GetLastError();
-    if (error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS) return Copying::NameTaken;
+    if (error == ERROR_SUCCESS) return Copying::Done;
     fault = Fault(error);
+    Remove(to);
     return Copying::Failed;
   }
 
   void Remove(const path& file) override { ::DeleteFileW(file.c_str()); }
 
  private:
+  /// A new file of this name: never one that is there, nor what a link names.
+  static std::unique_ptr<OpenFile> MakeFile(const path& file, Rights& rights) {
+    return std::make_unique<OpenFile>(file, GENERIC_WRITE, 0, CREATE_NEW,
+                                      FILE_FLAG_OPEN_REPARSE_POINT, rights.Get());
+  }
+
   /// A name of its own beside the file: what a run that was killed left, or somebody else put
   /// there, stays as it is. Not open where there can be none, the last error saying why.
   static std::unique_ptr<OpenFile> MakeAside(const path& file, path& aside, Rights& rights) {
@@ -325,8 +336,7 @@ class Win32Files : public HostFiles {
     const auto process = L"." + std::to_wstring(::GetCurrentProcessId());
     for (int number = 0;; ++number) {
       aside = Beside(file, process + (number > 0 ? L"-" + std::to_wstring(number) : L"") + L".tmp");
-      auto output =
-          std::make_unique<OpenFile>(aside, GENERIC_WRITE, 0, CREATE_NEW, 0, rights.Get());
+      auto output = MakeFile(aside, rights);
       if (*output || ::GetLastError() != ERROR_FILE_EXISTS || number == kNames) return output;
     }
   }
@@ -344,6 +354,11 @@ class Win32Files : public HostFiles {
 };
 
 }  // namespace
+
+bool IsLink(const path& file) {
+  const DWORD attributes = ::GetFileAttributesW(file.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
 
 void MakeOwnFolder(const path& folder) { std::filesystem::create_directories(folder); }
 

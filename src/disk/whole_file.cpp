@@ -58,6 +58,11 @@ void WriteWholeFile(const path& file, std::string_view bytes) {
   Check(aside.files->PutInPlace(aside.name, aside.target, aside.stamp));
 }
 
+void WriteOverLink(const path& file, std::string_view bytes) {
+  if (IsLink(file)) MakeHostFiles()->Remove(file);
+  WriteWholeFile(file, bytes);
+}
+
 void ReplaceWholeFile(const path& file, std::string_view bytes,
                       std::chrono::system_clock::time_point now) {
   auto aside = WriteAside(file, bytes);

@@ -29,6 +29,10 @@ bool TellTooLarge(const Messages& messages, const std::filesystem::path& file,
 /// system.
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
+/// As WriteWholeFile, for a folder that others may have filled: a link of that name is replaced,
+/// and what it leads to stays as it is.
+void WriteOverLink(const std::filesystem::path& file, std::string_view bytes);
+
 /// As WriteWholeFile, with a dated copy of what was there left beside it.
 void ReplaceWholeFile(const std::filesystem::path& file, std::string_view bytes,
                       std::chrono::system_clock::time_point now);

@@ -8,6 +8,7 @@
 #include "app/messages/errors.h"
 #include "app/messages/path_text.h"
 #include "app/messages/text.h"
+#include "disk/device_names.h"
 #include "disk/whole_file.h"
 
 namespace morvelle {
@@ -30,10 +31,16 @@ bool EndsAsText(std::string_view name) {
   });
 }
 
-/// A ":" after the drive's begins the name of a stream of some file, of any kind.
+/// As long as a path of Windows can be (MAX_PATH, less its zero).
+constexpr std::size_t kMostLength = 259;
+
+/// A ":" after the drive's begins the name of a stream of some file, of any kind; "?" stands in the
+/// names that the system has for its devices.
 bool IsFileName(std::string_view file) {
   constexpr std::size_t kDriveLength = 2;
-  return !HoldsControlCharacter(file) && file.find(':', kDriveLength) == std::string_view::npos;
+  return file.size() <= kMostLength && !HoldsControlCharacter(file) &&
+         file.find_first_of("*?\"<>|") == std::string_view::npos &&
+         file.find(':', kDriveLength) == std::string_view::npos;
 }
 
 /// Whether the path names another machine: to look there would already tell it who the user is.
@@ -56,13 +63,18 @@ SignatureTexts::Place SignatureTexts::Find(const std::string& file) const {
   if (!IsFileName(file)) return {{}, kNoFileName};
   if (!EndsAsText(file)) return {{}, kNoText};
   auto place = environment_.HostPath(file);
-  if (place.empty()) return {{}, kNoPlace};
+  // A path without its drive would mean whatever folder is the working one.
+  if (!place.is_absolute()) return {{}, kNoPlace};
+  place = place.lexically_normal();
+  if (IsDeviceName(PathText(place.filename()))) return {{}, kNoFileName};
   // Through a link it may be another file.
   if (!EndsAsText(PathText(place))) return {{}, kNoText};
   return {std::move(place), {}};
 }
 
 NamedText SignatureTexts::Read(const std::string& file) const {
+  // Nobody was asked.
+  if (IsOfNetwork(file)) return {{}, {}, true};
   auto place = Find(file);
   if (!place.refusal.empty()) {
     const auto here = environment_.HostPath(file);
@@ -77,41 +89,48 @@ NamedText SignatureTexts::Read(const std::string& file) const {
   return {std::move(place.file), std::move(bytes), !isRead};
 }
 
-void SignatureTexts::PutBack(const std::string& file, const path& kept) const {
-  const auto refusal = Write(file, kept);
-  if (refusal.empty()) return;
+bool SignatureTexts::PutBack(const std::string& file, const path& kept) const {
+  const auto place = Find(file);
+  std::string refusal(place.refusal);
+  if (refusal.empty()) refusal = Write(file, place.file, kept);
+  if (refusal.empty()) return true;
   std::string prompt;
   prompt += "Le fichier texte de cette signature n'a pas été remis à sa place ("_cp;
   prompt += refusal;
   prompt += ")\u00A0:"_cp;
   messages_.MsgNamed(prompt, {ShownPath(file)});
+  if (!place.refusal.empty()) return place.refusal == kNoPlace;
+  return !IsOfNetwork(file) && !IsThere(place.file);
 }
 
-std::string SignatureTexts::Write(const std::string& file, const path& kept) const {
-  const auto place = Find(file);
-  if (!place.refusal.empty()) return std::string(place.refusal);
+std::string SignatureTexts::Write(const std::string& file, const path& place,
+                                  const path& kept) const {
+  // Of the folder of exported files nobody knows who filled it.
+  if (IsLink(kept)) return "celui du dossier des fichiers est un lien";
   FileFault fault;
   const auto content = ReadWholeFile(kept, kTextFileLimit, &fault);
   if (!content) return fault.reason;
-  const bool isElsewhere = IsOfNetwork(file) || IsOfNetwork(PathText(place.file));
-  if (isElsewhere && !Agrees(file, place.file, false, true)) return std::string(kDeclined);
+  const bool isElsewhere = IsOfNetwork(file) || IsOfNetwork(PathText(place));
+  if (isElsewhere && !Agrees(file, place, false, true)) return std::string(kDeclined);
   std::error_code error;
-  if (!std::filesystem::is_directory(place.file.parent_path(), error)) {
+  if (!std::filesystem::is_directory(place.parent_path(), error)) {
     return std::string(kNoFolder);
   }
-  const bool isReplaced = IsThere(place.file);
+  const bool isReplaced = IsThere(place);
   if (isReplaced) {
-    const auto present = ReadWholeFile(place.file, kTextFileLimit, &fault);
+    const auto present = ReadWholeFile(place, kTextFileLimit, &fault);
     if (!present) return fault.reason;
     if (present == content) return {};
   }
-  if (!isElsewhere && !Agrees(file, place.file, isReplaced, isReplaced)) {
+  if (!isElsewhere && !Agrees(file, place, isReplaced, isReplaced)) {
     return std::string(kDeclined);
   }
   try {
-    ReplaceWholeFile(place.file, *content, environment_.Now());
+    ReplaceWholeFile(place, *content, environment_.Now());
   } catch (const RuntimeError& failure) {
-    return failure.Description();
+    auto reason = failure.Description();
+    reason.replace(0, 1, LowerCase(reason.substr(0, 1)));
+    return reason;
   }
   return {};
 }
@@ -120,8 +139,10 @@ bool SignatureTexts::Agrees(const std::string& file, const path& place, bool isR
                             bool isDoubtful) const {
   std::string question;
   question += "Le fichier texte de cette signature va être écrit ici\u00A0:"_cp;
-  question += "\r\"" + file + "\"";
-  if (const auto host = ShownPath(PathText(place)); host != file) question += "\r\"" + host + "\"";
+  const auto host = ShownPath(PathText(place));
+  // What ".." makes of a path is seen in the other one.
+  if (host != file && file.find("..") == std::string::npos) question += "\r\"" + file + "\"";
+  question += "\r\"" + host + "\"";
   if (isReplaced) {
     question += "\rUn autre fichier s'y trouve, dont une copie datée sera gardée."_cp;
   }
@@ -131,6 +152,7 @@ bool SignatureTexts::Agrees(const std::string& file, const path& place, bool isR
 }
 
 std::string ShownPath(std::string path) {
+  if (path.size() > kMostLength) path = path.substr(0, kMostLength) + "\x85";
   std::replace_if(path.begin(), path.end(), IsControlCharacter, '?');
   return path;
 }

@@ -28,14 +28,16 @@ class SignatureTexts {
 
   [[nodiscard]] NamedText Read(const std::string& file) const;
   /// Puts the bytes of `kept` in the place that `file` names, once the user agrees; a file with
-  /// other bytes leaves a dated copy. Says so when that is not done.
-  void PutBack(const std::string& file, const std::filesystem::path& kept) const;
+  /// other bytes leaves a dated copy. Says so when that is not done. False where something else
+  /// lies there, or may: the mail client would add it to every message.
+  [[nodiscard]] bool PutBack(const std::string& file, const std::filesystem::path& kept) const;
 
  private:
   struct Place;
   [[nodiscard]] Place Find(const std::string& file) const;
   /// Why it was not done, in a few words; empty when it was, or nothing was left to do.
-  [[nodiscard]] std::string Write(const std::string& file, const std::filesystem::path& kept) const;
+  [[nodiscard]] std::string Write(const std::string& file, const std::filesystem::path& place,
+                                  const std::filesystem::path& kept) const;
   [[nodiscard]] bool Agrees(const std::string& file, const std::filesystem::path& place,
                             bool isReplaced, bool isDoubtful) const;
 

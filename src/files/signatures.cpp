@@ -27,8 +27,8 @@ constexpr std::string_view kAskReplace =
 constexpr std::string_view kNoFreeName =
     "Cette identité a déjà trop de signatures : celle-ci n'a pas été importée"_cp;
 constexpr std::string_view kNotCopied =
-    "Sont copiés les textes .txt, .htm ou .html qui se trouvent sur les disques de cette "
-    "identité.\rCeux-ci ne l'ont pas été\u00A0:"_cp;
+    "N'ont pas été copiés (seuls le sont les textes .txt, .htm ou .html des disques de cette "
+    "identité)\u00A0:"_cp;
 constexpr std::string_view kFirstSubkey = "00000000";
 /// Names that are tried for a new signature.
 constexpr int kCandidates = 12;
@@ -151,14 +151,14 @@ bool Signatures::ExpSign() {
   bool textCopied = false;
   std::vector<std::string> leftOut;
   for (const auto& one : all) {
-    WriteWholeFile(folder_ / ToPath(one.sgn), SignatureText(one.signature));
+    WriteOverLink(folder_ / ToPath(one.sgn), SignatureText(one.signature));
     if (one.text.isLeftOut) leftOut.push_back(ShownPath(one.signature.file));
     if (!one.text.bytes) continue;
     textCopied = true;
     const auto target = TextTarget(one, all, others);
     std::error_code error;
     if (!std::filesystem::equivalent(one.text.place, target, error)) {
-      WriteWholeFile(target, *one.text.bytes);
+      WriteOverLink(target, *one.text.bytes);
     }
   }
   const auto what = subkeys.size() == 1 && !textCopied
@@ -210,7 +210,7 @@ std::optional<std::string> Signatures::SubkeyFor(const Signature& signature,
   return std::nullopt;
 }
 
-void Signatures::Write(const Signature& signature, const path& sgn) {
+void Signatures::Write(Signature signature, const path& sgn) {
   const auto subkeys = Subkeys(false);
   const auto subkey = SubkeyFor(signature, subkeys);
   if (!subkey || !CopyTextBack(signature, sgn)) return;
@@ -239,7 +239,7 @@ RegistryStatus Signatures::Store(const std::string& path, const Signature& signa
   return registry_.SetKeyValue(key.Handle(), "type", ValueKind::Dword, signature.type);
 }
 
-bool Signatures::CopyTextBack(const Signature& signature, const path& sgn) const {
+bool Signatures::CopyTextBack(Signature& signature, const path& sgn) const {
   if (IsBlank(signature.file)) return true;
   auto kept = folder_ / OwnName(signature, sgn);
   std::error_code error;
@@ -248,7 +248,7 @@ bool Signatures::CopyTextBack(const Signature& signature, const path& sgn) const
     registry_.Boxes().Msg(kTextMissing);
     return false;
   }
-  texts_.PutBack(signature.file, kept);
+  if (!texts_.PutBack(signature.file, kept)) signature.file.clear();
   return true;
 }
 

@@ -41,7 +41,7 @@ class Signatures {
   [[nodiscard]] std::string KeyPath() const;
   [[nodiscard]] std::vector<std::string> Subkeys(bool report);
   [[nodiscard]] Signature Read(const std::string& subkey);
-  void Write(const Signature& signature, const std::filesystem::path& sgn);
+  void Write(Signature signature, const std::filesystem::path& sgn);
   /// Where the signature goes: a subkey, or nothing when the user declines or none is left.
   [[nodiscard]] std::optional<std::string> SubkeyFor(const Signature& signature,
                                                      const std::vector<std::string>& subkeys);
@@ -56,8 +56,7 @@ class Signatures {
                                                  const std::vector<std::string>& others) const;
   /// Puts the signature's text file back in its place where that may be. False, after saying so,
   /// when the folder has no such text.
-  [[nodiscard]] bool CopyTextBack(const Signature& signature,
-                                  const std::filesystem::path& sgn) const;
+  [[nodiscard]] bool CopyTextBack(Signature& signature, const std::filesystem::path& sgn) const;
   [[nodiscard]] RegistryStatus Store(const std::string& path, const Signature& signature);
 
   RegistryAccess& registry_;

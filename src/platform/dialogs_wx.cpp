@@ -23,6 +23,10 @@ namespace {
 /// In pixels of 96 to the inch.
 constexpr int kGap = 12;
 constexpr int kMostTextWidth = 520;
+/// Letters of that width, fewer than there mostly are.
+constexpr std::size_t kLetters = 50;
+/// The longest text that is broken into lines by us, in letters.
+constexpr std::size_t kMostBroken = 8000;
 constexpr int kLeastInputWidth = 320;
 
 constexpr int kButtonMask = 0x0F;
@@ -92,17 +96,24 @@ void FitWithTitle(wxDialog& dialog, wxSizer& content) {
 
 /// A text as it stands; one that would not fit on the screen can be scrolled.
 wxWindow* MakeText(wxWindow* parent, const wxString& text) {
-  auto* label = new wxStaticText(parent, wxID_ANY, {});
-  label->SetName("message");
-  label->SetLabelText(text);
-  label->Wrap(parent->FromDIP(kMostTextWidth));
   const int most = wxDisplay(0U).GetClientArea().height * 2 / 3;
-  if (label->GetBestSize().y <= most) return label;
-  label->Destroy();
+  const int width = parent->FromDIP(kMostTextWidth);
+  // To break a text into lines takes a time that grows with the square of its length.
+  if (text.length() <= kMostBroken) {
+    auto* label = new wxStaticText(parent, wxID_ANY, {});
+    label->SetName("message");
+    label->SetLabelText(text);
+    label->Wrap(width);
+    // A path without a blank is not broken.
+    if (label->GetBestSize().y <= most && label->GetBestSize().x <= width * 5 / 4) return label;
+    label->Destroy();
+  }
   auto* scrolled = new wxTextCtrl(parent, wxID_ANY, text, wxDefaultPosition, wxDefaultSize,
                                   wxTE_MULTILINE | wxTE_READONLY);
   scrolled->SetName("message");
-  scrolled->SetMinSize(wxSize(parent->FromDIP(kMostTextWidth), most));
+  const auto lines = text.Freq('\n') + text.length() / kLetters + 2;
+  const int height = static_cast<int>(lines) * parent->GetCharHeight() * 5 / 4;
+  scrolled->SetMinSize(wxSize(width, lines < kMostBroken ? std::min(most, height) : most));
   return scrolled;
 }
 

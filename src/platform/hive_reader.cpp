@@ -7,11 +7,13 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 
 #include "app/messages/text.h"
 #include "platform/hive_cells.h"
+#include "platform/memory_guard.h"
 
 namespace morvelle {
 
@@ -27,6 +29,11 @@ using Allocated = std::unique_ptr<Type, FreeDeleter>;
 class BytesAsFile {
  public:
   explicit BytesAsFile(std::string_view bytes) : handle_(::memfd_create("hive", MFD_CLOEXEC)) {
+    // No limit of ours counts what a file in memory takes.
+    if (const auto left = MemoryLeft(); left > 0 && left < bytes.size()) {
+      Close();
+      throw std::bad_alloc();
+    }
     while (handle_ >= 0 && !bytes.empty()) {
       const auto count = ::write(handle_, bytes.data(), bytes.size());
       if (count < 0 && errno == EINTR) continue;

@@ -2,6 +2,8 @@
 
 #include <sys/resource.h>
 
+#include <cstdint>
+
 namespace morvelle {
 
 /// While it lives, asking for more memory than the machine has left fails with std::bad_alloc. The
@@ -19,5 +21,9 @@ class MemoryGuard {
   rlimit before_{};
   bool holds_ = false;
 };
+
+/// Bytes of memory that the machine has left, a tenth of them kept for others; 0 where it does not
+/// say.
+std::uint64_t MemoryLeft();
 
 }  // namespace morvelle

@@ -24,9 +24,10 @@ std::uint64_t BytesIn(const char* file, const std::string& name) {
 
 }  // namespace
 
+std::uint64_t MemoryLeft() { return BytesIn("/proc/meminfo", "MemAvailable") / 10 * 9; }
+
 MemoryGuard::MemoryGuard() {
-  // The last tenth is left to the others.
-  const auto left = BytesIn("/proc/meminfo", "MemAvailable") / 10 * 9;
+  const auto left = MemoryLeft();
   const auto taken = BytesIn("/proc/self/status", "VmData");
   if (left == 0 || taken == 0 || ::getrlimit(RLIMIT_DATA, &before_) != 0) return;
   auto limit = before_;

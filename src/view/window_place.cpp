@@ -4,10 +4,14 @@
 #include <wx/fileconf.h>
 #include <wx/filename.h>
 #include <wx/log.h>
+#include <wx/sstream.h>
 #include <wx/stdpaths.h>
 #include <wx/toplevel.h>
 
 #include <algorithm>
+#include <exception>
+
+#include "disk/whole_file.h"
 
 namespace morvelle {
 
@@ -26,6 +30,11 @@ std::vector<wxRect> Screens() {
     screens.insert(display.IsPrimary() ? screens.begin() : screens.end(), display.GetClientArea());
   }
   return screens;
+}
+
+std::filesystem::path PathOf(const wxString& name) {
+  const auto native = name.fn_str();
+  return {static_cast<const std::filesystem::path::value_type*>(native)};
 }
 
 int Area(const wxRect& rect) { return rect.width * rect.height; }
@@ -53,9 +62,14 @@ wxString WindowPlace::UsualFile() {
   return file.GetFullPath();
 }
 
+wxString WindowPlace::Kept() const {
+  return wxString::FromUTF8(ReadWholeFile(PathOf(file_), kSmallFileLimit).value_or(""));
+}
+
 wxPoint WindowPlace::Restore(wxTopLevelWindow& window, const wxSize& usualSize) const {
   const wxLogNull quiet;
-  const wxFileConfig config({}, {}, file_, {}, wxCONFIG_USE_LOCAL_FILE);
+  wxStringInputStream stream(Kept());
+  const wxFileConfig config(stream);
   wxSize size(static_cast<int>(config.ReadLong(kWidth, 0)),
               static_cast<int>(config.ReadLong(kHeight, 0)));
   const bool kept = size.x > 0 && size.y > 0;
@@ -75,9 +89,8 @@ wxPoint WindowPlace::Restore(wxTopLevelWindow& window, const wxSize& usualSize) 
 void WindowPlace::Keep(const wxTopLevelWindow& window) const {
   if (window.IsIconized()) return;
   const wxLogNull quiet;
-  const auto folder = wxFileName(file_).GetPath();
-  if (!wxFileName::Mkdir(folder, wxS_DIR_DEFAULT, wxPATH_MKDIR_FULL)) return;
-  wxFileConfig config({}, {}, file_, {}, wxCONFIG_USE_LOCAL_FILE);
+  wxStringInputStream stream(Kept());
+  wxFileConfig config(stream);
   config.Write(kMaximized, window.IsMaximized());
   if (!window.IsMaximized()) {
     const auto rect = window.GetRect();
@@ -87,7 +100,15 @@ void WindowPlace::Keep(const wxTopLevelWindow& window) const {
     config.Write(kWidth, size.x);
     config.Write(kHeight, size.y);
   }
-  config.Flush();
+  wxStringOutputStream text;
+  config.Save(text);
+  try {
+    const auto file = PathOf(file_);
+    MakeOwnFolder(file.parent_path());
+    WriteWholeFile(file, text.GetString().utf8_string());
+  } catch (const std::exception&) {
+    // The next start then takes the usual place.
+  }
 }
 
 }  // namespace morvelle

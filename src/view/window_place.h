@@ -30,6 +30,8 @@ class WindowPlace {
   void Keep(const wxTopLevelWindow& window) const;
 
  private:
+  /// What the file holds; nothing where it cannot be read.
+  [[nodiscard]] wxString Kept() const;
   wxString file_;
 };
 

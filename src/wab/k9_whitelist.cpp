@@ -27,7 +27,8 @@ bool MergeInto(const Messages& messages, const std::filesystem::path& emailsFile
   if (TellTooLarge(messages, emailsFile, fault)) return false;
   if (!present) throw RuntimeError(ErrorNumber::FileNotFound);
   if (IsReadOnly(emailsFile)) throw RuntimeError(ErrorNumber::PermissionDenied);
-  ReplaceWholeFile(emailsFile, MergedWhitelist(*present, std::move(addresses)), now);
+  const auto merged = MergedWhitelist(*present, std::move(addresses));
+  if (merged != *present) ReplaceWholeFile(emailsFile, merged, now);
   return true;
 }
 

@@ -89,7 +89,8 @@ TEST_F(SettingsTest, AFileThatMayNotBeWrittenStays) {
   file.Write();
   EXPECT_EQ(ReadFile(ini), "Auto\r\nSilent\r\n");
   std::filesystem::resize_file(ini, kSmallFileLimit + 1);
-  dialogs.Expect(FileFailure(ini, "ne peut être ouvert"_cp, "il est trop grand (plus de 1 Mo)"));
+  dialogs.Expect(
+      FileFailure(ini, "ne peut être ouvert"_cp, "il dépasse la taille permise, 1 Mo"_cp));
   EXPECT_THROW(file.Read(), ProgramEnd);
   std::filesystem::permissions(ini, std::filesystem::perms::none);
   dialogs.Expect("Permission refusée"_cp, kBoxOk, "ReadSettings");

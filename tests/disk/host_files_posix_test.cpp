@@ -2,8 +2,11 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 
 #include "disk/host_files.h"
@@ -102,6 +105,21 @@ TEST_F(PosixFilesTest, AGroupThatCannotBeKeptTakesNoRightsAlong) {
   ::chmod(folder_.Path().c_str(), 0777);
   EXPECT_TRUE(WriteAside(file).Empty());
   EXPECT_EQ(rightsAtFirst_, 0664U) << "by who may give it";
+  // u::rw-,u:1:rw-,g::---,m::rw-,o::r--: the list lets the group do less than the rights show.
+  constexpr std::string_view kList(
+      "\2\0\0\0\1\0\6\0\xff\xff\xff\xff\2\0\6\0\1\0\0\0\4\0\0\0\xff\xff\xff\xff"
+      "\x10\0\6\0\xff\xff\xff\xff\x20\0\4\0\xff\xff\xff\xff",
+      44);
+  const auto other = folder_.Write("liste.reg", "ancien");
+  if (::setxattr(other.c_str(), "system.posix_acl_access", kList.data(), kList.size(), 0) == 0) {
+    files_->Remove(aside_);
+    EXPECT_TRUE(WriteAside(other).Empty());
+    std::array<char, 64> list{};
+    const auto size =
+        ::getxattr(aside_.c_str(), "system.posix_acl_access", list.data(), list.size());
+    EXPECT_EQ(std::string_view(list.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))),
+              kList);
+  }
   files_->Remove(aside_);
   EXPECT_EQ(::seteuid(65534), 0);
   EXPECT_TRUE(WriteAside(file).Empty());
@@ -148,8 +166,8 @@ TEST_F(PosixFilesTest, ReadsPlainFilesWithinTheirLimit) {
   ::mkfifo((folder_ / "tube").c_str(), 0600);
   EXPECT_EQ(read("tube", 9), "ce n'est pas un fichier ordinaire");
   std::filesystem::resize_file(folder_.Write("vaste.reg", ""), std::uintmax_t{20} << 30U);
-  EXPECT_EQ(read("vaste.reg", kStoreLimit), "il est trop grand (plus de 1 Go)");
-  EXPECT_EQ(read("vaste.reg", kTextFileLimit), "il est trop grand (plus de 64 Mo)");
+  EXPECT_EQ(read("vaste.reg", kStoreLimit), "il dépasse la taille permise, 1 Go"_cp);
+  EXPECT_EQ(read("vaste.reg", kTextFileLimit), "il dépasse la taille permise, 64 Mo"_cp);
   folder_.Write("juste.sgn", "abc");
   EXPECT_EQ(read("juste.sgn", 3), "");
   EXPECT_EQ(bytes.View(), "abc");

@@ -41,6 +41,8 @@ TEST(WholeFileTest, AFileIsReplacedWhole) {
   EXPECT_EQ(ErrorOf(folder / "lien.roe"), 0);
   EXPECT_EQ(folder.Read("a.roe"), "neuf");
   EXPECT_EQ(folder.Names(), (std::set<std::string>{"a.roe", "lien.roe"}));
+  WriteOverLink(folder / "lien.roe", "à lui");
+  EXPECT_EQ(folder.Read("a.roe") + folder.Read("lien.roe"), "neufà lui");
 }
 
 TEST(WholeFileTest, ReachesTheDiskBeforeItTakesTheName) {

@@ -160,7 +160,7 @@ TEST_F(EditedFileTest, SaysWhyAFileCannotBeOpened) {
       {"pipe", "ce n'est pas un fichier ordinaire"},
       {"wrong.reg", "ce n'est ni une ruche (NTUSER.DAT) ni un fichier de registre"},
       {"empty.reg", "il est vide"},
-      {"huge.reg", "il est trop grand (plus de 1 Go)"},
+      {"huge.reg", "il d\xE9passe la taille permise, 1 Go"},
       {"NTUSER.DAT", "que Morvelle n'ouvre que sous Linux"},
   };
   for (const auto& [name, reason] : cases) {

@@ -75,7 +75,7 @@ TEST_F(AddedWordsTest, AFilterThatCannotBeReadIsNamedAndAddsNothing) {
       << "nothing read, nothing changed";
   for (const int i : {0, 3}) Check(i);
   dialogs.Expect(FileFailure(Own("Brisquet_asiatique.oe"), "ne peut être ouvert"_cp,
-                             "il est trop grand (plus de 1 Mo)"));
+                             "il dépasse la taille permise, 1 Mo"_cp));
   dialogs.Expect("Fichier " + kEnglish + std::string(kUnreadable));
   Click("cmdFiltres");
   EXPECT_THAT(Words(kSender), ElementsAre("alpha", "beta"));

@@ -314,7 +314,7 @@ TEST_F(RuleFilesTest, WhatIsNoGoodFileChangesNothing) {
   std::filesystem::resize_file(File("vaste.moe"), kTextFileLimit + 1);
   fileDialogs.Choose(File("vaste.moe"));
   dialogs.Expect(FileFailure(File("vaste.moe"), "ne peut être ouvert"_cp,
-                             "il est trop grand (plus de 64 Mo)"));
+                             "il dépasse la taille permise, 64 Mo"_cp));
   dialogs.Expect(kCannotImport);
   Choose("mnuImpAllRules");
   dialogs.Expect(kCannotImport);

@@ -45,7 +45,8 @@ struct SignaturesTest : Window {
                       Button answer = Button::Yes) {
     std::string prompt;
     prompt += "Le fichier texte de cette signature va être écrit ici\u00A0:"_cp;
-    prompt += "\r\"" + file + "\"\r\"" + environment.HostPath(file).string() + "\"";
+    if (file.find("..") == std::string::npos) prompt += "\r\"" + file + "\"";
+    prompt += "\r\"" + environment.HostPath(file).string() + "\"";
     prompt += isReplaced ? kReplaced : "";
     prompt += "\rÊtes-vous d'accord\u00A0?"_cp;
     dialogs.Expect(prompt, kBoxYesNo + kBoxQuestion + defaultButton, kAppTitle, answer);
@@ -254,7 +255,16 @@ TEST_F(SignaturesTest, ATextOfBadIntentIsNotPutBackAndItsSignatureComesIn) {
   ExpectNotPutBack("vous ne l'avez pas voulu", "C:\\s.txt");
   dialogs.Expect(kImported);
   Import("C:\\s.txt\r\nPerso\r\n\r\n 2 \r\n");
+  std::filesystem::remove(Own("s.txt"));
+  std::filesystem::create_symlink(folder / "home" / ".bashrc", Own("s.txt"));
+  dialogs.Expect(kAskReplace, Button::Yes);
+  ExpectNotPutBack("celui du dossier des fichiers est un lien", "C:\\new\\..\\s.txt");
+  dialogs.Expect(kImported);
+  Import("C:\\new\\..\\s.txt\r\nPerso\r\n\r\n 2 \r\n");
   EXPECT_TRUE(store.HasKey(kSignatures + "\\00000009"));
+  EXPECT_THAT(Dump(), testing::Not(testing::AnyOf(testing::HasSubstr(".bashrc"),
+                                                  testing::HasSubstr("C:\\s.txt"))))
+      << "the mail client would add that file to every message";
   EXPECT_EQ(ReadFile(drive / "s.txt"), "mien");
   EXPECT_EQ(ReadFile(folder / "home" / ".bashrc"), "mien");
 }
@@ -287,8 +297,8 @@ TEST_F(SignaturesTest, AnExportTakesTextsAndNothingElse) {
   StartWithTwoRules();
   dialogs.Expect(std::string(kSeveral) + Folder());
   dialogs.Expect(
-      "Sont copiés les textes .txt, .htm ou .html qui se trouvent sur les disques de cette "
-      "identité.\rCeux-ci ne l'ont pas été\u00A0:\r\"C:\\s.doc\"\r\"C:\\key.txt\"\r\"C:\\large.txt\""_cp,
+      "N'ont pas été copiés (seuls le sont les textes .txt, .htm ou .html des disques de cette "
+      "identité)\u00A0:\r\"C:\\s.doc\"\r\"C:\\key.txt\"\r\"C:\\large.txt\""_cp,
       kBoxExclamation, kAppTitle);
   Choose("mnuExpSign");
   for (const auto* name : {"s.doc", "large.txt", "key.txt"}) {
