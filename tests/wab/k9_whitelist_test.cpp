@@ -134,7 +134,7 @@ TEST_F(K9Test, IsStoppedAndStartedAgain) {
   k9.UpDateWhiteListK9(file);
 }
 
-TEST_F(K9Test, OneThatCannotBeStoppedKeepsItsList) {
+TEST_F(K9Test, OneThatCannotBeStoppedKeepsItsListAsDoesABookWithoutAddress) {
   Running();
   processes.canBeStopped = false;
   dialogs.Expect(kNotStopped, kBoxStop, kAppTitle);
@@ -145,9 +145,6 @@ TEST_F(K9Test, OneThatCannotBeStoppedKeepsItsList) {
   k9.UpDateWhiteListK9(file);
   EXPECT_EQ(ReadFile(file), kOld);
   EXPECT_THAT(processes.killed, IsEmpty()) << "one that could not be started again is not stopped";
-}
-
-TEST_F(K9Test, ABookWithoutAddressLeavesAllAsItIs) {
   Running();
   addressBook.addresses = {std::nullopt};
   k9.UpDateWhiteListK9(file);
