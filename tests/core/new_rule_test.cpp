@@ -65,9 +65,8 @@ TEST(NewRule, ItsRowStartsBlankAndTheOrderFromTheRows) {
   EXPECT_EQ(row, 2);
   EXPECT_EQ(model.tables.Mail.Order, "000 001 002");
   const std::string blank = "\n|||||";
-  EXPECT_EQ(model.Row(row), "002 Neuve 1\n000\n000|0|6|stored01\x04~~" + std::string(1, '\0') +
-                                "\n" + blank + blank + blank + blank);
-  EXPECT_EQ(model.tables.RuleAt(row).Version, "0");
+  EXPECT_EQ(model.Row(row), "002 Neuve 1 0\n000\n000|0|6|stored01\x04~~" + std::string(1, '\0') +
+                                "|65\n" + blank + blank + blank + blank);
 
   model.deletedItems = "court";
   model.set.Remove(kTestMailKey, "Order");
@@ -77,7 +76,7 @@ TEST(NewRule, ItsRowStartsBlankAndTheOrderFromTheRows) {
   EXPECT_EQ(AddRow(model.tables, "000", "Seule"), 0);
   GiveDefaultAction(model.tables, 0, model);
   EXPECT_EQ(model.tables.Mail.Order, "000");
-  EXPECT_EQ(model.Row(0), "000 Seule 1\n000\n000|0|12|\n" + blank + blank + blank + blank)
+  EXPECT_EQ(model.Row(0), "000 Seule 1 0\n000\n000|0|12||\n" + blank + blank + blank + blank)
       << "no move is made up without the folder";
 }
 

@@ -36,11 +36,12 @@ TEST_F(RuleLoaderTest, ReadsRulesInTheirOrderWithEveryField) {
   EXPECT_EQ(tables.Mail.Version, "327680");
   EXPECT_EQ(model.display.rules, (std::vector<std::string>{"002 Courses", "000 Listes"}))
       << "by position, whatever stands between the ids";
-  EXPECT_EQ(model.Row(0),
-            "002 Courses 0\n000 001 002\n000|0|6|stored01\t\0\0\0\n001|0|2|a@b.c\n002|0|10|3\n"
-            "000\n000|0|0|22|x\0\0\0|65\n|||||\n|||||\n|||||\n000|0|0|22|x\0\0\0|65"s);
+  EXPECT_EQ(
+      model.Row(0),
+      "002 Courses 0 0\n000 001 002\n000|0|6|stored01\t\0\0\0|65\n001|0|2|a@b.c|30\n002|0|10|3|19\n"
+      "000\n000|0|0|22|x\0\0\0|65\n|||||\n|||||\n|||||\n000|0|0|22|x\0\0\0|65"s);
   EXPECT_EQ(model.Row(1),
-            "000 Listes 1\n000\n000|0|12|\n000 001 002\n000|2|1|8|b\0a\0\0\0|65\n"
+            "000 Listes 1 0\n000\n000|0|12||\n000 001 002\n000|2|1|8|b\0a\0\0\0|65\n"
             "001|1|2|15|40|19\n002|0|0|20||\n|||||\n000|2|1|8|b\0a\0\0\0|65\n|||||\n|||||"s);
   EXPECT_EQ(model.display.panels[9], "");
 }
@@ -158,7 +159,7 @@ TEST_F(RuleLoaderTest, AReloadStartsFromBlank) {
   ASSERT_EQ(tables.Rule.size(), 1U);
   EXPECT_EQ(tables.Mail.Version, "");
   EXPECT_EQ(model.Row(),
-            "001 B \n\n000\n000|0|0|8|z\0\0\0|65\n|||||\n000|0|0|8|z\0\0\0|65\n|||||\n|||||"s)
+            "001 B  0\n\n000\n000|0|0|8|z\0\0\0|65\n|||||\n000|0|0|8|z\0\0\0|65\n|||||\n|||||"s)
       << "a failed read leaves nothing of the row before";
   EXPECT_EQ(tables.RuleAt(0).CriteriaParam[1].Type, "");
 }
@@ -180,9 +181,8 @@ TEST_F(RuleLoaderTest, AReloadFindsEveryChangeAndKeepsTheRest) {
   EXPECT_EQ(tables.RuleAt(2).Version, "77");
   tables.RuleAt(2).Version = "0";
   const auto loaded = [&] {
-    auto text = testing::PrintToString(model.display.rules);
-    for (int row = 0; row < tables.RuleCount; ++row) text += model.Row(row) + "\n";
-    return text + testing::PrintToString(model.display.editable);
+    return ShownRows(tables) + testing::PrintToString(model.display.rules) +
+           testing::PrintToString(model.display.editable);
   };
   const auto reloaded = loaded();
   model.store.tellsChanges = false;

@@ -42,6 +42,41 @@ class RecordedDisplay : public RuleDisplay, public WordListDisplay {
   }
 };
 
+inline std::string ShownCriterion(const CriterionRecord& record) {
+  return "\n" + record.Id + "|" + record.Flags + "|" + record.Logic + "|" + record.Type + "|" +
+         record.Value + "|" + record.ValueType;
+}
+
+/// A rule as the tables hold it; "+" stands before what lies behind the entries that count.
+inline std::string ShownRow(const RuleTables& tables, int row) {
+  const auto at = static_cast<std::size_t>(row);
+  const auto& rule = tables.RuleAt(row);
+  auto text = rule.Id + " " + rule.Name + " " + rule.Enabled + " " + rule.Version + "\n" +
+              rule.ActionsOrder;
+  for (std::size_t j = 0; j < kMaxEntries; ++j) {
+    const auto& action = rule.ActionsParam[j];
+    const bool counts = j < tables.Actions[at];
+    if (!counts && action.Type.empty()) continue;
+    text += (counts ? "\n" : "+\n") + action.Id + "|" + action.Flags + "|" + action.Type + "|" +
+            action.Value + "|" + action.ValueType;
+  }
+  text += "\n" + rule.CriteriaOrder;
+  for (std::size_t j = 0; j < kMaxEntries; ++j) {
+    const auto& criterion = rule.CriteriaParam[j];
+    const bool counts = j < tables.Criteria[at];
+    if (counts || !criterion.Type.empty()) text += (counts ? "" : "+") + ShownCriterion(criterion);
+  }
+  for (const auto& slot : tables.FirstCriteria[at]) text += ShownCriterion(slot);
+  return text;
+}
+
+/// All the rules.
+inline std::string ShownRows(const RuleTables& tables) {
+  std::string text;
+  for (int row = 0; row < tables.RuleCount; ++row) text += ShownRow(tables, row) + "\n";
+  return text;
+}
+
 /// The rule model over a store of a test's own, as the window stands over it.
 class RuleModel : public DeletedItemsSource {
  public:
@@ -85,26 +120,7 @@ class RuleModel : public DeletedItemsSource {
   std::string refusal;
 
   [[nodiscard]] std::string Dump() { return DumpOf(store); }
-  /// A rule as the tables hold it.
-  [[nodiscard]] std::string Row(int row = 0) const {
-    const auto at = static_cast<std::size_t>(row);
-    const auto& rule = tables.RuleAt(row);
-    auto text = rule.Id + " " + rule.Name + " " + rule.Enabled + "\n" + rule.ActionsOrder;
-    for (std::size_t j = 0; j < tables.Actions[at]; ++j) {
-      const auto& action = rule.ActionsParam[j];
-      text += "\n" + action.Id + "|" + action.Flags + "|" + action.Type + "|" + action.Value;
-    }
-    text += "\n" + rule.CriteriaOrder;
-    for (std::size_t j = 0; j < tables.Criteria[at]; ++j) text += Shown(rule.CriteriaParam[j]);
-    for (const auto& slot : tables.FirstCriteria[at]) text += Shown(slot);
-    return text;
-  }
-
- private:
-  static std::string Shown(const CriterionRecord& record) {
-    return "\n" + record.Id + "|" + record.Flags + "|" + record.Logic + "|" + record.Type + "|" +
-           record.Value + "|" + record.ValueType;
-  }
+  [[nodiscard]] std::string Row(int row = 0) const { return ShownRow(tables, row); }
 };
 
 }  // namespace morvelle

@@ -4,6 +4,7 @@
 
 #include "app/messages/errors.h"
 #include "tests/core/rule_model.h"
+#include "tests/support/temp_folder.h"
 
 namespace morvelle {
 namespace {
@@ -29,21 +30,6 @@ class RuleWriterTest : public testing::Test {
     EXPECT_EQ(settled, model.Row());
   }
 };
-
-/// The lines of a criterion as the builder of rule sets makes it.
-std::string Lines(const std::string& id, int type, const std::string& logic, int valueType,
-                  const std::string& value) {
-  return id + "\\Type = " + std::to_string(type) + "\n" + id + "\\Flags = 0\n" + id +
-         "\\Logic = " + logic + "\n" + id + "\\ValueType = " + std::to_string(valueType) + "\n" +
-         id + "\\Value = " + value + "\n";
-}
-std::string SizeLines(const std::string& id, int size) {
-  return Lines(id, 15, "0", 19, std::to_string(size));
-}
-std::string WordLines(const std::string& id, int type, const std::string& words,
-                      const std::string& logic = "0") {
-  return Lines(id, type, logic, 65, "3:\"" + words + "\"");
-}
 
 TEST_F(RuleWriterTest, WhatWasNotTouchedStaysByteForByte) {
   set.Order("000").PlainRule("000", "A", "000 001 002 003 004 005 006");
@@ -74,16 +60,12 @@ TEST_F(RuleWriterTest, WhatWasNotTouchedStaysByteForByte) {
 
 TEST_F(RuleWriterTest, KeptCriteriaOfAnyKindAreRenumberedWithAllTheyHold) {
   set.Order("000").PlainRule("000", "A", "000 002 005").Words("000", 12, {"b", "a"}, 0, 1);
-  set.Criterion("002", 99, 4, 7).Raw("Extra", ValueKind{0x12}, "\1\2");
+  set.Criterion("002", 99, 4, 7).Raw("Extra", ValueKind{0x12}, "xy");
   set.Criterion("005", 15).Number(5);
   set.PutText(kTestMailKey + "000\\Criteria\\002\\Sous", "v", "w");
   model.Open();
   SaveAndReload();
-  EXPECT_EQ(Criteria(),
-            "Order = \"000 001 002\"\n"
-            "000\\Type = 99\n000\\Flags = 4\n000\\Logic = 7\n000\\Extra = 18:\"\1\2\"\n"
-            "000\\Sous\\v = \"w\"\n" +
-                SizeLines("001", 5) + WordLines("002", 12, "b~a~~~", "1"))
+  EXPECT_EQ(Criteria(), ReadFile(MORVELLE_STORED "/renumbered.txt"))
       << "000 and 002 exchange their places";
   const auto once = model.Dump();
   SaveAndReload();
@@ -97,9 +79,7 @@ TEST_F(RuleWriterTest, EditedListsAreSortedAndOnceTheOthersKeepTheirBytes) {
   EXPECT_EQ(lists[1], (std::vector<std::string>{"b", "a"})) << "the first of a kind owns the slot";
   lists[1] = {"b", "a", "c", "a"};
   ASSERT_TRUE(model.Save());
-  EXPECT_EQ(Criteria(), "Order = \"000 001 002\"\n" + WordLines("000", 8, "second~~~", "1") +
-                            WordLines("001", 12, "b~a~b~~~", "1") +
-                            WordLines("002", 8, "a~b~c~~~", "1"));
+  EXPECT_EQ(Criteria(), ReadFile(MORVELLE_STORED "/edited.txt"));
 }
 
 TEST_F(RuleWriterTest, CriteriaComeAndGoWithTheirWords) {
@@ -117,9 +97,7 @@ TEST_F(RuleWriterTest, CriteriaComeAndGoWithTheirWords) {
   lists[0].clear();
   model.registry.DeleteKey(kTestMailKey + "000\\Criteria\\001");  // Its key is written again.
   SaveAndReload();
-  EXPECT_EQ(Criteria(),
-            "Order = \"000\"\n000\\Flags = 0\n000\\Logic = 0\n000\\Type = 22\n"
-            "000\\Value = 3:\"x~y~~~\"\n000\\ValueType = 65\n");
+  EXPECT_EQ(Criteria(), ReadFile(MORVELLE_STORED "/made_again.txt"));
 }
 
 TEST_F(RuleWriterTest, NothingIsWrittenUnderAnIdThatIsNone) {
@@ -137,18 +115,16 @@ TEST_F(RuleWriterTest, NothingIsWrittenUnderAnIdThatIsNone) {
 TEST_F(RuleWriterTest, ARuleWithoutActionsGetsAMoveToTheDeletedItems) {
   set.Order("000").Rule("000", "A").Actions("").Criteria("000").Words("000", 8, {"x"});
   model.Open();
-  for (const auto* const none : {"", "stored01\x04~", "stored01\x04~~~"}) {
+  for (const auto* const none : {"", "stored01++", "stored01++++"}) {
     model.deletedItems = none;
     const auto before = model.Dump();
     EXPECT_FALSE(model.Save()) << none;
     EXPECT_EQ(model.refusal, "Erreur de lecture du fichier Folders.dbx");
     EXPECT_EQ(model.Dump(), before);
   }
-  model.deletedItems = "stored01\x04++";
+  model.deletedItems = "stored01+++";
   SaveAndReload();
-  EXPECT_EQ(Below("Actions"),
-            "Order = \"000\"\n000\\Flags = 0\n000\\Type = 6\n"
-            "000\\Value = 3:\"stored01\x04++~\"\n000\\ValueType = 65\n");
+  EXPECT_EQ(Below("Actions"), ReadFile(MORVELLE_STORED "/default_action.txt"));
 }
 
 TEST_F(RuleWriterTest, AnOrderOfActionsNamesThoseThatAreThereOnce) {
@@ -199,15 +175,7 @@ TEST_F(RuleWriterTest, ANewRuleIsWrittenWholeItsNumbersConverted) {
   rule.CriteriaParam[2] = {"002", "0", "1", "8", "x\0\0\0"s, "65"};
   tables.Criteria[1] = 3;
   ASSERT_TRUE(model.Save(1, {}));
-  EXPECT_EQ(DumpOf(model.store, kTestMailKey + "001"),
-            "Name = \"B\"\nEnabled = 0\nVersion = 0\nActions\\Order = \"000\"\n"
-            "Actions\\000\\Flags = 0\nActions\\000\\Type = 10\n"
-            "Actions\\000\\Value = 4294967291\nActions\\000\\ValueType = 19\n"
-            "Criteria\\Order = \"000 001\"\n"
-            "Criteria\\000\\Flags = 1\nCriteria\\000\\Logic = 2\nCriteria\\000\\Type = 19\n"
-            "Criteria\\000\\Value = \"compte\"\nCriteria\\000\\ValueType = 30\n"
-            "Criteria\\001\\Flags = 0\nCriteria\\001\\Logic = 1\nCriteria\\001\\Type = 8\n"
-            "Criteria\\001\\Value = 3:\"x~~~\"\nCriteria\\001\\ValueType = 65\n");
+  EXPECT_EQ(DumpOf(model.store, kTestMailKey + "001"), ReadFile(MORVELLE_STORED "/new_rule.txt"));
 }
 
 TEST_F(RuleWriterTest, EveryConversionComesBeforeTheFirstWrite) {
@@ -258,7 +226,7 @@ TEST_F(RuleWriterTest, ADamagedOrderNeverLeadsOutOfItsKey) {
   model.dialogs.AllowAnyBox();
   model.Open();
   ASSERT_TRUE(model.Save());
-  EXPECT_EQ(Criteria(), "Order = \"000\"\n" + WordLines("000", 8, "x~~~") + "voisin\\v = \"w\"\n");
+  EXPECT_EQ(Criteria(), ReadFile(MORVELLE_STORED "/neighbour.txt"));
 }
 
 }  // namespace

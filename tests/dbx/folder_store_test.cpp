@@ -35,9 +35,16 @@ class FolderStoreTest : public testing::Test {
     return names;
   }
   void ExpectBadFile() { dialogs_.Expect(kBadFile, kStop, "Folders"); }
-  void ExpectBadNode(std::int64_t offset) {
-    dialogs_.Expect(std::string("Incohérence Lecture de l'arbre : "_cp) + std::to_string(offset),
-                    kStop, "Lecture de Folders.dbx");
+  /// A file that is no list of folders, which is said after its bad node.
+  void ExpectRefused(const std::string& bytes, std::optional<std::int64_t> badNode = {}) {
+    if (badNode) {
+      dialogs_.Expect(
+          std::string("Incohérence Lecture de l'arbre : "_cp) + std::to_string(*badNode), kStop,
+          "Lecture de Folders.dbx");
+    }
+    ExpectBadFile();
+    EXPECT_EQ(Read(bytes), "False");
+    dialogs_.ExpectAllShown();
   }
   void ExpectBadRecord(std::int64_t offset) {
     dialogs_.Expect(std::string("Incohérence Lecture de l'index : "_cp) + std::to_string(offset),
@@ -91,15 +98,11 @@ TEST_F(FolderStoreTest, RefusesAFileThatIsNotAFolderList) {
   for (const std::size_t offset : {0U, 3U, 4U, 7U}) {
     auto bad = good;
     bad[offset] = static_cast<char>(bad[offset] - 1);
-    ExpectBadFile();
-    EXPECT_EQ(Read(bad), "False") << "byte " << offset;
+    ExpectRefused(bad);
   }
   EXPECT_FALSE(IsDeletedItems("False"));
   EXPECT_EQ(Read(good), kMark + "\x05\0\0"s) << "read again after a failure";
-  for (const std::size_t size : {0U, 7U, 27U, 239U}) {
-    ExpectBadFile();
-    EXPECT_EQ(Read(good.substr(0, size)), "False") << size << " bytes";
-  }
+  for (const std::size_t size : {0U, 7U, 27U, 239U}) ExpectRefused(good.substr(0, size));
 }
 
 TEST_F(FolderStoreTest, ReportsAFileThatCannotBeOpened) {
@@ -115,22 +118,15 @@ TEST_F(FolderStoreTest, ReportsABadNodeTwice) {
   // Nothing there, an empty store, past the end, before the beginning, cut after its own pointer.
   auto elsewhere = good;
   elsewhere.PutLong(good.nodeOffset, good.nodeOffset + 4);
-  ExpectBadNode(good.nodeOffset);
-  ExpectBadFile();
-  EXPECT_EQ(Read(elsewhere), "False");
+  ExpectRefused(elsewhere.bytes, good.nodeOffset);
   for (const auto& [stored, shown] : std::vector<std::pair<std::uint32_t, std::int64_t>>{
            {0, 0}, {0x7FFFFFFF, 0x7FFFFFFF}, {0xFFFFFFFE, -2113929218}, {0x81FFFFFF, -1}}) {
     auto bad = good;
     bad.PutLong(0xEC, stored);
-    ExpectBadNode(shown);
-    ExpectBadFile();
-    EXPECT_EQ(Read(bad), "False");
+    ExpectRefused(bad.bytes, shown);
   }
-  ExpectBadNode(good.nodeOffset);
-  ExpectBadFile();
-  EXPECT_EQ(Read(good.bytes.substr(0, good.nodeOffset + 17)), "False");
-  ExpectBadFile();
-  EXPECT_EQ(Read(good.bytes.substr(0, good.nodeOffset + 24 + 3)), "False") << "cut in its entries";
+  ExpectRefused(good.bytes.substr(0, good.nodeOffset + 17), good.nodeOffset);
+  ExpectRefused(good.bytes.substr(0, good.nodeOffset + 24 + 3));  // Cut in its entries.
 }
 
 TEST_F(FolderStoreTest, GoesOnAfterABadRecord) {

@@ -1,6 +1,6 @@
 #include "files/rule_file_reader.h"
 
-#include <gtest/gtest.h>
+#include "tests/core/rule_model.h"
 
 namespace morvelle {
 namespace {
@@ -48,25 +48,18 @@ TEST(RuleFileReaderTest, EntriesAreNumberedByTheirPlace) {
   ASSERT_EQ(file.verdict, RuleFileVerdict::Good);
   EXPECT_EQ(file.version, "327680");
   ASSERT_EQ(file.rules.size(), 2U);
-  const auto& block = file.rules[0];
-  EXPECT_EQ(block.Name, "Été");
-  EXPECT_EQ(block.Enabled, "");
-  ASSERT_EQ(block.actions.size(), 2U);
-  EXPECT_EQ(block.actions[0].Value, kFolder);
-  EXPECT_EQ(block.actions[1].Id, "001");
-  ASSERT_EQ(block.criteria.size(), 2U);
-  EXPECT_EQ(block.criteria[0].Value, "alpha\0\n\0\0\0"s);
-  EXPECT_EQ(block.criteria[0].Flags, "-1");
-  EXPECT_TRUE(file.rules[1].criteria.empty()) << "\"000\" and no criterion";
 
   RuleTables tables;
   tables.SlotType = {"12", "8", "9", "22"};
-  FillRow(tables, 0, "0A0", block);
-  EXPECT_EQ(tables.SlotOf(0, 1).Id, "000") << "the first of its kind";
-  EXPECT_EQ(tables.RuleAt(0).ActionsOrder, "000 001");
-  EXPECT_EQ(tables.RuleAt(0).CriteriaOrder, "000 001");
+  const auto first = "000|-1|1|8|alpha\0\n\0\0\0|65\n"s;
+  FillRow(tables, 0, "0A0", file.rules[0]);
+  EXPECT_EQ(ShownRow(tables, 0), "0A0 Été  0\n000 001\n000|0|6|" + kFolder +
+                                     "|65\n001|0|12||\n000 001\n" + first +
+                                     "001|-1|1|8|autre\0\0\0|65\n|||||\n"s + first + "|||||\n|||||")
+      << "the first of its kind is its slot's";
   FillRow(tables, 0, "0A1", file.rules[1]);
-  EXPECT_EQ(tables.RuleAt(0).CriteriaParam[0].Type, "") << "nothing is left of the row before";
+  EXPECT_EQ(ShownRow(tables, 0), "0A1 B  0\n\n\n|||||\n|||||\n|||||\n|||||")
+      << "\"000\" and no criterion; nothing is left of the row before";
 }
 
 TEST(RuleFileReaderTest, OnlyAReturnWithALineFeedEndsAValue) {

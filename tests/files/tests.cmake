@@ -5,5 +5,6 @@ morvelle_test(files_tests
 target_compile_definitions(files_tests PRIVATE
   MORVELLE_LISTING="${CMAKE_CURRENT_LIST_DIR}/listing.txt"
   MORVELLE_MAKE_PREFILTERS="${PROJECT_BINARY_DIR}/data/make_prefilters"
+  MORVELLE_RULE_FILE="${CMAKE_CURRENT_LIST_DIR}/rule_file.txt"
   MORVELLE_PREFILTERS="${PROJECT_BINARY_DIR}/share/morvelle/prefiltres")
 add_dependencies(files_tests prefilters)

@@ -62,14 +62,7 @@ class HiveStoreTest : public testing::Test {
   /// security of its own on a key.
   void MakeProfile(std::uint32_t minor = 5) {
     file_ = folder_.Write("NTUSER.DAT", EmptyHive(minor));
-    folder_.Write("in.reg",
-                  "Windows Registry Editor Version 5.00\n\n"
-                  "[\\Mail]\n\"Version\"=dword:00050000\n\"Order\"=hex(1):30,00,00,00\n\n"
-                  "[\\Mail\\000]\n\"Name\"=hex(1):61,00,62,00,63,00,00,00\n\"Odd\"=hex(b0):01,02\n"
-                  "\"Value\"=hex(3):01,02,03,04,05,06,07,08\n\n"
-                  "[\\Mail\\000\\Actions]\n\"Type\"=hex(3):01\n\n[\\Mail\\001]\n\n"
-                  "[\\Other]\n@=hex(1):61,00,62\n\"\xC3\xA9\"=hex(3):\n"
-                  "\"\xD0\x96\"=hex(7):61,00,00,00,00,00\n\n[\\Other\\\xD0\x96\xD0\x96]\n\n");
+    folder_.Write("in.reg", ReadFile(MORVELLE_PROFILE));
     ASSERT_EQ(Run("hivexregedit --merge NTUSER.DAT in.reg"), 0);
     auto bytes = folder_.Read("NTUSER.DAT");
     HiveCells cells(bytes);
@@ -155,12 +148,6 @@ class HiveStoreTest : public testing::Test {
   FileFolder folder_;
   std::filesystem::path file_;
 };
-
-std::string Replaced(std::string text, std::string_view from, std::string_view to) {
-  const auto at = text.find(from);
-  EXPECT_NE(at, std::string::npos) << from;
-  return at == std::string::npos ? text : text.replace(at, from.size(), to);
-}
 
 TEST_F(HiveStoreTest, ChangesNothingButWhatIsEdited) {
   MakeProfile();

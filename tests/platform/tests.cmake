@@ -14,6 +14,7 @@ morvelle_test(platform_tests
 target_link_libraries(platform_tests PRIVATE PkgConfig::HIVEX)
 target_compile_definitions(platform_tests PRIVATE
   MORVELLE_BOOK_CASES="${CMAKE_CURRENT_LIST_DIR}/book_cases.txt"
+  MORVELLE_PROFILE="${CMAKE_CURRENT_LIST_DIR}/profile.reg"
   MORVELLE_PATH_CASES="${CMAKE_CURRENT_LIST_DIR}/windows_paths_cases.txt"
   MORVELLE_REG_CASES="${CMAKE_CURRENT_LIST_DIR}/reg_file_cases.txt")
 

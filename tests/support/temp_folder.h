@@ -69,6 +69,16 @@ inline std::multiset<std::string> DatedCopies(const std::filesystem::path& folde
   return contents;
 }
 
+/// `text` with its one occurrence of `from` replaced.
+inline std::string Replaced(std::string text, std::string_view from, std::string_view to) {
+  const auto at = text.find(from);
+  if (at == std::string::npos) {
+    ADD_FAILURE() << "not found: " << from << "\nin:\n" << text;
+    return text;
+  }
+  return text.replace(at, from.size(), to);
+}
+
 /// A folder whose files are reached by name.
 class FileFolder : public TempFolder {
  public:

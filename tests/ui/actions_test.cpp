@@ -21,7 +21,7 @@ struct Actions : Window {
 };
 
 TEST_F(Actions, AllOfARulesActionsAreShownAndAClickLeavesOne) {
-  OpenWith({6, 12, 9, 11}, MoveTo("\x07"));
+  OpenWith({6, 12, 9, 11}, MoveTo("7"));
   EXPECT_THAT(SelectedActions(), ElementsAre(0, 2, 3));
   EXPECT_EQ(MoveLine(), "déplacer vers \"Spam\"") << "a folder that was never used";
   const auto before = Stored();
@@ -32,20 +32,18 @@ TEST_F(Actions, AllOfARulesActionsAreShownAndAClickLeavesOne) {
   EXPECT_EQ(Stored(), Replaced(before,
                                "Type = 6\n000\\Actions\\000\\Flags = 0\n"
                                "000\\Actions\\000\\ValueType = 65\n"
-                               "000\\Actions\\000\\Value = 3:\"\x01\x02\x03\x04\x05\x06\x07"
-                               "\x08\x07~~~\"\n",
+                               "000\\Actions\\000\\Value = 3:\"stored017~~~\"\n",
                                "Type = 8\n000\\Actions\\000\\Flags = 0\n"))
       << "the first action only";
 }
 
 TEST_F(Actions, TheMoveLineNamesTheFolderUntilTheEditorIsCleared) {
-  OpenWith({6}, MoveTo("\x09"));
+  OpenWith({6}, MoveTo("9"));
   form->lstAct.ClickItem(0);
   EXPECT_EQ(MoveLine(), "déplacer vers \"Famille\"") << "it tells what the rule did before";
   EXPECT_THAT(SelectedActions(), ElementsAre(0));
   Save();
-  EXPECT_THAT(Stored("000\\Actions\\000"),
-              HasSubstr("3:\"\x01\x02\x03\x04\x05\x06\x07\x08\x05~~~\""));
+  EXPECT_THAT(Stored("000\\Actions\\000"), HasSubstr("3:\"stored015~~~\""));
   EXPECT_EQ(MoveLine(), "déplacer vers \"Famille\"");
   form->ClearMod();
   EXPECT_EQ(MoveLine(), "déplacer vers \"Éléments supprimés\"");
@@ -53,15 +51,15 @@ TEST_F(Actions, TheMoveLineNamesTheFolderUntilTheEditorIsCleared) {
 
 TEST_F(Actions, AFolderIsNamedOnlyWhereItIsThisStoresAndKnown) {
   const std::string unknown = "déplacer vers un dossier inconnu";
-  const std::string otherStore = "\x01\x02\x03\x04\x05\x06\x07\x09";
+  const std::string otherStore = "stored02";
   const std::pair<std::string, std::string> cases[] = {
       {kDeletedItems, "déplacer vers \"Éléments supprimés\""},
       {kDeletedItems.substr(0, 11), "déplacer vers \"Éléments supprimés\""},
-      {MoveTo("\x63"), unknown},
-      {otherStore + "\x09\0\0\0"s, unknown},
-      {otherStore + "\x05\0\0\0"s, unknown},
-      {kStoreMark + "\x09\0\0\x01"s, unknown},
-      {kStoreMark + "\x09\0"s, unknown},
+      {MoveTo("8"), unknown},
+      {otherStore + "9\0\0\0"s, unknown},
+      {otherStore + "5\0\0\0"s, unknown},
+      {kStoreMark + "9\0\0\x01"s, unknown},
+      {kStoreMark + "9\0"s, unknown},
       {"", unknown}};
   for (const auto& [value, line] : cases) {
     OpenWith({6}, value);
@@ -69,8 +67,8 @@ TEST_F(Actions, AFolderIsNamedOnlyWhereItIsThisStoresAndKnown) {
     EXPECT_THAT(SelectedActions(), ElementsAre(0));
   }
   // Of several moves, the last one to a known folder.
-  rules.WithActions("000", "Une", {6, 6, 6}, MoveTo("\x07")).Action("002", 6).Bytes("");
-  rules.Action("001", 6).Bytes(MoveTo("\x09"));
+  rules.WithActions("000", "Une", {6, 6, 6}, MoveTo("7")).Action("002", 6).Bytes("");
+  rules.Action("001", 6).Bytes(MoveTo("9"));
   Start();
   Open(0);
   EXPECT_EQ(MoveLine(), "déplacer vers \"Famille\"");
@@ -86,7 +84,7 @@ TEST_F(Actions, ChoosingWhatTheRuleDoesAlreadyChangesNothing) {
   const Case cases[] = {
       {{8}, "", 1, false},    {{9}, "", 2, false},
       {{12}, "", 3, false},   {{6}, kDeletedItems, 0, false},
-      {{8}, "", 2, true},     {{6}, MoveTo("\x07"), 0, true},
+      {{8}, "", 2, true},     {{6}, MoveTo("7"), 0, true},
       {{8, 12}, "", 1, true},  // The other action is not shown any more.
       {{11, 8}, "", 1, true},  // The first action is another one, which the list does not know.
   };
@@ -111,7 +109,7 @@ TEST_F(Actions, WithoutTheFolderListNoMoveIsEverMade) {
   Save();
   EXPECT_EQ(Stored(), Replaced(before, "Actions\\000\\Type = 9", "Actions\\000\\Type = 12"));
   dialogs.Expect(kUnreadableFolders, kBoxStop, "Folders");
-  OpenWith({6}, MoveTo("\x09"));
+  OpenWith({6}, MoveTo("9"));
   EXPECT_EQ(MoveLine(), "déplacer vers \"Éléments supprimés\"") << "nothing is known of it";
 }
 

@@ -50,6 +50,7 @@ TEST_F(RuleList, ARulesKeyMadeNowLeavesAUsableWindow) {
 TEST_F(RuleList, TheLoadRunsWithTheSettings) {
   const auto ini = environment.userFolder / "Morvelle.ini";
   WriteFile(ini, "Auto\r\nsilent");
+  WriteFile(environment.programFile, "");
   environment.fileVersions[environment.programFile] = "1.2.3.0";
   StartWithTwoRules();
   EXPECT_EQ(form->form.Caption(), "Éditeur de règles Brisquet - Version 1.2.3.0"_cp);
@@ -60,9 +61,17 @@ TEST_F(RuleList, TheLoadRunsWithTheSettings) {
   const auto& settings = state.settings;
   EXPECT_EQ(environment.currentFolder, settings.AppPath);
   EXPECT_TRUE(settings.AppPath.filename().empty()) << "ends with one separator";
-  EXPECT_EQ(settings.helpFile, environment.userFolder / "Morvelle.chm");
+  Choose("mnuHelp");
+  EXPECT_EQ(shell.helpFile, environment.userFolder / "Morvelle.chm");
   EXPECT_EQ(settings.UserFilesFolder, environment.userFolder / "Fichiers VLX");
   EXPECT_TRUE(std::filesystem::is_directory(settings.UserFilesFolder));
+  bool shown = false;
+  form->onAbout = [&] { shown = true; };
+  Choose("mnuPropos");
+  EXPECT_TRUE(shown);
+  EXPECT_THAT(form->aboutBox.lblVersion.Caption(),
+              testing::MatchesRegex("Version 1\\.2\\.3\\.0 du "
+                                    "[0-9]{2}/[0-9]{2}/[0-9]{4} [0-9]{2}:[0-9]{2}:[0-9]{2}"));
 }
 
 }  // namespace

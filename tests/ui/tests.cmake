@@ -10,4 +10,5 @@ morvelle_test(ui_tests
 target_compile_definitions(ui_tests PRIVATE
   MORVELLE_CAPTIONS="${CMAKE_CURRENT_LIST_DIR}/captions"
   MORVELLE_COMMAND_STATES="${CMAKE_CURRENT_LIST_DIR}/command_state.txt"
-  MORVELLE_REFUSED_TEXTS="${CMAKE_CURRENT_LIST_DIR}/refused_texts.txt")
+  MORVELLE_REFUSED_TEXTS="${CMAKE_CURRENT_LIST_DIR}/refused_texts.txt"
+  MORVELLE_STORED="${CMAKE_CURRENT_LIST_DIR}/stored")

@@ -10,8 +10,8 @@ namespace morvelle {
 
 using std::string_literals::operator""s;
 
-inline const std::string kStoreMark = "\x01\x02\x03\x04\x05\x06\x07\x08";
-inline const std::string kDeletedItems = kStoreMark + "\x05\0\0\0"s;
+inline const std::string kStoreMark = "stored01";
+inline const std::string kDeletedItems = kStoreMark + "5\0\0\0"s;
 inline constexpr std::string_view kUnreadableFolders = "Erreur de lecture du fichier Folders.dbx";
 
 // Boxes of several commands.
@@ -39,9 +39,9 @@ struct Window : ScriptedMachine {
   Window() {
     std::filesystem::create_directories(environment.userFolder);
     WriteFile(FoldersFile(), DbxBuilder(kStoreMark)
-                                 .Add({5, 0, std::string("Éléments supprimés"_cp), "bin.dbx"})
-                                 .Add({7, 0, "Spam", ""})
-                                 .Add({9, 0, "Famille", "Famille.dbx"})
+                                 .Add({'5', 0, std::string("Éléments supprimés"_cp), "bin.dbx"})
+                                 .Add({'7', 0, "Spam", ""})
+                                 .Add({'9', 0, "Famille", "Famille.dbx"})
                                  .Build()
                                  .bytes);
     // A book that can be read: the start of the program then shows no box.
@@ -141,15 +141,5 @@ struct Window : ScriptedMachine {
   std::unique_ptr<frmMorvelle> form;
   bool closed = false;
 };
-
-/// `text` with its one occurrence of `from` replaced.
-inline std::string Replaced(std::string text, std::string_view from, std::string_view to) {
-  const auto at = text.find(from);
-  if (at == std::string::npos) {
-    ADD_FAILURE() << "not found: " << from << "\nin:\n" << text;
-    return text;
-  }
-  return text.replace(at, from.size(), to);
-}
 
 }  // namespace morvelle

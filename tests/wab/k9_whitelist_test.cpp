@@ -116,11 +116,17 @@ TEST_F(K9Test, IsStoppedAndStartedAgain) {
   EXPECT_EQ(ReadFile(file), kNew);
   EXPECT_THAT(processes.killed, ElementsAre(12U));
   EXPECT_THAT(processes.started, ElementsAre("C:/K9/K9-F.exe"));
-  processes.killed.clear();
   processes.started.clear();
   dialogs.Expect(kDone);
   k9.UpDateWhiteListK9(file);
   EXPECT_THAT(processes.started, IsEmpty()) << "it was not running";
+  Running();
+  processes.endsByItself = true;
+  WriteFile(file, kOld);
+  dialogs.Expect(kDone);
+  k9.UpDateWhiteListK9(file);
+  EXPECT_EQ(ReadFile(file), kNew) << "it ended by itself meanwhile";
+  processes.endsByItself = false;
   Running();
   processes.canBeStarted = false;
   dialogs.Expect(kNotStarted);
@@ -128,7 +134,7 @@ TEST_F(K9Test, IsStoppedAndStartedAgain) {
   k9.UpDateWhiteListK9(file);
 }
 
-TEST_F(K9Test, OneThatCannotBeStoppedKeepsItsList) {
+TEST_F(K9Test, OneThatCannotBeStoppedKeepsItsListAsDoesABookWithoutAddress) {
   Running();
   processes.canBeStopped = false;
   dialogs.Expect(kNotStopped, kBoxStop, kAppTitle);
@@ -139,17 +145,6 @@ TEST_F(K9Test, OneThatCannotBeStoppedKeepsItsList) {
   k9.UpDateWhiteListK9(file);
   EXPECT_EQ(ReadFile(file), kOld);
   EXPECT_THAT(processes.killed, IsEmpty()) << "one that could not be started again is not stopped";
-}
-
-TEST_F(K9Test, OneThatEndsByItselfMeanwhileIsStopped) {
-  Running();
-  processes.endsByItself = true;
-  dialogs.Expect(kDone);
-  k9.UpDateWhiteListK9(file);
-  EXPECT_EQ(ReadFile(file), kNew);
-}
-
-TEST_F(K9Test, ABookWithoutAddressLeavesAllAsItIs) {
   Running();
   addressBook.addresses = {std::nullopt};
   k9.UpDateWhiteListK9(file);
