@@ -314,6 +314,11 @@ class Win32Files : public HostFiles {
       WholeContent content(bytes.View());
       error = WriteAll(output->Handle(), content);
     }
+    // A copy that may not be written could not be taken back where the file cannot be replaced.
+    const DWORD attributes = ::GetFileAttributesW(to.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+      ::SetFileAttributesW(to.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY});
+    }
     if (error == ERROR_SUCCESS) return Copying::Done;
     fault = Fault(error);
     Remove(to);
