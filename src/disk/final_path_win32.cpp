@@ -2,14 +2,13 @@
 
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace morvelle {
 
 namespace {
 
 /// "\\?\C:\a" as "C:\a" and "\\?\UNC\server\a" as "\\server\a": what the desktop's programs take.
-std::wstring WithoutPrefix(std::wstring text) {
+std::wstring WithoutPrefix(const std::wstring& text) {
   constexpr std::wstring_view kPrefix = L"\\\\?\\";
   constexpr std::wstring_view kNetwork = L"\\\\?\\UNC\\";
   if (text.starts_with(kNetwork)) return L"\\\\" + text.substr(kNetwork.size());
@@ -28,7 +27,7 @@ std::filesystem::path FinalPath(HANDLE file) {
   std::wstring text(size, L'\0');
   const DWORD length = size == 0 ? 0 : finalPath(file, text.data(), size, 0);
   text.resize(length < size ? length : 0);
-  return WithoutPrefix(std::move(text));
+  return WithoutPrefix(text);
 }
 
 }  // namespace morvelle
