@@ -1,27 +1,17 @@
 #include "disk/dated_copy.h"
 
-#include <array>
-#include <ctime>
 #include <string>
+
+#include "disk/dates.h"
 
 namespace morvelle {
 
 namespace {
 
-/// Local time, in a form that every file system takes and that sorts by age.
-std::string DateText(std::chrono::system_clock::time_point moment) {
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(moment);
-  std::tm local{};
-  // The program has one thread; localtime is the one form that every system has.
-  if (const std::tm* known = std::localtime(&seconds)) local = *known;  // NOLINT
-  std::array<char, 32> text{};
-  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H-%M-%S", &local)};
-}
-
 /// `copy` is then the name of the copy.
 FileFault KeepDatedCopy(HostFiles& files, const std::filesystem::path& file,
                         std::chrono::system_clock::time_point now, std::filesystem::path& copy) {
-  const std::string date = DateText(now);
+  const std::string date = DateAndTime(now);
   for (int number = 1;; ++number) {
     std::filesystem::path name = file.stem();
     name += " (copie du " + date + (number > 1 ? " n" + std::to_string(number) : "") + ")";

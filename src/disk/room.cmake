@@ -5,7 +5,7 @@ else()
   set(disk_system_sources disk/host_files_posix.cpp)
 endif()
 morvelle_room(disk
-  SOURCES disk/dated_copy.cpp disk/device_names.cpp disk/edited_file.cpp disk/file_fault.cpp
+  SOURCES disk/dated_copy.cpp disk/dates.cpp disk/device_names.cpp disk/edited_file.cpp disk/file_fault.cpp
     disk/whole_file.cpp ${disk_system_sources}
   USES messages)
 if(NOT WIN32)

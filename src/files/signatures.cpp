@@ -9,8 +9,8 @@
 #include "app/messages/path_text.h"
 #include "app/messages/text.h"
 #include "core/command_batch.h"
+#include "disk/dates.h"
 #include "disk/whole_file.h"
-#include "files/dates.h"
 #include "files/file_names.h"
 
 namespace morvelle {

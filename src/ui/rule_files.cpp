@@ -2,8 +2,8 @@
 
 #include "app/messages/errors.h"
 #include "app/messages/text.h"
+#include "disk/dates.h"
 #include "disk/whole_file.h"
-#include "files/dates.h"
 #include "files/rule_import.h"
 #include "ui/frm_morvelle.h"
 

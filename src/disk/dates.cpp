@@ -1,4 +1,4 @@
-#include "files/dates.h"
+#include "disk/dates.h"
 
 #include <array>
 #include <ctime>
@@ -12,7 +12,7 @@ std::string Formatted(std::chrono::system_clock::time_point now, const char* for
   std::tm local{};
   // The program has one thread; localtime is the one form that every system has.
   if (const std::tm* known = std::localtime(&seconds)) local = *known;  // NOLINT
-  std::array<char, 16> text{};
+  std::array<char, 32> text{};
   return {text.data(), std::strftime(text.data(), text.size(), form, &local)};
 }
 
@@ -24,5 +24,9 @@ std::string ShortDate(std::chrono::system_clock::time_point now) {
 }
 
 std::string LongDate(std::chrono::system_clock::time_point now) { return Formatted(now, "%d%m%Y"); }
+
+std::string DateAndTime(std::chrono::system_clock::time_point now) {
+  return Formatted(now, "%Y-%m-%d %H-%M-%S");
+}
 
 }  // namespace morvelle
