@@ -30,11 +30,7 @@ void StartUp::FindOwnPlaces() {
   program_.settingsFile.Write();
   settings.helpFile = settings.AppPath / "Morvelle.chm";
   settings.UserFilesFolder = settings.AppPath / "Fichiers VLX";
-  TrapAndContinue(ports_.dialogs, "InitVLX", [&] {
-    if (!Messages::FolderExists(settings.UserFilesFolder)) {
-      MakeOwnFolder(settings.UserFilesFolder);
-    }
-  });
+  TrapAndContinue(ports_.dialogs, "InitVLX", [&] { MakeOwnFolder(settings.UserFilesFolder); });
 }
 
 void StartUp::OpenBook(StartUpWindow& window) {

@@ -186,9 +186,8 @@ class SidecarLock : public FileLock {
 class Win32Files : public HostFiles {
  public:
   path Resolve(const path& file) override {
-    const OpenFile opened(file, 0, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     // Where this is not known there are no links to files either.
-    if (auto real = opened ? FinalPath(opened.Handle()) : path{}; !real.empty()) return real;
+    if (auto real = FinalPath(file).value_or(path{}); !real.empty()) return real;
     std::error_code ignored;
     auto real = std::filesystem::absolute(file, ignored);
     return real.empty() ? file : real;

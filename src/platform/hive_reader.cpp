@@ -7,11 +7,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
-#include <new>
 #include <string>
 #include <utility>
 
 #include "app/messages/text.h"
+#include "disk/host_files.h"
 #include "platform/hive_cells.h"
 #include "platform/memory_guard.h"
 
@@ -30,11 +30,9 @@ class BytesAsFile {
  public:
   explicit BytesAsFile(std::string_view bytes) : handle_(::memfd_create("hive", MFD_CLOEXEC)) {
     // No limit of ours counts what a file in memory takes.
-    if (const auto left = MemoryLeft(); left > 0 && left < bytes.size()) {
-      Close();
-      throw std::bad_alloc();
-    }
-    while (handle_ >= 0 && !bytes.empty()) {
+    const auto left = MemoryLeft();
+    const bool fits = left == 0 || bytes.size() <= left;
+    while (fits && handle_ >= 0 && !bytes.empty()) {
       const auto count = ::write(handle_, bytes.data(), bytes.size());
       if (count < 0 && errno == EINTR) continue;
       if (count < 0) break;
@@ -42,7 +40,7 @@ class BytesAsFile {
     }
     if (handle_ < 0 || !bytes.empty()) {
       Close();
-      throw HiveError("la mémoire manque"_cp);
+      throw HiveError(kNoMemory);
     }
   }
   BytesAsFile(const BytesAsFile&) = delete;
@@ -92,7 +90,7 @@ class Reader {
     const BytesAsFile file(bytes);
     hive_.reset(hivex_open(file.Name().c_str(), 0));
     if (hive_ == nullptr) {
-      throw HiveError(errno == ENOMEM ? "la mémoire manque"_cp : "il est endommagé"_cp);
+      throw HiveError(errno == ENOMEM ? kNoMemory : "il est endommagé"_cp);
     }
   }
 

@@ -2,6 +2,7 @@
 
 #include "disk/device_names.h"
 #include "disk/final_path_win32.h"
+#include "disk/host_files.h"
 #include "platform/real_path.h"
 
 namespace morvelle {
@@ -12,10 +13,7 @@ using std::filesystem::path;
 
 bool IsLinkBetween(path place, const path& start) {
   for (; place != start && place.has_relative_path(); place = place.parent_path()) {
-    const DWORD attributes = ::GetFileAttributesW(place.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
-      return true;
-    }
+    if (IsLink(place)) return true;
   }
   return false;
 }
@@ -33,14 +31,10 @@ std::optional<path> RealPath(const path& place, const path& start) {
     missing = missing.empty() ? present.filename() : present.filename() / missing;
     present = present.parent_path();
   }
-  const auto handle =
-      ::CreateFileW(present.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                    nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
-  path real = FinalPath(handle);
-  ::CloseHandle(handle);
-  if (real.empty()) return IsLinkBetween(place, start) ? std::nullopt : std::optional(place);
-  return missing.empty() ? real : real / missing;
+  const auto real = FinalPath(present);
+  if (!real) return std::nullopt;
+  if (real->empty()) return IsLinkBetween(place, start) ? std::nullopt : std::optional(place);
+  return missing.empty() ? real : *real / missing;
 }
 
 bool MayBeFileName(std::string_view name) {

@@ -60,8 +60,9 @@ SlotWords frmMorvelle::CheckedPrefilters() {
   for (std::size_t i = 0; i < chkFilter.size(); ++i) {
     if (!chkFilter[i].Checked()) continue;
     FileFault fault;
-    const auto content = ReadWholeFile(PrefilterFile(i), kSmallFileLimit, &fault);
-    if (TellTooLarge(messages_, PrefilterFile(i), fault)) continue;
+    const auto file = PrefilterFile(i);
+    const auto content = ReadWholeFile(file, kSmallFileLimit, &fault);
+    if (TellTooLarge(messages_, file, fault)) continue;
     const auto words = content ? ReadPrefilter(*content, tables_.SlotType) : std::nullopt;
     if (!words) {
       messages_.FileDoesNotExist(i == kCustom ? ToPath(sCustomFilter) : ToPath(kFixedFiles[i]));
