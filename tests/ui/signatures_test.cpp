@@ -1,3 +1,4 @@
+#include "disk/host_files.h"
 #include "files/file_names.h"
 #include "platform/windows_paths.h"
 #include "tests/support/text_cases.h"
@@ -281,6 +282,17 @@ TEST_F(SignaturesTest, AnotherMachineIsNotAskedBeforeTheUserIs) {
   ExpectNotPutBack("vous ne l'avez pas voulu", "\\\\pc\\s.txt");
   dialogs.Expect(kImported);
   Import("\\\\pc\\s.txt\r\nPerso\r\n\r\n 2 \r\n");
+  // Nor for an export, which asks nobody.
+  Store("00000009", "A", "", "\\\\pc\\s.txt", 2);
+  dialogs.Expect(std::string(kSeveral) + Folder());
+  dialogs.Expect(
+      "N'ont pas été copiés (seuls le sont les textes .txt, .htm ou .html des disques de cette "
+      "identité)\u00A0:\r\"\\\\pc\\s.txt\""_cp);
+  Choose("mnuExpSign");
+  std::filesystem::resize_file(Own("s.txt"), kTextFileLimit + 1);
+  ExpectNotPutBack("il dépasse la taille permise, 64 Mo"_cp, "C:\\s.txt");
+  dialogs.Expect(kImported);
+  Import("C:\\s.txt\r\nB\r\n\r\n 2 \r\n");
 }
 
 TEST_F(SignaturesTest, AnExportTakesTextsAndNothingElse) {
@@ -288,7 +300,7 @@ TEST_F(SignaturesTest, AnExportTakesTextsAndNothingElse) {
   WriteFile(folder / "home" / "id_rsa", "secret");
   WriteFile(drive / "s.doc", "x");
   WriteFile(drive / "large.txt", "");
-  std::filesystem::resize_file(drive / "large.txt", (std::uintmax_t{64} << 20U) + 1);
+  std::filesystem::resize_file(drive / "large.txt", kTextFileLimit + 1);
   std::filesystem::create_symlink(folder / "home" / "id_rsa", drive / "key.txt");
   for (const std::string name : {"0C:\\s.doc", "1C:\\key.txt", "2C:\\large.txt", "3C:\\no.txt",
                                  "4C:\\no.doc", "5Q:\\s.txt"}) {
